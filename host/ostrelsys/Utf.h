@@ -1,0 +1,18 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include "ostrelsys/Export.h"
+
+/// Conversion between UTF-8 and UTF-16. What is ill-formed becomes U+FFFD; texts of more than 2^31-1 units
+/// throw std::length_error.
+namespace Utf {
+
+/// Writes the UTF-16 form and gives its length in units. `units` has room for as many units as `utf8` has
+/// bytes, which is always enough.
+OSTRELSYS_API std::size_t Utf8ToUtf16(std::string_view utf8, char16_t* units);
+OSTRELSYS_API std::string Utf16ToUtf8(std::u16string_view units);
+
+}  // namespace Utf
