@@ -87,8 +87,8 @@ class ORTCORE_API OrtDateTime {
   /// Reads a whole text: "2020-03-01", or a date, 'T' or one blank, and "12:00", "12:00:00" or
   /// "12:00:00.5" (1 to 9 fraction digits, rounded to the nearest tick), which may be followed by 'Z' or an
   /// offset such as "+01:00"; the result is then in UTC. Years are 0001 to 9999. Anything else, also a date
-  /// that does not exist or an hour of 24, gives nullopt. `carriesTime`, when given, tells whether a
-  /// time of day was written.
+  /// that does not exist or an hour of 24, gives nullopt. `carriesTime`, when given, tells on success whether
+  /// a time of day was written.
   static std::optional<OrtDateTime> FromIsoText(std::string_view text, bool* carriesTime = nullptr);
   static std::optional<OrtDateTime> FromIsoText(std::u16string_view text, bool* carriesTime = nullptr);
 
