@@ -3,7 +3,6 @@
 #include <atomic>
 #include <memory>
 #include <mutex>
-#include <thread>
 #include <type_traits>
 #include <utility>
 
@@ -47,6 +46,7 @@ class OSTRELSYS_API InitOnce {
   void RunLocked(void (*call)(void*), void* context);
 
   std::atomic<bool> m_isDone{false};
-  std::atomic<std::thread::id> m_runner{};
+  // Tells the thread that runs the initialisation now, by the address of a variable of its own.
+  std::atomic<void const*> m_runner{nullptr};
   std::mutex m_mutex;
 };

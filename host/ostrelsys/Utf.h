@@ -6,7 +6,7 @@
 
 #include "ostrelsys/Export.h"
 
-/// Conversion between UTF-8 and UTF-16. What is ill-formed becomes U+FFFD; texts of more than 2^31-1 units
+/// Conversion between UTF-8 and UTF-16. What is ill-formed becomes U+FFFD.
 /// throw std::length_error.
 namespace Utf {
 
