@@ -1,0 +1,30 @@
+# One place for what every target of ours is compiled with.
+#
+# -ffp-contract=off: layouts decide by comparisons, so one fused multiply changes a picture.
+# -fno-strict-aliasing: a column's storage may be viewed as another type of its width.
+# -fno-gnu-unique: the shared libraries must really unload.
+# -z defs: a library that reaches for a symbol of a library it does not link fails here, not at the host's.
+#   (Not under sanitizers, whose runtime stands in the program.)
+function(ostrel_configure target)
+  target_compile_features(${target} PUBLIC cxx_std_20)
+  target_compile_definitions(${target} PRIVATE $<$<CONFIG:Debug>:_GLIBCXX_ASSERTIONS>)
+  target_compile_options(${target} PRIVATE
+    -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Wold-style-cast
+    -ffp-contract=off -fno-strict-aliasing
+    $<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>
+    $<$<BOOL:${OSTREL_WARNINGS_AS_ERRORS}>:-Werror>)
+  get_target_property(type ${target} TYPE)
+  if(OSTREL_SANITIZE)
+    target_compile_options(${target} PRIVATE -fsanitize=${OSTREL_SANITIZE} -fno-omit-frame-pointer
+      -fno-sanitize-recover=all)
+    target_link_options(${target} PRIVATE -fsanitize=${OSTREL_SANITIZE})
+  elseif(type STREQUAL "SHARED_LIBRARY")
+    target_link_options(${target} PRIVATE LINKER:-z,defs)
+  endif()
+endfunction()
+
+# The sources of a folder; a file added to it is built without a word here.
+function(ostrel_sources variable)
+  file(GLOB_RECURSE found CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+  set(${variable} ${found} PARENT_SCOPE)
+endfunction()
