@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstddef>
+#include <type_traits>
+
+#include "ostrelrtcore/Export.h"
+
+namespace ort::core {
+
+/// The vector instructions that row loops are compiled for, each a superset of the one before.
+enum class VectorLevel { Baseline, Avx2, Avx512 };
+
+/// The level in force: the processor's best one, or a lower one asked for with LimitVectorLevel.
+ORTCORE_API VectorLevel GetVectorLevel() noexcept;
+/// Keeps row loops to a level at or below the given one, so that tests and benchmarks see every level.
+ORTCORE_API void LimitVectorLevel(VectorLevel level) noexcept;
+
+namespace detail {
+
+template <class Row>
+void RunRowsBaseline(std::size_t count, Row const& row) {
+  for (std::size_t i = 0; i < count; ++i) row(i);
+}
+
+#if defined(__x86_64__)
+template <class Row>
+__attribute__((target("avx2"))) void RunRowsAvx2(std::size_t count, Row const& row) {
+  for (std::size_t i = 0; i < count; ++i) row(i);
+}
+
+template <class Row>
+__attribute__((target("avx512f,avx512bw,avx512dq,avx512vl,prefer-vector-width=512"))) void RunRowsAvx512(
+    std::size_t count, Row const& row) {
+  for (std::size_t i = 0; i < count; ++i) row(i);
+}
+#endif
+
+}  // namespace detail
+
+/// Calls row(i) for i = 0 ... count - 1 in order, compiled once for each vector level. The results have the
+/// same bits at every level: multiplications and additions are never fused.
+template <class Row>
+void RunRows(std::size_t count, Row const& row) {
+#if defined(__x86_64__)
+  switch (GetVectorLevel()) {
+    case VectorLevel::Avx512:
+      return detail::RunRowsAvx512(count, row);
+    case VectorLevel::Avx2:
+      return detail::RunRowsAvx2(count, row);
+    case VectorLevel::Baseline:
+      break;
+  }
+#endif
+  detail::RunRowsBaseline(count, row);
+}
+
+/// Whether a loop over these element types gains from vector instructions at all.
+template <class... T>
+inline constexpr bool kVectorizable = (std::is_trivially_copyable_v<T> && ...);
+
+}  // namespace ort::core
