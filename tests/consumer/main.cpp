@@ -43,7 +43,8 @@ int main() {
 
   auto const column = factory::MakeArray<double>(
       StoreTypeInfo::Real64, std::make_unique<std::vector<double>>(std::vector{1.5, -2.0, 0.5, 7.0}),
-      std::make_unique<std::vector<int>>(1, 3), std::make_unique<std::vector<SpecialKind>>(1, SpecialKind::Null));
+      std::make_unique<std::vector<int>>(1, 3),
+      std::make_unique<std::vector<SpecialKind>>(1, SpecialKind::Null));
   std::vector<double> const clamped = ClampMin(registry, *column, 0.5);
   for (double const value : clamped) std::cout << value << ' ';
   std::cout << CodeForWrongParameter(registry) << '\n';

@@ -1,5 +1,5 @@
-// A host's module: installs callbacks, registers all functions, composes a text on several threads (which makes
-// the process-wide cache), and takes its callbacks back.
+// A host's module: installs callbacks, registers all functions, composes a text on several threads (which
+// makes the process-wide cache), and takes its callbacks back.
 #include <exception>
 #include <string>
 #include <thread>
@@ -20,27 +20,29 @@ Value Column(StoreTypeInfo const& type, T value) {
 
 Value Integers(int value) { return Column<int>(StoreTypeInfo::Int32, value); }
 Value Reals(double value) { return Column<double>(StoreTypeInfo::Real64, value); }
-Value Strings(wchar_t const* text) { return Column<RIndirectString>(StoreTypeInfo::String, OStringCore(text)); }
+Value Strings(wchar_t const* text) {
+  return Column<RIndirectString>(StoreTypeInfo::String, OStringCore(text));
+}
 
 Value OneStyle() {
   Value const font = factory::MakeTuple(
       std::vector<Value>{factory::MakeString(OStringCore(L"Sans")), factory::MakeReal64(12.0)});
-  return factory::MakeTable({{OStringCore(L"text_font"), Column<Value>(StoreTypeInfo::Tuple, font)},
-                             {OStringCore(L"font"), Strings(L"Sans")},
-                             {OStringCore(L"font_size"), Reals(12.0)},
-                             {OStringCore(L"font_weight"), Integers(400)},
-                             {OStringCore(L"font_style"), Integers(0)},
-                             {OStringCore(L"text_decoration"), Integers(0)},
-                             {OStringCore(L"text_orientation"), Integers(0)},
-                             {OStringCore(L"hAlign"), Integers(0)},
-                             {OStringCore(L"vAlign"), Integers(0)},
-                             {OStringCore(L"text_wrap_mode"), Integers(0)},
-                             {OStringCore(L"text_alignment"), Integers(0)},
-                             {OStringCore(L"text_style_color"),
-                              Column<OrtColor>(StoreTypeInfo::Color, OrtColor(-16777216))},
-                             {OStringCore(L"ascent"), Reals(9.0)},
-                             {OStringCore(L"font_height"), Reals(12.0)},
-                             {OStringCore(L"leading"), Reals(0.0)}});
+  return factory::MakeTable(
+      {{OStringCore(L"text_font"), Column<Value>(StoreTypeInfo::Tuple, font)},
+       {OStringCore(L"font"), Strings(L"Sans")},
+       {OStringCore(L"font_size"), Reals(12.0)},
+       {OStringCore(L"font_weight"), Integers(400)},
+       {OStringCore(L"font_style"), Integers(0)},
+       {OStringCore(L"text_decoration"), Integers(0)},
+       {OStringCore(L"text_orientation"), Integers(0)},
+       {OStringCore(L"hAlign"), Integers(0)},
+       {OStringCore(L"vAlign"), Integers(0)},
+       {OStringCore(L"text_wrap_mode"), Integers(0)},
+       {OStringCore(L"text_alignment"), Integers(0)},
+       {OStringCore(L"text_style_color"), Column<OrtColor>(StoreTypeInfo::Color, OrtColor(-16777216))},
+       {OStringCore(L"ascent"), Reals(9.0)},
+       {OStringCore(L"font_height"), Reals(12.0)},
+       {OStringCore(L"leading"), Reals(0.0)}});
 }
 
 double WidthOfThreeUnits() {
