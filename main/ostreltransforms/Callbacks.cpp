@@ -35,15 +35,15 @@ void SetRuntimeFunctionCallbacks(NumberFormatter numberFormatter, TextWidthMeasu
   Install(g_stringTransformer, stringTransformer);
 }
 
-TestCallbackScope::TestCallbackScope(TextWidthMeasurer saved) noexcept : m_saved(std::move(saved)) {}
+TestCallbackScope::TestCallbackScope(TextWidthMeasurer saved) noexcept : saved_(std::move(saved)) {}
 
-TestCallbackScope::TestCallbackScope(TestCallbackScope&& other) noexcept : m_saved(std::move(other.m_saved)) {
-  other.m_saved = nullptr;
+TestCallbackScope::TestCallbackScope(TestCallbackScope&& other) noexcept : saved_(std::move(other.saved_)) {
+  other.saved_ = nullptr;
 }
 
 TestCallbackScope::~TestCallbackScope() {
-  if (m_saved) {
-    InstallTextWidthMeasurer(m_saved);
+  if (saved_) {
+    InstallTextWidthMeasurer(saved_);
   }
 }
 

@@ -48,7 +48,7 @@ class OSTREL_API TestCallbackScope {
   TestCallbackScope& operator=(TestCallbackScope&&) = delete;
 
  private:
-  TextWidthMeasurer m_saved;
+  TextWidthMeasurer saved_;
 };
 
 // Installs a text measurer for the life of the returned scope.

@@ -1,0 +1,9 @@
+#pragma once
+
+// Everything that the plug-in shows to a host.
+
+#include "ostreltransforms/Callbacks.h"
+#include "ostreltransforms/FunctionDocumentation.h"
+#include "ostreltransforms/Registration.h"
+#include "ostreltransforms/TransformNames.h"
+#include "ostreltransforms/VisualKey.h"

@@ -1,0 +1,64 @@
+// Filters mark the rows of a column to keep. Rows are marked, never moved: the mask has the column's length,
+// and an empty column gives an empty mask. Special rows are not shown to a filter; they stay special in the
+// mask.
+
+#include "ostreltransforms/FamilyTable.h"
+#include "ostreltransforms/FamilyTables.h"
+#include "ostreltransforms/Registration.h"
+#include "ostreltransforms/TransformNames.h"
+#include "ostreltransforms/filter/SeenValues.h"
+
+namespace OstrelTransforms {
+namespace {
+
+using namespace ort::core;
+
+template <class T>
+class KeepOnlyUniqueFunctor {
+ public:
+  bool Apply(T const& value) { return seen_.Insert(value); }
+
+ private:
+  SeenValues<T> seen_;
+};
+
+constexpr int kRectWidth = 2;
+constexpr int kRectHeight = 3;
+
+bool KeepOnlyNonEmptyRect(Value const& rectangle) {
+  detail::RequireValue(rectangle);
+  IStoreTuple const& members = rectangle->AsTuple();
+  return FetchStoreValue<float>(members.GetMember(kRectWidth)) > 0.0F &&
+         FetchStoreValue<float>(members.GetMember(kRectHeight)) > 0.0F;
+}
+
+constexpr Row kRows[] = {
+    UnaryOperation<KeepOnlyUniqueFunctor<int>>(
+        {.name = TransformNames::KEEP_ONLY_UNIQUE,
+         .inputs = {"values"},
+         .isOrderDependent = true,
+         .help = "Keeps the first row of every different number.",
+         .example = R"("inputs": [{"Array": {"type": "Int32", "values": [4, 4, 7, 4, 7, 1]}}])"}),
+    UnaryOperation<KeepOnlyUniqueFunctor<RIndirectString>>(
+        {.name = TransformNames::KEEP_ONLY_UNIQUE,
+         .inputs = {"values"},
+         .isOrderDependent = true,
+         .help = "Keeps the first row of every different text; capital and small letters differ.",
+         .example = R"("inputs": [{"Array": {"type": "String", "values": ["a", "A", "a"]}}])"}),
+    Unary<KeepOnlyNonEmptyRect>(
+        {.name = TransformNames::KEEP_ONLY_NON_EMPTY_RECT,
+         .inputs = {{"rectangles", StoreType::Tuple}},
+         .help =
+             "Keeps the rectangles (x, y, width, height in Real32) whose width and height are above zero.",
+         .example = R"("inputs": [{"Array": {"type": "Tuple", "values": [)"
+                    R"({"Tuple": [{"Real32": 1}, {"Real32": 2}, {"Real32": 10}, {"Real32": 0}]}, )"
+                    R"({"Tuple": [{"Real32": 1}, {"Real32": 2}, {"Real32": 0.5}, {"Real32": 0.5}]}]}}])"}),
+};
+
+}  // namespace
+
+FamilyTable GetFilterTable() { return {"filter", kRows}; }
+
+void RegisterOstrelFilterFunctions(FunctionRegistry& registry) { RegisterRows(registry, GetFilterTable()); }
+
+}  // namespace OstrelTransforms
