@@ -17,6 +17,8 @@ namespace ort::core {
 /// The calendar parts of an OrtDateTime, in the proleptic Gregorian calendar with a year 0.
 class OrtDateTimeParts {
  public:
+  /// The parts of the empty date-time.
+  constexpr OrtDateTimeParts() noexcept : OrtDateTimeParts(-4713, 11, 25, 0, 0, 0, 0) {}
   constexpr OrtDateTimeParts(int year, int month, int day, int hour, int minute, int second,
                              int fraction) noexcept
       : year_(year),
@@ -117,7 +119,7 @@ class ORTCORE_API OrtDateTime {
 
   // The computational calendar counts from -4800-03-01, 32,045 days before tick 0, so that a year ends with
   // the leap day and the count is never negative.
-  static constexpr std::uint32_t kCalendarYears = 4800;
+  static constexpr std::int64_t kCalendarYears = 4800;
   static constexpr std::uint64_t kCalendarDays = 32'045;
 
   constexpr std::uint32_t TicksOfDay() const noexcept {
@@ -162,13 +164,10 @@ constexpr OrtDateTimeParts OrtDateTime::GetOrtDateTimeParts() const noexcept {
 
   std::uint32_t const seconds = time / 10'000;
   std::uint32_t const minutes = seconds / 60;
-  return {static_cast<int>(year) - static_cast<int>(kCalendarYears),
-          static_cast<int>(month),
-          static_cast<int>(day),
-          static_cast<int>(minutes / 60),
-          static_cast<int>(minutes % 60),
-          static_cast<int>(seconds % 60),
-          static_cast<int>(time % 10'000)};
+  return {
+      static_cast<int>(year - kCalendarYears), static_cast<int>(month),        static_cast<int>(day),
+      static_cast<int>(minutes / 60),          static_cast<int>(minutes % 60), static_cast<int>(seconds % 60),
+      static_cast<int>(time % 10'000)};
 }
 
 /// Days from tick 0 to the first of a month, which may be any int.
