@@ -7,13 +7,6 @@ namespace {
 
 using namespace ort::core;
 
-std::vector<KeySegmentType> MakeSegments(Slots const& slots) {
-  std::vector<KeySegmentType> segments;
-  segments.reserve(slots.size());
-  for (Slot const& slot : slots) segments.push_back(slot.type.MakeSegment());
-  return segments;
-}
-
 bool IsScalar(SlotType const& type) { return IsPrimitiveStoreType(type.main) && !type.IsContainer(); }
 
 void RegisterUnary(RegistryOfUnaryFunctions& functions, Row const& row) {
@@ -64,6 +57,13 @@ void RegisterMultinary(RegistryOfMultinaryFunctions& functions, Row const& row) 
 KeySegmentType SlotType::MakeSegment() const {
   if (!IsContainer()) return {main, false};
   return {{main, false}, {key, false}, {element, false}, StoreTypeInfo()};
+}
+
+std::vector<KeySegmentType> MakeSegments(Slots const& slots) {
+  std::vector<KeySegmentType> segments;
+  segments.reserve(slots.size());
+  for (Slot const& slot : slots) segments.push_back(slot.type.MakeSegment());
+  return segments;
 }
 
 void RegisterRows(FunctionRegistry& registry, FamilyTable const& table) {

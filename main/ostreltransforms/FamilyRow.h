@@ -8,7 +8,6 @@
 #include <string_view>
 
 #include "ostrelrtcore/FunctionRegistry.h"
-#include "ostreltransforms/FunctionDocumentation.h"
 
 // The parts of a family's table: one row is one registration and its documentation.
 namespace OstrelTransforms {
@@ -82,6 +81,11 @@ struct RowText {
   char const* help = nullptr;     // one sentence
   char const* example = nullptr;  // a request's members apart from "function": R"("inputs": [...])"
 };
+
+std::vector<ort::core::KeySegmentType> MakeSegments(Slots const& slots);
+
+// The sub-registry in which a function stands.
+enum class Arity : std::uint8_t { Unary, Binary, Multinary };
 
 using FunctorMaker = std::unique_ptr<ort::core::OrtFunctor> (*)(ort::core::ParameterSpan);
 

@@ -104,6 +104,7 @@ template <class Out>
 constexpr Row MakeRow(RowText const& text, Arity arity, std::uint8_t type, bool isOperation,
                       FunctorMaker make) {
   CheckText(text);
+  if (text.isOrderDependent && !isOperation) RowFault("an element function carries no state");
   return {.name = &text.name,
           .arity = arity,
           .type = type,
@@ -254,7 +255,7 @@ constexpr Row Multinary(RowText const& text) {
     }
     (std::make_index_sequence<S::kCount>());
   }
-  if (text.parameters.size() != 0 || text.isOrderDependent) RowFault("a multinary row has inputs alone");
+  if (text.parameters.size() != 0) RowFault("a multinary row has inputs alone");
   return row;
 }
 

@@ -5,31 +5,29 @@
 namespace OstrelTransforms {
 namespace {
 
-std::vector<SlotDocumentation> DocumentSlots(Slots const& slots) {
-  std::vector<SlotDocumentation> documentation;
-  documentation.reserve(slots.size());
-  for (Slot const& slot : slots) documentation.push_back({slot.name, slot.type.MakeSegment()});
-  return documentation;
+std::vector<std::string> GetNames(Slots const& slots) {
+  std::vector<std::string> names;
+  for (Slot const& slot : slots) names.emplace_back(slot.name);
+  return names;
 }
 
-FunctionDocumentation Document(char const* family, Row const& row) {
-  std::string const name = OStringCore(*row.name, -1).toUtf8();
-  return {.family = family,
-          .name = name,
-          .arity = row.arity,
-          .type = row.type,
-          .isOrderDependent = row.isOrderDependent,
-          .inputs = DocumentSlots(row.inputs),
+ort::core::FunctionDocumentation Document(char const* family, Row const& row) {
+  OStringCore const name(*row.name, -1);
+  return {.name = name,
+          .inputs = MakeSegments(row.inputs),
+          .inputNames = GetNames(row.inputs),
           .output = row.output.MakeSegment(),
-          .parameters = DocumentSlots(row.parameters),
+          .parameters = MakeSegments(row.parameters),
+          .parameterNames = GetNames(row.parameters),
+          .family = family,
           .help = row.help,
-          .example = R"({"function": ")" + name + R"(", )" + row.example + "}"};
+          .example = R"({"function": ")" + name.toUtf8() + R"(", )" + row.example + "}"};
 }
 
 }  // namespace
 
-std::vector<FunctionDocumentation> GetFunctionDocumentation() {
-  std::vector<FunctionDocumentation> documentation;
+std::vector<ort::core::FunctionDocumentation> GetFunctionDocumentation() {
+  std::vector<ort::core::FunctionDocumentation> documentation;
   for (FamilyTable const& table : GetAllTables()) {
     for (Row const& row : table.rows) documentation.push_back(Document(table.family, row));
   }
