@@ -1,8 +1,10 @@
 #include "ostrelrtcore/RIndirectString.h"
 
+#include <algorithm>
 #include <array>
 #include <memory>
 #include <mutex>
+#include <new>
 #include <vector>
 
 #include "ostrelsys/Utf.h"
@@ -40,18 +42,21 @@ class StringPool {
 
  private:
   struct Slot {
-    std::uint64_t hash = 0;
-    Entry* entry = nullptr;
+    std::uint64_t hash;
+    Entry* entry;
   };
 
-  // One cache line apart, so that a lock taken in one doesn't slow down its neighbour.
+  // A table with a byte beside each slot, 0 when the slot is free: a search reads the dense bytes, which
+  // mostly are in a cache, and only the slot that it means. On a cache line of its own, so that a lock taken
+  // in one shard doesn't slow down its neighbour.
   class alignas(64) Shard {
    public:
     Entry* Intern(std::u16string_view text, std::uint64_t hash) {
       std::lock_guard const guard(m_mutex);
-      if (m_slots.empty()) Resize(kFewestSlots);
+      if (m_tags.empty()) Resize(kFewestSlots);
       auto index = Home(hash);
-      for (; m_slots[index].entry != nullptr; index = Next(index)) {
+      for (; m_tags[index] != kFree; index = Next(index)) {
+        if (m_tags[index] != Tag(hash)) continue;
         auto const& slot = m_slots[index];
         if (slot.hash == hash && slot.entry->text.view() == text) {
           slot.entry->references.fetch_add(1, std::memory_order_relaxed);
@@ -59,10 +64,11 @@ class StringPool {
         }
       }
       auto made = std::make_unique<Entry>(text, hash);
-      if ((m_count + 1) * 4 > m_slots.size() * 3) {
-        Resize(m_slots.size() * 2);
+      if ((m_count + 1) * 4 > m_tags.size() * 3) {
+        Resize(m_tags.size() * 2);
         index = FindFree(hash);
       }
+      m_tags[index] = Tag(hash);
       m_slots[index] = {hash, made.get()};
       ++m_count;
       return made.release();
@@ -79,60 +85,71 @@ class StringPool {
     void AddTo(RIndirectString::PoolStatistics& sum) {
       std::lock_guard const guard(m_mutex);
       sum.entries += m_count;
-      sum.slots += m_slots.size();
+      sum.slots += m_tags.size();
     }
 
    private:
     static constexpr std::size_t kFewestSlots = 16;
+    static constexpr std::uint8_t kFree = 0;
 
-    // The shard was chosen by the top bits, the place in it by the bits below.
-    std::size_t Home(std::uint64_t hash) const noexcept { return hash & (m_slots.size() - 1); }
-    std::size_t Next(std::size_t index) const noexcept { return (index + 1) & (m_slots.size() - 1); }
+    // The top bits of the hash choose the shard, the low ones the slot, some between the tag.
+    static std::uint8_t Tag(std::uint64_t hash) noexcept { return static_cast<std::uint8_t>(hash >> 40 | 1); }
+    std::size_t Home(std::uint64_t hash) const noexcept { return hash & (m_tags.size() - 1); }
+    std::size_t Next(std::size_t index) const noexcept { return (index + 1) & (m_tags.size() - 1); }
 
     std::size_t FindFree(std::uint64_t hash) const noexcept {
       auto index = Home(hash);
-      while (m_slots[index].entry != nullptr) index = Next(index);
+      while (m_tags[index] != kFree) index = Next(index);
       return index;
     }
 
     void Resize(std::size_t slots) {
-      std::vector<Slot> old(slots);
-      m_slots.swap(old);
-      for (auto const& slot : old) {
-        if (slot.entry != nullptr) m_slots[FindFree(slot.hash)] = slot;
+      std::vector<std::uint8_t> oldTags(slots, kFree);
+      // Left as it comes: a slot is read only where its tag says so.
+      auto oldSlots = std::make_unique_for_overwrite<Slot[]>(slots);
+      m_tags.swap(oldTags);
+      m_slots.swap(oldSlots);
+      for (std::size_t i = 0; i < oldTags.size(); ++i) {
+        if (oldTags[i] == kFree) continue;
+        auto const index = FindFree(oldSlots[i].hash);
+        m_tags[index] = oldTags[i];
+        m_slots[index] = oldSlots[i];
       }
     }
 
     void Erase(Entry* entry) noexcept {
       auto hole = Home(entry->hash);
-      while (m_slots[hole].entry != entry) hole = Next(hole);
+      while (m_tags[hole] != Tag(entry->hash) || m_slots[hole].entry != entry) hole = Next(hole);
       // What follows moves up into the hole unless it would come to stand before its home.
-      for (auto next = Next(hole); m_slots[next].entry != nullptr; next = Next(next)) {
-        auto const mask = m_slots.size() - 1;
+      for (auto next = Next(hole); m_tags[next] != kFree; next = Next(next)) {
+        auto const mask = m_tags.size() - 1;
         if (((next - Home(m_slots[next].hash)) & mask) < ((next - hole) & mask)) continue;
+        m_tags[hole] = m_tags[next];
         m_slots[hole] = m_slots[next];
         hole = next;
       }
-      m_slots[hole] = {};
+      m_tags[hole] = kFree;
       --m_count;
-      if (m_count * 8 < m_slots.size()) Shrink();
+      if (m_count * 8 < m_tags.size()) Shrink();
     }
 
     void Shrink() noexcept {
       if (m_count == 0) {
-        std::vector<Slot>().swap(m_slots);
+        std::vector<std::uint8_t>().swap(m_tags);
+        m_slots.reset();
         return;
       }
-      if (m_slots.size() <= kFewestSlots) return;
+      if (m_tags.size() <= kFewestSlots) return;
       try {
-        Resize(m_slots.size() / 4 > kFewestSlots ? m_slots.size() / 4 : kFewestSlots);
+        Resize(std::max(m_tags.size() / 4, kFewestSlots));
       } catch (std::bad_alloc const&) {
         // The larger table serves as well.
       }
     }
 
     std::mutex m_mutex;
-    std::vector<Slot> m_slots;
+    std::vector<std::uint8_t> m_tags;
+    std::unique_ptr<Slot[]> m_slots;
     std::size_t m_count = 0;
   };
 

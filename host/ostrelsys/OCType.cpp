@@ -73,6 +73,7 @@ bool OCType::isClusterBoundary(OStringCore const& text, int position) {
 
 int OCType::previousClusterBoundary(OStringCore const& text, int position) {
   if (position > text.length()) return text.length();
+  if (position <= 0) return 0;
   auto const units = text.view();
   for (int at = position - 1; at > 0; --at) {
     auto const index = static_cast<std::size_t>(at);
@@ -88,6 +89,7 @@ int OCType::previousClusterBoundary(OStringCore const& text, int position) {
 
 int OCType::nextClusterBoundary(OStringCore const& text, int position) {
   if (position < 0) return 0;
+  if (position >= text.length()) return text.length();
   auto const units = text.view();
   for (int at = position + 1; at < text.length(); ++at) {
     auto const index = static_cast<std::size_t>(at);
