@@ -23,14 +23,20 @@ void RunRowsBaseline(std::size_t count, Row const& row) {
 }
 
 #if defined(__x86_64__)
+#if defined(__clang__)
+#define ORT_TARGET_AVX512 __attribute__((target("avx512f,avx512bw,avx512dq,avx512vl"), min_vector_width(512)))
+#else
+#define ORT_TARGET_AVX512 \
+  __attribute__((target("avx512f,avx512bw,avx512dq,avx512vl,prefer-vector-width=512")))
+#endif
+
 template <class Row>
 __attribute__((target("avx2"))) void RunRowsAvx2(std::size_t count, Row const& row) {
   for (std::size_t i = 0; i < count; ++i) row(i);
 }
 
 template <class Row>
-__attribute__((target("avx512f,avx512bw,avx512dq,avx512vl,prefer-vector-width=512"))) void RunRowsAvx512(
-    std::size_t count, Row const& row) {
+ORT_TARGET_AVX512 void RunRowsAvx512(std::size_t count, Row const& row) {
   for (std::size_t i = 0; i < count; ++i) row(i);
 }
 #endif

@@ -54,6 +54,8 @@ class ORTCORE_API ColumnView {
   };
   explicit ColumnView(Content content);
   Content GetContent() const;
+  /// Lets go of the storage; nothing may be read afterwards.
+  void DropOwner() noexcept { owner_.reset(); }
 
  protected:
   ~ColumnView();
@@ -66,13 +68,13 @@ class ORTCORE_API ColumnView {
   SpecialKind uniformKind_;
 
  private:
+  struct Materialised;
   void const* MaterialiseValues() const;
-  void MaterialiseSpecials() const;
+  Materialised const& Materialise() const;
 
   std::vector<int> specialRows_;
   std::vector<SpecialKind> specialKinds_;
   std::shared_ptr<void const> owner_;
-  struct Materialised;
   mutable std::atomic<Materialised const*> materialised_{nullptr};
   mutable std::mutex materialiseMutex_;
 };
@@ -82,6 +84,8 @@ template <class T>
 class ITypedArray : public ColumnView {
  public:
   using Result = typename ElementTraits<T>::Result;
+
+  explicit ITypedArray(Content content) : ColumnView(std::move(content)) {}
 
   /// The element of a row; the zero of the storage for a special row. Throws 55 outside the column.
   Result GetElement(int row) const {

@@ -1,0 +1,29 @@
+#include "ostrelrtcore/values/ReleaseQueue.h"
+
+#include <vector>
+
+namespace ort::core {
+namespace {
+
+using Pending = std::vector<std::shared_ptr<void const>>;
+// The list of the outermost release on this thread, while it runs.
+thread_local Pending* activeQueue = nullptr;
+
+}  // namespace
+
+void ReleaseWithoutRecursion(std::shared_ptr<void const> content) noexcept {
+  if (activeQueue != nullptr) {
+    activeQueue->push_back(std::move(content));
+    return;
+  }
+  Pending pending;
+  activeQueue = &pending;
+  content.reset();
+  while (!pending.empty()) {
+    auto const next = std::move(pending.back());
+    pending.pop_back();
+  }
+  activeQueue = nullptr;
+}
+
+}  // namespace ort::core
