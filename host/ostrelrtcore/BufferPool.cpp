@@ -83,20 +83,21 @@ struct SizeClass {
   std::size_t capacity;
 };
 
-constexpr int kSmallestWidth = std::bit_width(kMinPooledBytes - 1);
 constexpr std::size_t kStepsPerPowerOfTwo = 4;
+constexpr std::size_t kSmallestBase = std::bit_floor(kMinPooledBytes - 1);
 constexpr std::size_t kClassCount =
-    (std::bit_width(kMaxKeptBytes - 1) - kSmallestWidth + 1) * kStepsPerPowerOfTwo;
+    (std::bit_width(kMaxKeptBytes - 1) - std::bit_width(kSmallestBase) + 1) * kStepsPerPowerOfTwo;
 
-/// The class of a size from kMinPooledBytes to kMaxKeptBytes.
+/// The class of a size from kMinPooledBytes to kMaxKeptBytes. Capacities lie above a power of two, the
+/// base, by one to four quarters of it.
 constexpr SizeClass ClassOf(std::size_t bytes) {
-  int const width = std::bit_width(bytes - 1);
-  std::size_t const base = std::size_t{1} << (width - 1);
+  std::size_t const base = std::bit_floor((bytes - 1) | kSmallestBase);
   std::size_t const step = base / kStepsPerPowerOfTwo;
   std::size_t const capacity = RoundUp(bytes, step);
-  auto const octave = static_cast<std::size_t>(width - kSmallestWidth);
+  auto const octave = static_cast<std::size_t>(std::countr_zero(base) - std::countr_zero(kSmallestBase));
   return {octave * kStepsPerPowerOfTwo + (capacity - base) / step - 1, capacity};
 }
+static_assert(ClassOf(kMinPooledBytes).index == kStepsPerPowerOfTwo - 1);
 static_assert(ClassOf(kMaxKeptBytes).index == kClassCount - 1);
 
 namespace intrusive = boost::intrusive;
