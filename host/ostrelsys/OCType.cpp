@@ -12,6 +12,8 @@
 #include "ostrelsys/ThrowLogicException.h"
 
 bool OCType::detail::IsSpaceBeyondAscii(char32_t c) noexcept {
+  // No space stands in these, where nearly all letters do.
+  if (c > 0x3000 || (c > 0x00A0 && c < 0x1680)) return false;
   switch (c) {
     case 0x200B:
       return true;
@@ -34,8 +36,9 @@ namespace {
 // it only a carriage return joins the line feed behind it.
 bool StandsAlone(char16_t unit) {
   return unit < 0x0300 || (unit >= 0x0370 && unit < 0x0483) || (unit >= 0x048A && unit < 0x0591) ||
+         (unit >= 0x2010 && unit < 0x20D0) || (unit >= 0x3000 && unit < 0x302A) ||
          (unit >= 0x3041 && unit < 0x3097) || (unit >= 0x30A1 && unit < 0x30FB) ||
-         (unit >= 0x4E00 && unit < 0xA000);
+         (unit >= 0x4E00 && unit < 0xA000) || (unit >= 0xFF01 && unit < 0xFF9E);
 }
 
 bool IsPlainPair(char16_t before, char16_t after) { return StandsAlone(before) && StandsAlone(after); }

@@ -56,6 +56,8 @@ std::vector<ClusterCase> const kClusterCases = {
     {"no accent on a control", L"\n\u0301", {0, 1, 2}},
     {"several accents", L"a\u0301\u0323\u0302", {0, 4}},
     {"ideographs and kana", L"漢字かな", {0, 1, 2, 3, 4}},
+    {"wide and general punctuation", L"\u2014a\u3002\uFF0C\u203C", {0, 1, 2, 3, 4, 5}},
+    {"marks beside the plain ranges", L"\u2014\u20D0\u3001\u302A\uFF76\uFF9E", {0, 2, 4, 6}},
     {"a voicing mark", L"か\u3099な", {0, 2, 3}},
     {"Hangul syllables of parts", L"\u1100\u1161\u11A8\u1100\u1161", {0, 3, 5}},
     {"a pair", L"a\U0001F600b", {0, 1, 3, 4}},
