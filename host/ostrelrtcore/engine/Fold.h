@@ -1,0 +1,11 @@
+#pragma once
+
+#include "ostrelrtcore/engine/ElementSlot.h"
+#include "ostrelrtcore/engine/FunctionLookup.h"
+
+namespace ort::core::engine {
+
+/// Scan, scanBackward and fold: a binary function folded over one column, by the rules of Engine.
+Value ApplyFold(FoundFunction const& function, FunctionCall const& call);
+
+}  // namespace ort::core::engine

@@ -1,0 +1,147 @@
+#include "ostrelrtcore/engine/GraphEvaluation.h"
+
+#include <tbb/task_arena.h>
+#include <tbb/task_group.h>
+
+namespace ort::core::engine {
+
+// The tasks of one evaluation. Their context is isolated, so that a caller's cancelled group leaves no node
+// undone unnoticed.
+class GraphEvaluation::Tasks {
+ public:
+  explicit Tasks(GraphEvaluation& evaluation) : evaluation_(evaluation), group_(context_) {}
+
+  void Start(int step) {
+    group_.run([this, step] { evaluation_.RunFrom(step, *this); });
+  }
+  void Wait() {
+    if (group_.wait() == tbb::task_group_status::canceled) {
+      throw std::runtime_error("the evaluation was cancelled");
+    }
+  }
+
+ private:
+  GraphEvaluation& evaluation_;
+  tbb::task_group_context context_{tbb::task_group_context::isolated};
+  tbb::task_group group_;
+};
+
+GraphEvaluation::GraphEvaluation(Engine const& engine, FunctionGraph const& graph,
+                                 factory::NamedValues const& inputs, std::span<NodeId const> outputs)
+    : engine_(engine),
+      graph_(graph),
+      outputs_(outputs),
+      plan_(graph, inputs, outputs),
+      states_(std::make_unique<State[]>(static_cast<std::size_t>(plan_.GetStepCount()))),
+      firstFailure_(plan_.GetStepCount()) {
+  for (int step = 0; step < plan_.GetStepCount(); ++step) {
+    auto const users = plan_.GetUsers(step);
+    states_[static_cast<std::size_t>(step)].uses = static_cast<int>(users.size());
+    for (int const user : users) ++states_[static_cast<std::size_t>(user)].waitingFor;
+  }
+  for (NodeId const output : outputs) {
+    if (int const step = plan_.GetStep(output); step >= 0) ++states_[static_cast<std::size_t>(step)].uses;
+  }
+}
+
+std::vector<Value> GraphEvaluation::Run() {
+  std::vector<int> ready;
+  for (int step = plan_.GetStepCount() - 1; step >= 0; --step) {
+    if (states_[static_cast<std::size_t>(step)].waitingFor == 0) ready.push_back(step);
+  }
+  while (ready.size() == 1) {
+    int const step = ready.back();
+    ready.pop_back();
+    int const next = RunNode(step, [&ready](int other) { ready.push_back(other); });
+    if (next >= 0) ready.push_back(next);
+  }
+  if (!ready.empty()) RunInParallel(ready);
+
+  int const failure = firstFailure_;
+  if (failure < plan_.GetStepCount()) ThrowFailure(failure);
+  std::vector<Value> values;
+  values.reserve(outputs_.size());
+  for (NodeId const output : outputs_) values.push_back(GetValue(output));
+  return values;
+}
+
+void GraphEvaluation::RunInParallel(std::vector<int> const& ready) {
+  // While this thread waits it takes part in this evaluation and in nothing of its caller's.
+  tbb::this_task_arena::isolate([&] {
+    Tasks tasks(*this);
+    for (std::size_t i = 0; i + 1 < ready.size(); ++i) tasks.Start(ready[i]);
+    RunFrom(ready.back(), tasks);
+    tasks.Wait();
+  });
+}
+
+void GraphEvaluation::RunFrom(int step, Tasks& tasks) {
+  while (step >= 0) {
+    step = RunNode(step, [&tasks](int other) { tasks.Start(other); });
+  }
+}
+
+template <class Others>
+int GraphEvaluation::RunNode(int step, Others const& others) {
+  if (!Evaluate(step)) return -1;
+  ReleaseInputs(step);
+  int next = -1;
+  for (int const user : plan_.GetUsers(step)) {
+    if (--states_[static_cast<std::size_t>(user)].waitingFor != 0) continue;
+    if (next < 0) {
+      next = user;
+    } else {
+      others(user);
+    }
+  }
+  return next;
+}
+
+bool GraphEvaluation::Evaluate(int step) {
+  // Steps before a failed one still run, so that the first failure does not depend on who was faster.
+  if (step > firstFailure_) return false;
+  State& state = states_[static_cast<std::size_t>(step)];
+  try {
+    FunctionNode const& node = graph_.GetFunction(plan_.GetNode(step));
+    FunctionCall call{node.function, node.mode, {}, {}};
+    call.inputs.reserve(node.inputs.size());
+    for (NodeId const id : node.inputs) call.inputs.push_back(GetValue(id));
+    for (NodeId const id : node.parameters) call.parameters.push_back(GetValue(id));
+    if (node.initial) call.initial = GetValue(*node.initial);
+    if (node.groups) call.groups = GetValue(*node.groups);
+    state.result = engine_.Call(call);
+    return true;
+  } catch (...) {
+    state.error = std::current_exception();
+  }
+  NoteFailure(step);
+  return false;
+}
+
+void GraphEvaluation::NoteFailure(int step) {
+  int first = firstFailure_;
+  while (step < first && !firstFailure_.compare_exchange_weak(first, step)) {
+  }
+}
+
+void GraphEvaluation::ReleaseInputs(int step) {
+  ForEachReference(graph_.GetFunction(plan_.GetNode(step)), [this](NodeId id) {
+    int const used = plan_.GetStep(id);
+    if (used < 0) return;
+    State& state = states_[static_cast<std::size_t>(used)];
+    if (--state.uses == 0) state.result.reset();
+  });
+}
+
+Value const& GraphEvaluation::GetValue(NodeId id) const {
+  int const step = plan_.GetStep(id);
+  return step < 0 ? plan_.GetGivenValue(id) : states_[static_cast<std::size_t>(step)].result;
+}
+
+void GraphEvaluation::ThrowFailure(int step) const {
+  NodeId const id = plan_.GetNode(step);
+  FunctionNode const& node = graph_.GetFunction(id);
+  throw EvaluationError(id, node.name, node.function, states_[static_cast<std::size_t>(step)].error);
+}
+
+}  // namespace ort::core::engine
