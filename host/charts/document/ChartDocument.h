@@ -1,0 +1,139 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "charts/data/LoadTable.h"
+
+/// A chart document as it was written, after its grammar was checked: names are resolved to enumerators,
+/// nothing is defaulted and nothing depends on the data.
+namespace ostrel::charts {
+
+/// What is wrong with a chart document: "scatter.vl.json: $.encoding.x.scale.type: ...".
+class DocumentError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+enum class MarkKind { Point, Circle, Square, Line };
+enum class FieldType { Quantitative, Temporal, Ordinal, Nominal };
+enum class Channel { X, Y, Color, Size, Shape, Opacity, Detail, Order, Tooltip };
+enum class ScaleType { Linear, Log, Sqrt, Time, Ordinal };
+enum class SymbolShape {
+  Circle,
+  Square,
+  Cross,
+  Diamond,
+  TriangleUp,
+  TriangleDown,
+  TriangleRight,
+  TriangleLeft
+};
+enum class LineInterpolation { Linear, StepBefore, StepAfter, Step, Monotone };
+
+/// A scalar of the document; monostate where none stands or it is null.
+using Literal = std::variant<std::monostate, bool, double, std::string>;
+
+/// A text that may be left out, switched off by null, or given.
+struct TitleSpec {
+  bool isGiven = false;
+  std::string text;  ///< empty when switched off
+};
+
+struct ScaleSpec {
+  std::optional<ScaleType> type;
+  std::vector<Literal> domain;
+  std::optional<double> domainMin;
+  std::optional<double> domainMax;
+  std::optional<double> domainMid;
+  std::vector<Literal> range;
+  std::optional<bool> zero;
+  std::optional<bool> nice;
+  std::optional<double> niceCount;
+  std::optional<bool> reverse;
+  std::optional<bool> clamp;
+  std::optional<double> base;
+  std::string scheme;
+};
+
+struct AxisSpec {
+  bool isHidden = false;  ///< "axis": null
+  TitleSpec title;
+  std::string format;
+  std::optional<double> labelAngle;
+  std::optional<double> labelLimit;
+  std::optional<double> tickCount;
+  std::vector<Literal> values;
+  std::optional<bool> grid;
+  std::string orient;
+};
+
+struct LegendSpec {
+  bool isHidden = false;  ///< "legend": null
+  TitleSpec title;
+  std::string format;
+  std::vector<Literal> values;
+  std::optional<double> tickCount;
+};
+
+struct Encoding {
+  Channel channel = Channel::X;
+  std::string path;   ///< "$.encoding.x"
+  std::string field;  ///< empty for a constant
+  FieldType type = FieldType::Nominal;
+  Literal value;  ///< of a constant in the channel's own terms: a colour, pixels
+  Literal datum;  ///< of a constant in terms of the scale's domain
+  TitleSpec title;
+  std::string format;
+  ScaleSpec scale;
+  AxisSpec axis;
+  LegendSpec legend;
+  std::vector<Literal> sort;  ///< an explicit order of the values
+  std::optional<bool> isDescending;
+};
+
+struct MarkSpec {
+  MarkKind kind = MarkKind::Point;
+  std::string path = "$.mark";
+  std::string color;
+  std::string fill;
+  std::string stroke;
+  std::optional<double> size;  ///< area in square pixels
+  std::optional<double> opacity;
+  std::optional<double> strokeWidth;
+  std::vector<double> strokeDash;
+  std::optional<bool> filled;
+  std::optional<SymbolShape> shape;
+  LineInterpolation interpolation = LineInterpolation::Linear;
+  bool hasPoints = false;  ///< a line with a symbol at every row
+  std::optional<bool> tooltip;
+  std::optional<bool> clip;
+};
+
+struct ChartDocument {
+  std::filesystem::path path;  ///< as given on the command line, for messages
+  std::string title;
+  std::string subtitle;
+  std::string description;
+  std::optional<double> width;                 ///< of the plotting area, in pixels
+  std::optional<double> height;                ///< of the plotting area, in pixels
+  std::shared_ptr<nlohmann::json const> data;  ///< the document's data object, as LoadTable reads it
+  MarkSpec mark;
+  std::vector<Encoding> encodings;
+  std::string background;
+
+  /// Null when the channel is not encoded.
+  Encoding const* Find(Channel channel) const;
+};
+
+/// Reads and checks a document. Throws DocumentError with the file, the JSON path and what to use instead for
+/// what is malformed or not supported; nothing is ever passed over silently.
+ChartDocument ReadChartDocument(std::filesystem::path const& path);
+ChartDocument ParseChartDocument(std::string_view json, std::filesystem::path const& path);
+
+}  // namespace ostrel::charts

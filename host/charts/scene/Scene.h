@@ -1,0 +1,130 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "charts/document/ChartDocument.h"
+#include "ostrelrtcore/OrtColor.h"
+#include "ostrelrtcore/StoreValue.h"
+
+/// What is to be drawn, in pixels, y downwards: groups of marks. Marks of one kind are kept as columns, one
+/// row a mark, so that a hundred thousand of them cost their numbers and nothing more.
+namespace ostrel::charts {
+
+struct Point {
+  double x = 0;
+  double y = 0;
+};
+
+struct Rect {
+  double x = 0;
+  double y = 0;
+  double width = 0;
+  double height = 0;
+  double Right() const { return x + width; }
+  double Bottom() const { return y + height; }
+};
+
+/// A value for all rows, or a column with one for each row.
+template <class T>
+struct Varying {
+  T constant{};
+  std::shared_ptr<ort::core::StoreValue> column;  ///< null: the constant serves all rows
+};
+
+/// Transparent colours (alpha 0) are not painted.
+struct Stroke {
+  ort::core::OrtColor color;
+  double width = 1;
+  std::vector<double> dash;
+};
+
+/// One symbol for every row that is special in neither x nor y.
+struct SymbolMarks {
+  std::shared_ptr<ort::core::StoreValue> x;  ///< Real64 columns
+  std::shared_ptr<ort::core::StoreValue> y;
+  Varying<double> size;  ///< area in square pixels; Real64
+  Varying<ort::core::OrtColor> color;
+  Varying<double> opacity;     ///< 0 to 1; Real64
+  Varying<SymbolShape> shape;  ///< an Int32 column of SymbolShape values
+  bool isFilled = false;       ///< else outlined in its colour
+  double strokeWidth = 1.5;
+  std::shared_ptr<ort::core::StoreValue> tooltips;  ///< String column or null
+};
+
+/// A line through points in order; it breaks where a point is missing (NaN).
+struct LineMark {
+  std::vector<Point> points;
+  LineInterpolation interpolation = LineInterpolation::Linear;
+  Stroke stroke;
+  double opacity = 1;
+  std::string tooltip;
+};
+
+struct RuleMarks {
+  struct Rule {
+    Point from;
+    Point to;
+  };
+  std::vector<Rule> rules;
+  Stroke stroke;
+};
+
+struct RectMark {
+  Rect rect;
+  ort::core::OrtColor fill;
+  Stroke stroke{ort::core::OrtColor(0)};
+};
+
+/// A rectangle filled with a linear run of colours, evenly spaced, from its bottom to its top.
+struct GradientMark {
+  Rect rect;
+  std::vector<ort::core::OrtColor> colors;
+};
+
+struct TextFont {
+  std::string family = "DejaVu Sans";
+  double size = 10;
+  int weight = 400;
+  bool isItalic = false;
+};
+
+enum class TextAnchor { Start, Middle, End };
+/// Where the given y lies in the line of text.
+enum class TextBaseline { Alphabetic, Top, Middle, Bottom };
+
+struct TextMark {
+  std::string text;  ///< UTF-8
+  Point at;
+  TextAnchor anchor = TextAnchor::Start;
+  TextBaseline baseline = TextBaseline::Alphabetic;
+  double angle = 0;  ///< degrees, clockwise, about `at`
+  TextFont font;
+  ort::core::OrtColor color{static_cast<int>(0xFF333333)};
+  bool isRightToLeft = false;
+};
+
+struct Group;
+using SceneNode =
+    std::variant<SymbolMarks, LineMark, RuleMarks, RectMark, GradientMark, TextMark, std::unique_ptr<Group>>;
+
+struct Group {
+  std::string role;  ///< "axis x", "marks", "legend": the class of its SVG element
+  Point origin;
+  std::optional<Rect> clip;
+  std::vector<SceneNode> nodes;
+};
+
+struct Scene {
+  double width = 0;
+  double height = 0;
+  ort::core::OrtColor background{static_cast<int>(0xFFFFFFFF)};
+  std::string title;  ///< of the SVG document, for readers and search
+  std::string description;
+  Group root;
+};
+
+}  // namespace ostrel::charts
