@@ -3,6 +3,7 @@
 # -ffp-contract=off: layouts decide by comparisons, so one fused multiply changes a picture.
 # -fno-strict-aliasing: a column's storage may be viewed as another type of its width.
 # -fno-gnu-unique: the shared libraries must really unload.
+# -Wno-restrict: GCC 12 reports overlaps that cannot be wherever two strings are added.
 # -z defs: a library that reaches for a symbol of a library it does not link fails here, not at the host's.
 #   (Not under sanitizers, whose runtime stands in the program.)
 function(ostrel_configure target)
@@ -12,6 +13,7 @@ function(ostrel_configure target)
     -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Wold-style-cast
     -ffp-contract=off -fno-strict-aliasing
     $<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>
+    $<$<AND:$<CXX_COMPILER_ID:GNU>,$<VERSION_LESS:$<CXX_COMPILER_VERSION>,13>>:-Wno-restrict>
     $<$<BOOL:${OSTREL_WARNINGS_AS_ERRORS}>:-Werror>)
   get_target_property(type ${target} TYPE)
   if(OSTREL_SANITIZE)
