@@ -21,7 +21,7 @@ host='services|charts|ostrel'
 forbid host/ostrelsys    "ostrelrtcore|$plugin|$host" 'the system library stands on nothing of ours'
 forbid host/ostrelrtcore "$plugin|$host"              'the runtime core knows neither the plug-in nor the host'
 forbid main              "$host"                      'the plug-in takes ostrelsys and ostrelrtcore from its host, and no more'
-forbid host/services     "$plugin|charts|ostrel"      'services stand on the runtime core alone'
+forbid host/services     'render|string|maps|charts|ostrel'  'services know the plug-in by its entry points alone'
 forbid host/charts       'ostrel'                     'charts do not know the program'
 
 # A path with a dot segment would slip through the rules above.
