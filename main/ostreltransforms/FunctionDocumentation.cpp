@@ -5,6 +5,12 @@
 namespace OstrelTransforms {
 namespace {
 
+std::string MakeRequest(OStringCore const& name, char const* members) {
+  std::string request(R"({"function": ")");
+  request.append(name.toUtf8()).append(R"(", )").append(members).append("}");
+  return request;
+}
+
 std::vector<std::string> GetNames(Slots const& slots) {
   std::vector<std::string> names;
   for (Slot const& slot : slots) names.emplace_back(slot.name);
@@ -21,7 +27,7 @@ ort::core::FunctionDocumentation Document(char const* family, Row const& row) {
           .parameterNames = GetNames(row.parameters),
           .family = family,
           .help = row.help,
-          .example = R"({"function": ")" + name.toUtf8() + R"(", )" + row.example + "}"};
+          .example = MakeRequest(name, row.example)};
 }
 
 }  // namespace

@@ -14,7 +14,8 @@ std::uint64_t TextMeasurerGeneration() noexcept;
 // clearing function, so that what is entered in between is cleared and what comes later is refused.
 void OnTextMeasurerChanged() noexcept;
 
-// Names the function that drops what was composed so far. There is one; null takes it away.
-void SetComposedTextsClearer(void (*clear)() noexcept) noexcept;
+// Names the function that drops what was composed so far, null for none, and gives back the former one.
+using ComposedTextsClearer = void (*)() noexcept;
+ComposedTextsClearer SetComposedTextsClearer(ComposedTextsClearer clear) noexcept;
 
 }  // namespace runtime
