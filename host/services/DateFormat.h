@@ -16,8 +16,8 @@ namespace ostrel::services {
 ///   Monday 1, %U week from Sunday, %V ISO week, %w weekday from Sunday 0, %W week from Monday, %x date, %X
 ///   time, %y %Y year, %Z offset from UTC, %% a percent sign.
 ///
-/// "-", "_" or "0" after the percent sign pads with nothing, blanks or zeros. What is no directive is written
-/// as it stands.
+/// "-", "_" or "0" after the percent sign pads with nothing, blanks or zeros. A letter that is no directive
+/// stands for itself.
 OStringCore FormatDate(ort::core::OrtDateTime date, std::u16string_view pattern);
 
 /// The pattern that labels one date of an axis by the largest unit that begins with it: the year at the start

@@ -39,7 +39,6 @@ class FontService final : public TextMeasurer {
   Value ResolveFont(Value const& font) const override;
 
  private:
-  FontSet const& GetFontSet(OStringCore const& family, int weight, int slant) const;
   double MeasureEms(std::u16string_view text, FontSet const& fonts) const;
 
   std::unique_ptr<FontCatalog> catalog_;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <string_view>
 
 #include "ostrelrtcore/StoreValue.h"
@@ -14,40 +15,52 @@ namespace ostrel::services {
 /// as chart documents carry it. align is one of < > ^ =, sign one of - + ( and blank, symbol $ or #. The
 /// types are e exponent, f fixed point, g significant digits, r rounded to significant digits, s with a
 /// prefix of the units system, % percent, p percent rounded to significant digits, d whole number, b o x X
-/// whole numbers in base 2, 8 and 16, c the text of the number as it stands, n as ",g". Without a type up to
-/// 12 significant digits are written and trailing zeros are not. "~" drops trailing zeros. The signs and
-/// groups are those of US English; the minus sign is U+2212.
+/// whole numbers in base 2, 8 and 16, c the text of the number as it stands, n as ",g". Without one of these
+/// up to 12 significant digits are written, without zeros at their end. "~" drops such zeros. Halves are
+/// rounded away from zero, by the exact value. Signs and groups are those of US English, whatever the locale;
+/// the minus sign is U+2212.
 class NumberFormat {
  public:
-  /// Throws OrtRuntimeException 55 with the pattern for one that is ill-formed.
+  /// Throws OrtRuntimeException 55 with the pattern for one that is ill-formed or wider than 10,000.
   explicit NumberFormat(std::u16string_view pattern);
 
   OStringCore Format(double value) const;
-  /// Every value is written with the prefix that suits `reference` ("k" for 20,000), as on an axis whose
-  /// labels share one unit; `precision` decimals are those of the pattern, 6 without any.
+  /// Writes with the units prefix that suits `reference` ("k" for 20,000) and as many decimals as the
+  /// pattern's precision tells (6 without one), as for the labels of an axis that share one unit.
   OStringCore FormatWithPrefixOf(double value, double reference) const;
 
-  char16_t fill = u' ';
-  char16_t align = u'>';
-  char16_t sign = u'-';
-  char16_t symbol = 0;
-  bool zero = false;
-  bool comma = false;
-  bool trim = false;
-  int width = 0;
-  int precision = -1;  ///< negative: the type's own
-  char16_t type = 0;
+  /// 0 for none, else the letter.
+  char GetType() const { return type_; }
+  bool HasPrecision() const { return precision_ >= 0; }
+  void SetPrecision(int precision) { precision_ = precision; }
+  OStringCore ToPattern() const;
+
+ private:
+  std::string FormatMagnitude(double magnitude, std::string& unit) const;
+  std::string Digits(double magnitude, char type, int precision, std::string& unit) const;
+  std::u16string Assemble(bool negative, std::string const& number, std::string const& unit) const;
+  std::u16string Pad(std::u16string const& prefix, std::string digits, std::u16string const& suffix) const;
+
+  char16_t fill_ = u' ';
+  char align_ = '>';
+  char sign_ = '-';
+  char symbol_ = 0;
+  bool zero_ = false;
+  int width_ = 0;
+  bool comma_ = false;
+  int precision_ = -1;
+  bool trim_ = false;
+  char type_ = 0;
 };
 
 /// Formats with the pattern that is the format tuple's one member; an empty tuple stands for the empty
-/// pattern. Patterns that were used before are not read again. Throws OrtRuntimeException 55 for another
-/// tuple.
+/// pattern. Throws OrtRuntimeException 55 for another tuple. Safe from many threads.
 OStringCore FormatNumber(double value, ort::core::IStoreTuple const& format);
 OStringCore FormatNumber(double value, std::u16string_view pattern);
 
 /// The pattern for the labels of an axis whose ticks are `step` apart and reach up to `largest` in magnitude:
-/// as many decimals as the step needs, with groups, e.g. ",.1f". A given pattern with a type but no precision
-/// gets the precision that tells neighbouring ticks apart.
+/// the given one (",f" when it is empty) with the precision that tells neighbouring ticks apart, unless it
+/// has one. With type s it is meant for FormatWithPrefixOf(value, largest).
 OStringCore GetTickPattern(double step, double largest, std::u16string_view pattern = {});
 
 }  // namespace ostrel::services
