@@ -5,5 +5,6 @@
 #include "ostreltransforms/Callbacks.h"
 #include "ostreltransforms/FunctionDocumentation.h"
 #include "ostreltransforms/Registration.h"
+#include "ostreltransforms/StoreValueOperators.h"
 #include "ostreltransforms/TransformNames.h"
 #include "ostreltransforms/VisualKey.h"
