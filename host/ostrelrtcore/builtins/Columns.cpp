@@ -1,69 +1,12 @@
 #include "ostrelrtcore/builtins/Columns.h"
 
 #include <algorithm>
-#include <bit>
 
 namespace ort::core::builtins {
 namespace {
 
 /// Beyond this many rows of the source for each one taken, asking row by row beats one pass over all kinds.
 constexpr int kSparseTake = 64;
-
-/// The storage element of a value as an element of a column of its type.
-template <class T>
-T StorageElement(Value const& value) {
-  if constexpr (std::is_same_v<T, Value>) {
-    return value;
-  } else if constexpr (std::is_same_v<T, RIndirectString>) {
-    return value->GetString();
-  } else {
-    switch (value->GetStoreType()) {
-      case StoreType::Bool:
-        return static_cast<T>(value->GetBool());
-      case StoreType::Int32:
-        return static_cast<T>(value->GetInt32());
-      case StoreType::Int64:
-        return static_cast<T>(value->GetInt64());
-      case StoreType::Real32:
-        return static_cast<T>(std::bit_cast<uint32>(value->GetReal32()));
-      case StoreType::Real64:
-        return static_cast<T>(std::bit_cast<uint64>(value->GetReal64()));
-      case StoreType::Color:
-        return static_cast<T>(value->GetColor().GetValue());
-      default:
-        return static_cast<T>(value->GetDateTime().GetValue());
-    }
-  }
-}
-
-template <class T>
-Value MakeElement(StoreType type, T const& element) {
-  if constexpr (std::is_same_v<T, Value>) {
-    return element;
-  } else if constexpr (std::is_same_v<T, RIndirectString>) {
-    return factory::MakeString(element);
-  } else {
-    auto const bits = static_cast<uint64>(element);
-    switch (type) {
-      case StoreType::Bool:
-        return factory::MakeBool(bits != 0);
-      case StoreType::Int32:
-        return factory::MakeInt32(static_cast<int>(bits));
-      case StoreType::Int64:
-        return factory::MakeInt64(static_cast<int64>(bits));
-      case StoreType::Real32:
-        return factory::MakeReal32(std::bit_cast<float>(static_cast<uint32>(bits)));
-      case StoreType::Real64:
-        return factory::MakeReal64(std::bit_cast<double>(bits));
-      case StoreType::Color:
-        return factory::MakeColor(OrtColor(static_cast<int>(bits)));
-      case StoreType::Date:
-        return factory::MakeDate(OrtDateTime::FromValue(bits));
-      default:
-        return factory::MakeDateTime(OrtDateTime::FromValue(bits));
-    }
-  }
-}
 
 [[noreturn]] void ThrowRowOutside(int row, int count) {
   ThrowError(OrtError_WrongValueKind,
@@ -142,11 +85,10 @@ RowKinds::RowKinds(ColumnView const& column) {
 Value ElementAt(Value const& column, int row) {
   ColumnView const& view = column->AsColumn();
   if (row < 0 || row >= view.GetCount()) ThrowRowOutside(row, view.GetCount());
-  if (SpecialKind const kind = view.GetSpecialKind(row); kind != SpecialKind::None) {
-    return factory::MakeSpecial(ElementInfo(*column), kind);
-  }
   return VisitStorage(view.GetStorage(), [&]<class T>() {
-    return MakeElement<T>(ElementType(*column), column->AsTypedArray<T>().GetElement(row));
+    engine::ElementSlot slot(view.GetStorage());
+    *static_cast<T*>(slot.GetAddress()) = column->AsTypedArray<T>().GetElement(row);
+    return slot.ToScalar(ElementType(*column), view.GetSpecialKind(row));
   });
 }
 
@@ -159,9 +101,11 @@ Value AsColumn(Value const& value, int count, char const* what) {
 Value RepeatValue(Value const& value, int count) {
   if (count < 0) ThrowError(OrtError_WrongValueKind, std::to_string(count) + " rows");
   StoreTypeInfo const type(value->GetStoreType(), false);
-  return VisitStorage(GetStorageClass(type), [&]<class T>() {
-    return value->IsSpecial() ? factory::MakeConstantArray<T>(type, count, value->GetSpecialKind())
-                              : factory::MakeConstantArray<T>(type, StorageElement<T>(value), count);
+  engine::ElementSlot const slot(value);
+  return VisitStorage(slot.GetStorage(), [&]<class T>() {
+    return value->IsSpecial()
+               ? factory::MakeConstantArray<T>(type, count, value->GetSpecialKind())
+               : factory::MakeConstantArray<T>(type, *static_cast<T const*>(slot.GetAddress()), count);
   });
 }
 

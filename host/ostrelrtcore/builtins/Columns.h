@@ -5,34 +5,17 @@
 
 #include "ostrelrtcore/Factory.h"
 #include "ostrelrtcore/builtins/BuiltinRow.h"
+#include "ostrelrtcore/engine/Operand.h"
 
 /// What functions of whole values share: they work on a column's storage class and never on its meaning.
 namespace ort::core::builtins {
 
-/// Calls visit.operator()<T>() with the storage element T of a class.
-template <class Visit>
-decltype(auto) VisitStorage(StorageClass storage, Visit const& visit) {
-  switch (storage) {
-    case StorageClass::UInt8:
-      return visit.template operator()<uint8>();
-    case StorageClass::UInt32:
-      return visit.template operator()<uint32>();
-    case StorageClass::UInt64:
-      return visit.template operator()<uint64>();
-    case StorageClass::String:
-      return visit.template operator()<RIndirectString>();
-    case StorageClass::Value:
-      break;
-  }
-  return visit.template operator()<Value>();
-}
+using engine::IsColumn;
+using engine::VisitStorage;
 
 /// Throws an error whose message is UTF-8.
 [[noreturn]] void ThrowError(OrtError error, std::string const& message);
 
-inline bool IsColumn(StoreValue const& value) {
-  return value.GetStoreType() == StoreType::Array && !value.IsSpecial();
-}
 inline StoreType ElementType(StoreValue const& column) {
   return column.GetTypeInfo().GetElementType().GetStoreType();
 }
