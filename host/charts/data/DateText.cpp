@@ -30,14 +30,15 @@ bool IsLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
 /// Parts of a date as they are read, and the check that they name a moment that exists.
 struct Parts {
   int year = 1900, month = 1, day = 1, hour = 0, minute = 0, second = 0, ticks = 0;
-  std::optional<bool> isAfternoon;
+  enum class HalfDay { None, Morning, Afternoon };
+  HalfDay halfDay = HalfDay::None;
   int offsetMinutes = 0;
 
   std::optional<OrtDateTime> Combine() const {
     int hours = hour;
-    if (isAfternoon) {
+    if (halfDay != HalfDay::None) {
       if (hour < 1 || hour > 12) return std::nullopt;
-      hours = hour % 12 + (*isAfternoon ? 12 : 0);
+      hours = hour % 12 + (halfDay == HalfDay::Afternoon ? 12 : 0);
     }
     bool const inRange = year >= 1 && year <= 9999 && month >= 1 && month <= 12 && day >= 1 && day <= 31 &&
                          hours <= 23 && minute <= 59 && second <= 59;
@@ -177,8 +178,8 @@ class FreeDateReader {
   bool ReadWord() {
     auto const word = FoldCase(in_.TakeLetters());
     if (word == "am" || word == "pm") {
-      if (!hasTime_ || parts_.isAfternoon) return false;
-      parts_.isAfternoon = word == "pm";
+      if (!hasTime_ || parts_.halfDay != Parts::HalfDay::None) return false;
+      parts_.halfDay = word == "pm" ? Parts::HalfDay::Afternoon : Parts::HalfDay::Morning;
       return true;
     }
     if (word == "gmt" || word == "utc" || word == "z") return hasTime_;
@@ -325,7 +326,7 @@ class PatternReader {
 
   bool ReadHalfDay() {
     auto const word = FoldCase(in_.TakeLetters());
-    parts_.isAfternoon = word == "pm";
+    parts_.halfDay = word == "pm" ? Parts::HalfDay::Afternoon : Parts::HalfDay::Morning;
     return word == "am" || word == "pm";
   }
 

@@ -4,6 +4,7 @@
 #include <unicode/utf8.h>
 
 #include <algorithm>
+#include <cstdint>
 
 #include "charts/data/DataTable.h"
 
@@ -33,6 +34,24 @@ std::size_t CheckCharacters(std::string_view text, std::size_t offset, std::size
   return offset;
 }
 
+/// What a block holds, in byte-wide counters and a loop of fixed length, which compilers turn into vector
+/// code.
+struct BlockFacts {
+  std::uint8_t highBits = 0;
+  std::uint8_t zeros = 0;
+  std::uint8_t breaks = 0;
+
+  template <std::size_t N>
+  void Add(char const* bytes) {
+    for (std::size_t i = 0; i < N; ++i) {
+      auto const byte = static_cast<std::uint8_t>(bytes[i]);
+      highBits |= byte;
+      zeros = static_cast<std::uint8_t>(zeros | (byte == 0 ? 1 : 0));
+      breaks = static_cast<std::uint8_t>(breaks + (byte == '\n' ? 1 : 0) + (byte == '\r' ? 1 : 0));
+    }
+  }
+};
+
 }  // namespace
 
 std::size_t CheckText(std::string_view text, std::string const& sourceName) {
@@ -40,19 +59,15 @@ std::size_t CheckText(std::string_view text, std::string const& sourceName) {
   std::size_t checked = 0;
   for (std::size_t start = 0; start < text.size(); start += kBlock) {
     auto const count = std::min(kBlock, text.size() - start);
-    // Small counters of a fixed-size block, which compilers turn into vector code.
-    unsigned char highBits = 0;
-    unsigned char zeros = 0;
-    unsigned char breaks = 0;
-    for (std::size_t i = 0; i < count; ++i) {
-      auto const byte = static_cast<unsigned char>(text[start + i]);
-      highBits |= byte;
-      zeros = static_cast<unsigned char>(zeros | (byte == 0 ? 1U : 0U));
-      breaks = static_cast<unsigned char>(breaks + (byte == '\n' ? 1U : 0U) + (byte == '\r' ? 1U : 0U));
+    BlockFacts facts;
+    if (count == kBlock) {
+      facts.Add<kBlock>(text.data() + start);
+    } else {
+      for (std::size_t i = start; i < text.size(); ++i) facts.Add<1>(text.data() + i);
     }
-    lineBreaks += breaks;
+    lineBreaks += facts.breaks;
     // The last character of the block before may reach into this one.
-    if (highBits >= 0x80 || zeros != 0) {
+    if (facts.highBits >= 0x80 || facts.zeros != 0) {
       checked = CheckCharacters(text, std::max(checked, start), start + count, sourceName);
     }
   }

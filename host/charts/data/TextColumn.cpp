@@ -14,6 +14,9 @@ using ort::core::StoreType;
 
 namespace {
 
+/// A block of so many rows tells whether a column's strings repeat.
+constexpr std::size_t kTellingRows = 256;
+
 bool IsMissingWord(std::string_view text) {
   return text == "null" || text == "NaN" || text == "nan" || text == "NA" || text == "N/A";
 }
@@ -32,13 +35,16 @@ std::uint64_t LoadUpToEight(char const* bytes, std::size_t count) {
 
 }  // namespace
 
-RIndirectString const& RecentStrings::Get(std::string_view text) {
+RIndirectString const& RecentStrings::Get(std::string_view text, std::size_t& misses) {
   // Length and both ends tell most texts apart; a collision costs a look-up in the pool.
   auto const tail = text.size() > 8 ? LoadUpToEight(text.data() + text.size() - 8, 8) : 0;
   auto hash = (LoadUpToEight(text.data(), text.size()) ^ text.size()) * 0x9E3779B97F4A7C15U;
   hash = (hash ^ (hash >> 29) ^ tail) * 0xBF58476D1CE4E5B9U;
   auto& slot = slots_[hash >> 53];
-  if (slot.text != text) slot = {text, RIndirectString::FromUtf8(text)};
+  if (slot.text != text) {
+    slot = {text, RIndirectString::FromUtf8(text)};
+    ++misses;
+  }
   return slot.value;
 }
 
@@ -129,14 +135,17 @@ std::size_t TextColumn::ReadBools(FieldBlock const& block, std::size_t row) {
 }
 
 std::size_t TextColumn::ReadStrings(FieldBlock const& block, std::size_t row, RecentStrings& strings) {
+  auto const first = row;
+  std::size_t misses = 0;
   for (; row < block.count; ++row) {
     auto const& field = block.Get(row);
-    if (field.hasDoubledQuotes) {
+    if (field.hasDoubledQuotes || stringsDiffer_) {
       store_.AppendString(RIndirectString::FromUtf8(field.GetText(scratch_)));
     } else {
-      store_.AppendString(strings.Get(field.GetRawText()));
+      store_.AppendString(strings.Get(field.GetRawText(), misses));
     }
   }
+  stringsDiffer_ = stringsDiffer_ || (row - first >= kTellingRows && misses > (row - first) / 4 * 3);
   return row;
 }
 

@@ -15,7 +15,8 @@ namespace ostrel::charts {
 class RecentStrings {
  public:
   RecentStrings() : slots_(kSlots) {}
-  ort::core::RIndirectString const& Get(std::string_view text);
+  /// Interns a text; `misses` counts the texts that were not among the recent ones.
+  ort::core::RIndirectString const& Get(std::string_view text, std::size_t& misses);
 
  private:
   static constexpr std::size_t kSlots = 2048;
@@ -61,6 +62,7 @@ class TextColumn {
   Kind kind_;
   ColumnStore store_;
   bool needsTexts_ = false;
+  bool stringsDiffer_ = false;  // so that looking among the recent ones is lost labour
   std::string scratch_;
 };
 
