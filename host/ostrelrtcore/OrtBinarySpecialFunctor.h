@@ -34,10 +34,11 @@ class OrtBinarySpecialFunctor : public IBinarySpecialFunctor<In1, In2, Out> {
       operation_.ApplyToArrays(first, firstKinds, second, secondKinds, output, outputKinds);
       return;
     } else {
-      auto const row = [&operation = operation_, a = first.data(), aKinds = firstKinds.data(),
-                        b = second.data(), bKinds = secondKinds.data(), out = output.data(),
+      auto const row = [held = RowOperation<F, In1, SpecialKind, In2, SpecialKind>{operation_},
+                        a = first.data(), aKinds = firstKinds.data(), b = second.data(),
+                        bKinds = secondKinds.data(), out = output.data(),
                         outKinds = outputKinds.data()](std::size_t i) {
-        auto result = operation.Apply(a[i], aKinds[i], b[i], bKinds[i]);
+        auto result = held.operation.Apply(a[i], aKinds[i], b[i], bKinds[i]);
         out[i] = std::move(result.first);
         outKinds[i] = result.second;
       };

@@ -19,9 +19,8 @@ class OrtUnaryFunctor : public IUnaryFunctor<In, Out> {
 
   void ApplyToArray(std::span<In const> input, std::span<Out> output) override {
     detail::RequireOneLength(input.size(), {output.size()});
-    auto const row = [&operation = operation_, in = input.data(), out = output.data()](std::size_t i) {
-      out[i] = operation.Apply(in[i]);
-    };
+    auto const row = [held = RowOperation<F, In>{operation_}, in = input.data(),
+                      out = output.data()](std::size_t i) { out[i] = held.operation.Apply(in[i]); };
     if constexpr (kVectorizable<In, Out>) {
       RunRows(input.size(), row);
     } else {

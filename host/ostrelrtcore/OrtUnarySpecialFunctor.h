@@ -28,9 +28,10 @@ class OrtUnarySpecialFunctor : public IUnarySpecialFunctor<In, Out> {
       operation_.ApplyToArray(input, inputKinds, output, outputKinds);
       return;
     } else {
-      auto const row = [&operation = operation_, in = input.data(), inKinds = inputKinds.data(),
-                        out = output.data(), outKinds = outputKinds.data()](std::size_t i) {
-        auto result = operation.Apply(in[i], inKinds[i]);
+      auto const row = [held = RowOperation<F, In, SpecialKind>{operation_}, in = input.data(),
+                        inKinds = inputKinds.data(), out = output.data(),
+                        outKinds = outputKinds.data()](std::size_t i) {
+        auto result = held.operation.Apply(in[i], inKinds[i]);
         out[i] = std::move(result.first);
         outKinds[i] = result.second;
       };

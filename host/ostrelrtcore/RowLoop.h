@@ -17,9 +17,12 @@ ORTCORE_API void LimitVectorLevel(VectorLevel level) noexcept;
 
 namespace detail {
 
+// The loops run on a copy of `row` that no other memory can refer to: what it holds need not be read again
+// after each row that is written.
 template <class Row>
 void RunRowsBaseline(std::size_t count, Row const& row) {
-  for (std::size_t i = 0; i < count; ++i) row(i);
+  Row const local = row;
+  for (std::size_t i = 0; i < count; ++i) local(i);
 }
 
 #if defined(__x86_64__)
@@ -32,12 +35,14 @@ void RunRowsBaseline(std::size_t count, Row const& row) {
 
 template <class Row>
 __attribute__((target("avx2"))) void RunRowsAvx2(std::size_t count, Row const& row) {
-  for (std::size_t i = 0; i < count; ++i) row(i);
+  Row const local = row;
+  for (std::size_t i = 0; i < count; ++i) local(i);
 }
 
 template <class Row>
 ORT_TARGET_AVX512 void RunRowsAvx512(std::size_t count, Row const& row) {
-  for (std::size_t i = 0; i < count; ++i) row(i);
+  Row const local = row;
+  for (std::size_t i = 0; i < count; ++i) local(i);
 }
 #endif
 
@@ -59,6 +64,16 @@ void RunRows(std::size_t count, Row const& row) {
 #endif
   detail::RunRowsBaseline(count, row);
 }
+
+/// An operation as a row loop holds it. Where Apply changes nothing it is a copy, so that it too need not be
+/// read again, else the functor's own, which carries its state from row to row.
+template <class F, class... In>
+struct RowOperation {
+  static constexpr bool kIsCopied = std::is_trivially_copyable_v<F> && requires(F const& f, In... in) {
+    f.Apply(in...);
+  };
+  std::conditional_t<kIsCopied, F const, F&> operation;
+};
 
 /// Whether a loop over these element types gains from vector instructions at all.
 template <class... T>
