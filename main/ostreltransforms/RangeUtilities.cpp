@@ -65,7 +65,7 @@ Ends GetEnds(IStoreTuple const& range) {
 Ends TakeLogarithms(Ends const& ends) { return {Operators::Ln(*ends.minimum), Operators::Ln(*ends.maximum)}; }
 
 Ends WidenPoint(Ends ends, StoreType fieldType) {
-  if (ends.minimum->IsSpecial() || !ends.minimum->Equals(*ends.maximum)) return ends;
+  if (!ends.minimum->Equals(*ends.maximum)) return ends;
   if (Operators::IsNumeric(fieldType)) return WidenNumber(ends);
   if (Operators::IsTemporal(fieldType)) return WidenInstant(ends);
   return ends;
@@ -93,9 +93,9 @@ Value MoveEnd(Value const& end, double amount) {
 }
 
 Value MakeRange(Ends const& ends, IStoreTuple const& source, double furtherAmount) {
-  return factory::MakeTuple(std::vector{
-      MoveEnd(ends.minimum, -furtherAmount), MoveEnd(ends.maximum, furtherAmount),
-      source.GetMember(kModeCode), source.GetMember(kFieldType), source.GetMember(kIsLog)});
+  return factory::MakeTuple(std::vector{MoveEnd(ends.minimum, -furtherAmount),
+                                        MoveEnd(ends.maximum, furtherAmount), source.GetMember(kModeCode),
+                                        source.GetMember(kFieldType), source.GetMember(kIsLog)});
 }
 
 }  // namespace OstrelTransforms::RangeUtilities

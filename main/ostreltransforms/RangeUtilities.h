@@ -4,9 +4,9 @@
 #include "ostreltransforms/FunctorInputs.h"
 
 // Range tuples, as all families read and make them. A range tuple has five members: the minimum and the
-// maximum (scalars of any type, or special values), the range mode code (Int32), the code of the field's store
-// type (Int32), and whether the scale is logarithmic (Bool). A tuple with fewer members throws 219, a member
-// of another type 55.
+// maximum (scalars of any type, or special values), the range mode code (Int32), the code of the field's
+// store type (Int32), and whether the scale is logarithmic (Bool). A tuple with fewer members throws 219, a
+// member of another type 55.
 namespace OstrelTransforms::RangeUtilities {
 
 inline constexpr int kMinimum = 0;
@@ -32,21 +32,21 @@ Ends GetEnds(ort::core::IStoreTuple const& range);
 Ends TakeLogarithms(Ends const& ends);
 
 // Opens a range of one point (its ends are equal) around it. Numbers: [0, 2v] above zero, [2v, 0] below,
-// [v - 1, v + 1] at zero. Temporal: one day to either side, as DateTimes. A field of another type, and two
-// special ends, stay as they are.
+// [v - 1, v + 1] at zero. Temporal: one day to either side, as DateTimes. A field of another type
+// stays as it is; two special ends of one kind throw 55.
 Ends WidenPoint(Ends ends, ort::core::StoreType fieldType);
 
 // An end as a special value of kind 1 of its own type.
 Value ClearEnd(Value const& end);
 
 // An end moved by an amount in its own units (days for temporal types), in its own type. Integers move by the
-// nearest whole number (halves away from zero) and saturate; temporal types move by the nearest tick. A special end, and an amount of zero,
-// change nothing; an amount of NaN makes an integer end special of kind 1 and leaves a temporal one. Types
-// that are neither numeric nor temporal throw 178.
+// nearest whole number (halves away from zero) and saturate; temporal types move by the nearest tick. A
+// special end, and an amount of zero, change nothing; an amount of NaN makes an integer end special of kind 1
+// and leaves a temporal one. Types that are neither numeric nor temporal throw 178.
 Value MoveEnd(Value const& end, double amount);
 
-// A new range tuple with the mode, field type and scale of `source`. A further amount is taken off the minimum
-// and put on the maximum, by MoveEnd.
+// A new range tuple with the mode, field type and scale of `source`. A further amount is taken off the
+// minimum and put on the maximum, by MoveEnd.
 Value MakeRange(Ends const& ends, ort::core::IStoreTuple const& source, double furtherAmount = 0.0);
 
 }  // namespace OstrelTransforms::RangeUtilities
