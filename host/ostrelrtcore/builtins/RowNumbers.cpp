@@ -1,5 +1,7 @@
 #include "ostrelrtcore/builtins/RowNumbers.h"
 
+#include <memory>
+
 namespace ort::core::builtins {
 namespace {
 
@@ -29,10 +31,20 @@ RowGroups GroupPairs(RowGroups first, RowGroups second) {
 
 }  // namespace
 
+void WordTable::Allocate(std::size_t count) {
+  memory_ = PooledBuffer(count * sizeof(Slot));
+  slots_ = {static_cast<Slot*>(memory_.data()), count};
+  std::ranges::uninitialized_fill(slots_, Slot());
+}
+
 void WordTable::Grow() {
-  std::vector<Slot> const old = std::exchange(slots_, std::vector<Slot>(slots_.size() * 4));
-  for (Slot const& slot : old) {
-    if (slot.number >= 0) slots_[Probe(slot.word)] = slot;
+  PooledBuffer const oldMemory = std::move(memory_);
+  std::span<Slot const> const old = slots_;
+  Allocate(old.size() * (IsLarge() ? 2 : 4));
+  constexpr std::size_t kAhead = 16;
+  for (std::size_t i = 0; i < old.size(); ++i) {
+    Prefetch(old[std::min(i + kAhead, old.size() - 1)].word);
+    if (old[i].number >= 0) slots_[Probe(old[i].word)] = old[i];
   }
 }
 

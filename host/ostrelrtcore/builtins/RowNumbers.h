@@ -1,10 +1,12 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <cstring>
 #include <unordered_map>
 
+#include "ostrelrtcore/BufferPool.h"
 #include "ostrelrtcore/builtins/Columns.h"
 
 /// Equal rows found by hashing: values as StoreValue::Equals tells them apart, so that NaN equals NaN and
@@ -14,7 +16,7 @@ namespace ort::core::builtins {
 /// Numbers of 64-bit words: open addressing with linear probing, at most half full.
 class WordTable {
  public:
-  WordTable() : slots_(kFirstSlots) {}
+  WordTable() { Allocate(kFirstSlots); }
 
   /// The word's number, which is `next` when the word is new; `next` is counted up then.
   int FindOrInsert(uint64 word, int& next) {
@@ -29,22 +31,32 @@ class WordTable {
   /// -1 for a word that is not there.
   int Find(uint64 word) const { return slots_[Probe(word)].number; }
 
+  /// Whether most look-ups miss the caches, so that it pays to fetch their slots some time before.
+  bool IsLarge() const { return slots_.size() > kLargeSlots; }
+  void Prefetch(uint64 word) const { __builtin_prefetch(&slots_[FirstSlot(word)], 1); }
+
  private:
   static constexpr std::size_t kFirstSlots = 64;
+  static constexpr std::size_t kLargeSlots = 1 << 15;
   struct Slot {
     uint64 word = 0;
     int number = -1;
   };
 
+  std::size_t FirstSlot(uint64 word) const {
+    return StringHash::Mix(word ^ 0xD1B54A32D192ED03U, 0x9E3779B97F4A7C15U) & (slots_.size() - 1);
+  }
   std::size_t Probe(uint64 word) const {
     std::size_t const mask = slots_.size() - 1;
-    std::size_t at = StringHash::Mix(word ^ 0xD1B54A32D192ED03U, 0x9E3779B97F4A7C15U) & mask;
+    std::size_t at = FirstSlot(word);
     while (slots_[at].number >= 0 && slots_[at].word != word) at = (at + 1) & mask;
     return at;
   }
+  void Allocate(std::size_t count);
   void Grow();
 
-  std::vector<Slot> slots_;
+  PooledBuffer memory_;
+  std::span<Slot> slots_;
   std::size_t used_ = 0;
 };
 
@@ -106,7 +118,8 @@ class RowNumbers {
       auto const values = column.AsTypedArray<T>().GetValues();
       int const count = static_cast<int>(values.size());
       if (!kinds.HasSpecials()) {
-        for (int row = 0; row < count; ++row) visitWord(row, wordOf(values[static_cast<std::size_t>(row)]));
+        VisitBlocks(
+            count, [&](int row) { return wordOf(values[static_cast<std::size_t>(row)]); }, visitWord);
         return;
       }
       for (int row = 0; row < count; ++row) {
@@ -133,6 +146,21 @@ class RowNumbers {
         run.template operator()<T>(plain);
       }
     });
+  }
+
+  template <class WordAt, class VisitWord>
+  void VisitBlocks(int count, WordAt const& wordAt, VisitWord const& visitWord) {
+    constexpr int kBlock = 32;
+    std::array<uint64, kBlock> words;
+    for (int first = 0; first < count; first += kBlock) {
+      int const rows = std::min(kBlock, count - first);
+      bool const isLarge = words_.IsLarge();
+      for (int i = 0; i < rows; ++i) {
+        words[static_cast<std::size_t>(i)] = wordAt(first + i);
+        if (isLarge) words_.Prefetch(words[static_cast<std::size_t>(i)]);
+      }
+      for (int i = 0; i < rows; ++i) visitWord(first + i, words[static_cast<std::size_t>(i)]);
+    }
   }
 
   struct HashWhole {
