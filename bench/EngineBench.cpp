@@ -82,9 +82,11 @@ FunctionGraph MakeGraph(wchar_t const* function) {
   return graph;
 }
 
-Value Evaluate(FunctionGraph const& graph, Value const& column) {
+factory::NamedValues MakeInputs(Value const& x) { return {{OStringCore(L"x"), x}}; }
+
+Value Evaluate(FunctionGraph const& graph, factory::NamedValues const& inputs) {
   NodeId const output = graph.GetCount() - 1;
-  return Engine(GetRegistry()).Evaluate(graph, {{OStringCore(L"x"), column}}, {&output, 1})[0];
+  return Engine(GetRegistry()).Evaluate(graph, inputs, {&output, 1})[0];
 }
 
 // What the engine must give, row by row; the program ends when it does not.
@@ -125,10 +127,10 @@ void WarmLoop(benchmark::State& state) {
 template <class Operation>
 void EngineAgain(benchmark::State& state) {
   auto const numbers = MakeNumbers(static_cast<std::size_t>(state.range(0)));
-  auto const column = MakeColumn(numbers);
+  auto const inputs = MakeInputs(MakeColumn(numbers));
   auto const graph = MakeGraph(Operation::kName);
-  RequireRows<Operation>(Evaluate(graph, column), numbers);
-  for (auto _ : state) benchmark::DoNotOptimize(Evaluate(graph, column));
+  RequireRows<Operation>(Evaluate(graph, inputs), numbers);
+  for (auto _ : state) benchmark::DoNotOptimize(Evaluate(graph, inputs));
   SetRows(state);
 }
 
@@ -150,11 +152,11 @@ void FreshLoop(benchmark::State& state) {
 template <class Operation>
 void EngineFirst(benchmark::State& state) {
   auto const numbers = MakeNumbers(static_cast<std::size_t>(state.range(0)));
-  auto const column = MakeColumn(numbers);
+  auto const inputs = MakeInputs(MakeColumn(numbers));
   auto const graph = MakeGraph(Operation::kName);
-  RequireRows<Operation>(Evaluate(graph, column), numbers);
+  RequireRows<Operation>(Evaluate(graph, inputs), numbers);
   for (auto _ : state) {
-    auto result = Evaluate(graph, column);
+    auto result = Evaluate(graph, inputs);
     benchmark::DoNotOptimize(result.get());
     state.PauseTiming();
     result.reset();
@@ -167,10 +169,10 @@ void EngineFirst(benchmark::State& state) {
 void EngineWithSpecialRows(benchmark::State& state, wchar_t const* function) {
   auto const specialEvery = static_cast<int>(state.range(1));
   auto const numbers = MakeNumbers(static_cast<std::size_t>(state.range(0)));
-  auto const column = MakeColumn(numbers, specialEvery);
+  auto const inputs = MakeInputs(MakeColumn(numbers, specialEvery));
   auto const graph = MakeGraph(function);
-  RequireRows<Invlerp>(Evaluate(graph, column), numbers, specialEvery);
-  for (auto _ : state) benchmark::DoNotOptimize(Evaluate(graph, column));
+  RequireRows<Invlerp>(Evaluate(graph, inputs), numbers, specialEvery);
+  for (auto _ : state) benchmark::DoNotOptimize(Evaluate(graph, inputs));
   SetRows(state);
 }
 
@@ -218,9 +220,9 @@ void ChainOfScalars(benchmark::State& state) {
   for (NodeId i = 0; i < state.range(0); ++i) {
     graph.AddFunction({L"link", L"clampMin", EvaluationMode::Map, {i}, {}});
   }
-  auto const one = factory::MakeReal64(1);
-  if (Evaluate(graph, one)->GetReal64() != 1) std::abort();
-  for (auto _ : state) benchmark::DoNotOptimize(Evaluate(graph, one));
+  auto const inputs = MakeInputs(factory::MakeReal64(1));
+  if (Evaluate(graph, inputs)->GetReal64() != 1) std::abort();
+  for (auto _ : state) benchmark::DoNotOptimize(Evaluate(graph, inputs));
   SetRows(state);
 }
 
@@ -232,7 +234,7 @@ void RowOfScalars(benchmark::State& state) {
   for (int i = 0; i < state.range(0); ++i) {
     nodes.push_back(graph.AddFunction({L"node", L"clampMin", EvaluationMode::Map, {x}, {}}));
   }
-  factory::NamedValues const inputs{{OStringCore(L"x"), factory::MakeReal64(0)}};
+  auto const inputs = MakeInputs(factory::MakeReal64(0));
   Engine const engine(GetRegistry());
   if (engine.Evaluate(graph, inputs, nodes).back()->GetReal64() != 0.25) std::abort();
   for (auto _ : state) benchmark::DoNotOptimize(engine.Evaluate(graph, inputs, nodes));

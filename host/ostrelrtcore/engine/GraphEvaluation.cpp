@@ -45,17 +45,17 @@ GraphEvaluation::GraphEvaluation(Engine const& engine, FunctionGraph const& grap
 }
 
 std::vector<Value> GraphEvaluation::Run() {
-  std::vector<int> ready;
-  for (int step = plan_.GetStepCount() - 1; step >= 0; --step) {
-    if (states_[static_cast<std::size_t>(step)].waitingFor == 0) ready.push_back(step);
+  std::vector<int> others;
+  int step = -1;
+  for (int root = plan_.GetStepCount() - 1; root >= 0; --root) {
+    if (states_[static_cast<std::size_t>(root)].waitingFor != 0) continue;
+    if (step >= 0) others.push_back(step);
+    step = root;
   }
-  while (ready.size() == 1) {
-    int const step = ready.back();
-    ready.pop_back();
-    int const next = RunNode(step, [&ready](int other) { ready.push_back(other); });
-    if (next >= 0) ready.push_back(next);
+  while (step >= 0 && others.empty()) {
+    step = RunNode(step, [&others](int other) { others.push_back(other); });
   }
-  if (!ready.empty()) RunInParallel(ready);
+  if (!others.empty()) RunInParallel(step, others);
 
   int const failure = firstFailure_;
   if (failure < plan_.GetStepCount()) ThrowFailure(failure);
@@ -65,12 +65,12 @@ std::vector<Value> GraphEvaluation::Run() {
   return values;
 }
 
-void GraphEvaluation::RunInParallel(std::vector<int> const& ready) {
+void GraphEvaluation::RunInParallel(int step, std::vector<int> const& others) {
   // While this thread waits it takes part in this evaluation and in nothing of its caller's.
   tbb::this_task_arena::isolate([&] {
     Tasks tasks(*this);
-    for (std::size_t i = 0; i + 1 < ready.size(); ++i) tasks.Start(ready[i]);
-    RunFrom(ready.back(), tasks);
+    for (int const other : others) tasks.Start(other);
+    RunFrom(step, tasks);
     tasks.Wait();
   });
 }

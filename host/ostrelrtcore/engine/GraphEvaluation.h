@@ -31,7 +31,7 @@ class GraphEvaluation {
   template <class Others>
   int RunNode(int step, Others const& others);
   void RunFrom(int step, Tasks& tasks);
-  void RunInParallel(std::vector<int> const& ready);
+  void RunInParallel(int step, std::vector<int> const& others);
 
   bool Evaluate(int step);
   void ReleaseInputs(int step);

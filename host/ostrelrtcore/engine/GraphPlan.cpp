@@ -7,15 +7,10 @@
 namespace ort::core::engine {
 namespace {
 
-// What stepOf_ holds while the order is being found.
-constexpr int kUnseen = -2;
-constexpr int kOpen = -3;
-constexpr int kNoStep = -1;
-
 // A function whose references are being followed.
 struct OpenNode {
   NodeId id;
-  std::vector<NodeId> references;
+  FunctionNode const* function;
   std::size_t next = 0;
 };
 
@@ -45,10 +40,16 @@ factory::Value const& FindInput(FunctionGraph const& graph, factory::NamedValues
 
 }  // namespace
 
+NodeId GetReference(FunctionNode const& node, std::size_t i) {
+  if (i < node.inputs.size()) return node.inputs[i];
+  i -= node.inputs.size();
+  if (i < node.parameters.size()) return node.parameters[i];
+  return i == node.parameters.size() && node.initial ? *node.initial : *node.groups;
+}
+
 GraphPlan::GraphPlan(FunctionGraph const& graph, factory::NamedValues const& inputs,
                      std::span<NodeId const> outputs)
-    : stepOf_(static_cast<std::size_t>(graph.GetCount()), kUnseen),
-      given_(static_cast<std::size_t>(graph.GetCount()), nullptr) {
+    : nodes_(static_cast<std::size_t>(graph.GetCount())) {
   for (NodeId const output : outputs) Order(graph, inputs, output);
   CollectUsers(graph);
 }
@@ -58,30 +59,32 @@ void GraphPlan::Order(FunctionGraph const& graph, factory::NamedValues const& in
   std::vector<OpenNode> open;
   auto const meet = [&](NodeId id) {
     if (id < 0 || id >= graph.GetCount()) ThrowUnknownNode(graph, id, open);
-    int& step = stepOf_[static_cast<std::size_t>(id)];
-    if (step == kOpen) ThrowCycle(graph, id, open);
-    if (step != kUnseen) return;
-    auto const kind = graph.GetKind(id);
-    if (kind == FunctionGraph::NodeKind::Function) {
-      step = kOpen;
-      OpenNode node{id, {}};
-      ForEachReference(graph.GetFunction(id),
-                       [&](NodeId reference) { node.references.push_back(reference); });
-      open.push_back(std::move(node));
-      return;
+    Node& node = nodes_[static_cast<std::size_t>(id)];
+    if (node.step == kOpen) ThrowCycle(graph, id, open);
+    if (node.step != kUnseen) return;
+    switch (graph.GetKind(id)) {
+      case FunctionGraph::NodeKind::Function:
+        node.step = kOpen;
+        open.push_back({id, &graph.GetFunction(id)});
+        return;
+      case FunctionGraph::NodeKind::Constant:
+        node.given = &graph.GetConstant(id);
+        break;
+      case FunctionGraph::NodeKind::Input:
+        node.given = &FindInput(graph, inputs, id);
+        break;
     }
-    step = kNoStep;
-    given_[static_cast<std::size_t>(id)] =
-        kind == FunctionGraph::NodeKind::Constant ? &graph.GetConstant(id) : &FindInput(graph, inputs, id);
+    node.step = kNoStep;
   };
   meet(output);
   while (!open.empty()) {
-    if (open.back().next < open.back().references.size()) {
-      meet(open.back().references[open.back().next++]);
+    OpenNode& node = open.back();
+    if (node.next < CountReferences(*node.function)) {
+      meet(GetReference(*node.function, node.next++));
       continue;
     }
-    stepOf_[static_cast<std::size_t>(open.back().id)] = GetStepCount();
-    order_.push_back(open.back().id);
+    nodes_[static_cast<std::size_t>(node.id)].step = GetStepCount();
+    order_.push_back(node.id);
     open.pop_back();
   }
 }

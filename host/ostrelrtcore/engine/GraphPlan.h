@@ -7,13 +7,15 @@
 
 namespace ort::core::engine {
 
-/// Calls visit(id) for every node that a function refers to: inputs, parameters, initial value, groups.
+/// A function's references one after the other: inputs, parameters, initial value, groups.
+inline std::size_t CountReferences(FunctionNode const& node) {
+  return node.inputs.size() + node.parameters.size() + (node.initial ? 1 : 0) + (node.groups ? 1 : 0);
+}
+NodeId GetReference(FunctionNode const& node, std::size_t i);
+
 template <class Visit>
 void ForEachReference(FunctionNode const& node, Visit const& visit) {
-  for (NodeId const id : node.inputs) visit(id);
-  for (NodeId const id : node.parameters) visit(id);
-  if (node.initial) visit(*node.initial);
-  if (node.groups) visit(*node.groups);
+  for (std::size_t i = 0, count = CountReferences(node); i < count; ++i) visit(GetReference(node, i));
 }
 
 /// The functions that some outputs need, in an order in which each stands behind all that it refers to, and
@@ -27,9 +29,9 @@ class GraphPlan {
   int GetStepCount() const noexcept { return static_cast<int>(order_.size()); }
   NodeId GetNode(int step) const { return order_[static_cast<std::size_t>(step)]; }
   /// -1 for constants and inputs.
-  int GetStep(NodeId id) const { return stepOf_[static_cast<std::size_t>(id)]; }
+  int GetStep(NodeId id) const { return nodes_[static_cast<std::size_t>(id)].step; }
   /// The value of a constant or input.
-  factory::Value const& GetGivenValue(NodeId id) const { return *given_[static_cast<std::size_t>(id)]; }
+  factory::Value const& GetGivenValue(NodeId id) const { return *nodes_[static_cast<std::size_t>(id)].given; }
   /// The steps that refer to a step's result, once for each reference.
   std::span<int const> GetUsers(int step) const {
     auto const i = static_cast<std::size_t>(step);
@@ -37,12 +39,20 @@ class GraphPlan {
   }
 
  private:
+  struct Node {
+    int step = kUnseen;
+    factory::Value const* given = nullptr;
+  };
+  // What stands for a step while the order is being found, and for good where there is none.
+  static constexpr int kNoStep = -1;
+  static constexpr int kUnseen = -2;
+  static constexpr int kOpen = -3;
+
   void Order(FunctionGraph const& graph, factory::NamedValues const& inputs, NodeId output);
   void CollectUsers(FunctionGraph const& graph);
 
   std::vector<NodeId> order_;
-  std::vector<int> stepOf_;
-  std::vector<factory::Value const*> given_;
+  std::vector<Node> nodes_;
   std::vector<int> users_;
   std::vector<std::size_t> userBegins_;  // where each step's users begin; one more for the end
 };
