@@ -95,6 +95,7 @@ struct Encoding {
   LegendSpec legend;
   std::vector<Literal> sort;  ///< an explicit order of the values
   std::optional<bool> isDescending;
+  bool keepsDataOrder = false;  ///< "sort": null
 };
 
 struct MarkSpec {
@@ -117,11 +118,13 @@ struct MarkSpec {
 
 struct ChartDocument {
   std::filesystem::path path;  ///< as given on the command line, for messages
-  std::string title;
+  std::string name;
+  std::string title;  ///< lines are separated by line feeds, here and in all titles
   std::string subtitle;
   std::string description;
   std::optional<double> width;                 ///< of the plotting area, in pixels
   std::optional<double> height;                ///< of the plotting area, in pixels
+  std::optional<double> padding;               ///< around the whole picture, in pixels
   std::shared_ptr<nlohmann::json const> data;  ///< the document's data object, as LoadTable reads it
   MarkSpec mark;
   std::vector<Encoding> encodings;

@@ -1,0 +1,155 @@
+#include "charts/document/ChartDocument.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "charts/document/JsonObjectReader.h"
+#include "charts/document/Readers.h"
+
+namespace ostrel::charts {
+
+namespace {
+
+constexpr NumberRange kPictureSize{.minimum = 0, .maximum = 20'000, .isAboveMinimum = true};
+constexpr NumberRange kPadding{.minimum = 0, .maximum = 20'000};
+
+/// "v5.json", "v6.1.0.json": any release of the two versions.
+bool IsSupportedSchema(std::string_view url) {
+  constexpr std::string_view kAddress = "://vega.github.io/schema/vega-lite/v";
+  constexpr std::string_view kEnding = ".json";
+  for (std::string_view const scheme : {"https", "http"}) {
+    if (!url.starts_with(scheme) || !url.substr(scheme.size()).starts_with(kAddress)) continue;
+    auto version = url.substr(scheme.size() + kAddress.size());
+    if (!version.ends_with(kEnding)) return false;
+    version.remove_suffix(kEnding.size());
+    auto const isPart = [](char letter) {
+      return (letter >= '0' && letter <= '9') || (letter >= 'a' && letter <= 'z') || letter == '.' ||
+             letter == '-';
+    };
+    bool const isMajor = version.starts_with("5") || version.starts_with("6");
+    bool const isWhole = version.size() == 1 || (version.size() > 2 && version[1] == '.');
+    return isMajor && isWhole && std::all_of(version.begin(), version.end(), isPart);
+  }
+  return false;
+}
+
+void CheckSchema(JsonValue const& value) {
+  if (IsSupportedSchema(value.ReadText())) return;
+  value.Fail(value.Describe() +
+             " is not supported; use \"https://vega.github.io/schema/vega-lite/v6.json\" or v5");
+}
+
+void ReadSize(JsonValue const& value, std::optional<double>& size) {
+  if (value.IsObject()) value.Fail("a size for each step is not supported; use a number of pixels");
+  if (value.Get().is_string()) value.Fail(value.Describe() + " is not supported; use a number of pixels");
+  size = value.ReadNumber(kPictureSize);
+}
+
+void ReadPadding(JsonValue const& value, std::optional<double>& padding) {
+  if (value.IsObject()) value.Fail("a padding for each side is not supported; use one number");
+  padding = value.ReadNumber(kPadding);
+}
+
+/// The rows themselves are read with the data; here the ways to name them.
+void CheckData(JsonValue const& value) {
+  auto const accept = [](JsonValue const&) {};
+  std::string name;
+  JsonObjectReader(value)
+      .On("url", [](JsonValue const& url) { url.ReadText(); })
+      .On("values", accept)
+      .On("format", [](JsonValue const& format) { format.ReadObject(); })
+      .Text("name", name)
+      .Refuse("sequence", "generated data are not supported; use url or values")
+      .Refuse("sphere", "generated data are not supported; use url or values")
+      .Refuse("graticule", "generated data are not supported; use url or values")
+      .Read();
+  if (value.Has("url") && value.Has("values"))
+    value.FailAt("values", "is given beside url; leave one of them out");
+  if (!value.Has("url") && !value.Has("values")) value.Fail("expects url or values");
+}
+
+void CheckConfig(JsonValue const& value) {
+  auto const settings = value.ReadObject();
+  if (settings.empty()) return;
+  settings.front().second.Fail(
+      "is not supported; set the properties of the mark, scale, axis or legend itself");
+}
+
+void RefuseCompositions(JsonObjectReader& reader) {
+  for (auto const* composition : {"layer", "hconcat", "vconcat", "concat", "facet", "repeat", "spec"}) {
+    reader.Refuse(composition, "several plots in one document are not supported; write a document for each");
+  }
+  reader.Refuse("resolve", "several plots in one document are not supported; write a document for each")
+      .Refuse("transform", "transforms are not supported; transform the data beforehand")
+      .Refuse("params", "interaction is not supported; leave it out")
+      .Refuse("selection", "interaction is not supported; leave it out")
+      .Refuse("projection", "maps are not supported; use the channels x and y")
+      .Refuse("datasets", "named data are not supported; use data.values")
+      .Refuse("view", "is not supported; leave it out")
+      .Refuse("autosize", "is not supported; use width and height, which measure the plotting area");
+}
+
+/// Whether its members are there, and what they say of each other.
+void CheckWhole(JsonValue const& root, ChartDocument const& document) {
+  if (!root.Has("data")) root.FailAt("data", "is missing; give {\"url\": ...} or {\"values\": [...]}");
+  if (!root.Has("mark")) root.FailAt("mark", "is missing; use one of point, circle, square, line");
+  for (auto const& [key, member] : root.ReadObject()) {
+    if (*key == "encoding") CheckMark(member, document.mark);
+  }
+}
+
+}  // namespace
+
+void ReadChartTitle(JsonValue const& value, ChartDocument& document) {
+  if (!value.IsObject()) {
+    document.title = value.ReadLines();
+    return;
+  }
+  JsonObjectReader(value)
+      .On("text", [&document](JsonValue const& text) { document.title = text.ReadLines(); })
+      .On("subtitle", [&document](JsonValue const& text) { document.subtitle = text.ReadLines(); })
+      .Read();
+  if (!value.Has("text")) value.FailAt("text", "is missing");
+}
+
+Encoding const* ChartDocument::Find(Channel channel) const {
+  auto const isMeant = [channel](Encoding const& encoding) { return encoding.channel == channel; };
+  auto const found = std::find_if(encodings.begin(), encodings.end(), isMeant);
+  return found != encodings.end() ? &*found : nullptr;
+}
+
+ChartDocument ParseChartDocument(std::string_view json, std::filesystem::path const& path) {
+  auto const fileName = path.string();
+  auto const tree = std::make_shared<JsonTree const>(json, fileName);
+  JsonValue const root(*tree, fileName);
+  ChartDocument document;
+  document.path = path;
+  JsonObjectReader reader(root);
+  reader.On("$schema", CheckSchema)
+      .Text("name", document.name)
+      .On("title", [&](JsonValue const& value) { ReadChartTitle(value, document); })
+      .Text("description", document.description)
+      .On("width", [&](JsonValue const& value) { ReadSize(value, document.width); })
+      .On("height", [&](JsonValue const& value) { ReadSize(value, document.height); })
+      .Text("background", document.background)
+      .On("padding", [&](JsonValue const& value) { ReadPadding(value, document.padding); })
+      .On("data",
+          [&](JsonValue const& value) {
+            CheckData(value);
+            document.data = std::shared_ptr<nlohmann::json const>(tree, &value.Get());
+          })
+      .On("mark", [&](JsonValue const& value) { document.mark = ReadMark(value); })
+      .On("encoding", [&](JsonValue const& value) { document.encodings = ReadEncodings(value); })
+      .On("config", CheckConfig);
+  RefuseCompositions(reader);
+  reader.Read();
+  CheckWhole(root, document);
+  return document;
+}
+
+ChartDocument ReadChartDocument(std::filesystem::path const& path) {
+  return ParseChartDocument(ReadDocumentFile(path), path);
+}
+
+}  // namespace ostrel::charts

@@ -1,0 +1,184 @@
+#include <fmt/format.h>
+
+#include "charts/document/Readers.h"
+#include "ostrelrtcore/OrtDateTime.h"
+
+namespace ostrel::charts {
+
+namespace {
+
+using ort::core::OrtDateTime;
+
+/// Values in terms of the field: numbers, dates, or anything for a discrete field.
+void CheckFieldValues(JsonValue const& value, std::string const& place, FieldType type,
+                      std::vector<Literal> const& literals) {
+  if (IsDiscrete(type)) return;
+  for (std::size_t i = 0; i < literals.size(); ++i) {
+    auto const* text = std::get_if<std::string>(&literals[i]);
+    if (type == FieldType::Quantitative && !std::holds_alternative<double>(literals[i])) {
+      value.FailAt(fmt::format("{}[{}]", place, i), "expects a number, as the field is quantitative");
+    }
+    if (type == FieldType::Temporal && (text == nullptr || !OrtDateTime::FromIsoText(*text))) {
+      value.FailAt(fmt::format("{}[{}]", place, i),
+                   "expects a date such as \"2020-03-01\" or \"2020-03-01T12:00\"");
+    }
+  }
+}
+
+/// Of a quantitative field its number, of a temporal one the day number.
+double Position(Literal const& literal) {
+  if (auto const* number = std::get_if<double>(&literal)) return *number;
+  return OrtDateTime::FromIsoText(std::string_view(std::get<std::string>(literal)))->ToDouble();
+}
+
+void CheckScaleType(JsonValue const& value, Encoding const& encoding) {
+  if (!encoding.scale.type) return;
+  auto const name = value.Get()["scale"]["type"].get<std::string>();
+  auto const refuse = [&](char const* wanted) {
+    value.FailAt("scale.type", fmt::format("\"{}\" does not suit a {} field in this channel; use {}", name,
+                                           NameOf(encoding.type), wanted));
+  };
+  auto const type = *encoding.scale.type;
+  if (IsDiscrete(encoding.type)) {
+    char const* const wanted = IsPosition(encoding.channel) ? "point" : "ordinal";
+    if (name != wanted) refuse(wanted);
+  } else if (encoding.type == FieldType::Temporal) {
+    if (type != ScaleType::Time) refuse("time or utc");
+  } else if (type == ScaleType::Time || type == ScaleType::Ordinal) {
+    refuse("linear, log or sqrt");
+  }
+}
+
+void CheckContinuousDomain(JsonValue const& value, Encoding const& encoding) {
+  auto const& scale = encoding.scale;
+  bool const isLog = scale.type == ScaleType::Log;
+  auto const checkSign = [&](char const* place, double end) {
+    if (isLog && end <= 0) value.FailAt(place, "the domain of a log scale must be above 0");
+  };
+  if (value.Get()["scale"].contains("domain")) {
+    if (scale.domain.size() != 2) {
+      value.FailAt("scale.domain",
+                   fmt::format("expects two values, as the field is {}", NameOf(encoding.type)));
+    }
+    CheckFieldValues(value, "scale.domain", encoding.type, scale.domain);
+    auto const first = Position(scale.domain[0]);
+    auto const last = Position(scale.domain[1]);
+    checkSign("scale.domain[0]", first);
+    checkSign("scale.domain[1]", last);
+    if (first == last) value.FailAt("scale.domain", "expects two different values");
+  }
+  for (auto const* end : {"domainMin", "domainMax"}) {
+    if (!value.Get()["scale"].contains(end)) continue;
+    auto const place = std::string("scale.") + end;
+    if (!scale.domain.empty()) value.FailAt(place, "is given beside domain; leave one of them out");
+    if (encoding.type == FieldType::Temporal)
+      value.FailAt(place, "is for numbers; use domain with two dates");
+  }
+  if (scale.domainMin) checkSign("scale.domainMin", *scale.domainMin);
+  if (scale.domainMax) checkSign("scale.domainMax", *scale.domainMax);
+  if (scale.domainMin && scale.domainMax && !(*scale.domainMin < *scale.domainMax)) {
+    value.FailAt("scale.domainMin", "must be below domainMax; use reverse to turn the scale round");
+  }
+}
+
+/// The properties that only some scales have.
+void CheckScaleProperties(JsonValue const& value, Encoding const& encoding) {
+  auto const& json = value.Get()["scale"];
+  auto const refuse = [&](bool isRefused, char const* property, char const* cause) {
+    if (isRefused && json.contains(property)) value.FailAt(std::string("scale.") + property, cause);
+  };
+  bool const isDiscrete = IsDiscrete(encoding.type);
+  bool const isLog = encoding.scale.type == ScaleType::Log;
+  for (auto const* property : {"domainMin", "domainMax", "zero", "nice", "clamp"}) {
+    refuse(isDiscrete, property, "is for quantitative and temporal fields only; leave it out");
+  }
+  refuse(encoding.type == FieldType::Temporal && encoding.scale.zero == true, "zero",
+         "a time scale has no zero; leave it out");
+  refuse(isLog && encoding.scale.zero == true, "zero", "a log scale has no zero; leave it out");
+  refuse(!isLog, "base", "is for log scales only; leave it out");
+  refuse(encoding.channel != Channel::Color, "scheme", "is for the channel color only; leave it out");
+  refuse(json.contains("range"), "scheme", "is given beside range; leave one of them out");
+  refuse(IsPosition(encoding.channel), "range",
+         "positions reach from 0 to the chart's width or height; use reverse to turn them round");
+}
+
+void CheckRange(JsonValue const& value, Encoding const& encoding) {
+  auto const& range = encoding.scale.range;
+  bool const isContinuous = !IsDiscrete(encoding.type);
+  bool const isColor = encoding.channel == Channel::Color;
+  bool const isShape = encoding.channel == Channel::Shape;
+  if (range.empty()) value.FailAt("scale.range", "has no values; leave it out");
+  bool const isExtent = isContinuous && !isColor;
+  if (isExtent && range.size() != 2)
+    value.FailAt("scale.range", "expects two numbers, the least and the largest");
+  if (isContinuous && range.size() < 2) value.FailAt("scale.range", "expects at least two colors");
+  for (std::size_t i = 0; i < range.size(); ++i) {
+    auto const place = fmt::format("scale.range[{}]", i);
+    auto const* number = std::get_if<double>(&range[i]);
+    auto const* text = std::get_if<std::string>(&range[i]);
+    if (isColor && text == nullptr) value.FailAt(place, "expects a color");
+    if (isShape) {
+      auto const names = SymbolShapeNames();
+      bool isKnown = false;
+      for (auto const& word : names) isKnown = isKnown || (text != nullptr && *text == word.name);
+      if (!isKnown) value.FailAt(place, "expects the name of a symbol, such as \"circle\"");
+    }
+    if (isColor || isShape) continue;
+    if (number == nullptr || *number < 0) value.FailAt(place, "expects a number of at least 0");
+    if (encoding.channel == Channel::Opacity && *number > 1)
+      value.FailAt(place, "expects a number from 0 to 1");
+  }
+}
+
+void CheckGuide(JsonValue const& value, char const* guide, FieldType type,
+                std::vector<Literal> const& values) {
+  if (!value.Has(guide) || value.Get()[guide].is_null()) return;
+  auto const place = std::string(guide) + ".";
+  for (auto const* property : {"format", "tickCount"}) {
+    if (IsDiscrete(type) && value.Get()[guide].contains(property)) {
+      value.FailAt(place + property, "is for quantitative and temporal fields only; leave it out");
+    }
+  }
+  CheckFieldValues(value, place + "values", type, values);
+}
+
+}  // namespace
+
+void CheckScale(JsonValue const& value, Encoding const& encoding) {
+  if (encoding.channel == Channel::Shape && !IsDiscrete(encoding.type)) {
+    value.FailAt("type", "a shape needs a nominal or ordinal field");
+  }
+  if (!value.Has("scale")) return;
+  CheckScaleType(value, encoding);
+  CheckScaleProperties(value, encoding);
+  if (!IsDiscrete(encoding.type)) {
+    CheckContinuousDomain(value, encoding);
+  } else if (value.Get()["scale"].contains("domain") && encoding.scale.domain.empty()) {
+    value.FailAt("scale.domain", "has no values; leave it out");
+  }
+  if (value.Get()["scale"].contains("range")) CheckRange(value, encoding);
+}
+
+void CheckGuides(JsonValue const& value, Encoding const& encoding) {
+  CheckGuide(value, "axis", encoding.type, encoding.axis.values);
+  CheckGuide(value, "legend", encoding.type, encoding.legend.values);
+  auto const& side = encoding.axis.orient;
+  bool const isVertical = side == "left" || side == "right";
+  if (!side.empty() && isVertical != (encoding.channel == Channel::Y)) {
+    value.FailAt("axis.orient",
+                 encoding.channel == Channel::Y ? "expects left or right" : "expects top or bottom");
+  }
+}
+
+void CheckSort(JsonValue const& value, Encoding const& encoding) {
+  if (encoding.sort.empty()) return;
+  if (encoding.channel == Channel::Order) value.FailAt("sort", "use one of ascending, descending");
+  if (!IsDiscrete(encoding.type)) {
+    value.FailAt("sort",
+                 "a list of values is for nominal and ordinal fields; use \"ascending\" or \"descending\"");
+  }
+  if (!encoding.scale.domain.empty())
+    value.FailAt("sort", "is given beside scale.domain; leave one of them out");
+}
+
+}  // namespace ostrel::charts

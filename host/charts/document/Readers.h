@@ -1,0 +1,47 @@
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "charts/document/ChartDocument.h"
+#include "charts/document/JsonValue.h"
+
+/// One reader for each object of the grammar. All throw DocumentError with the place.
+namespace ostrel::charts {
+
+/// A mark's name or object.
+MarkSpec ReadMark(JsonValue const& value);
+/// All channels, in the order of the document.
+std::vector<Encoding> ReadEncodings(JsonValue const& value);
+ScaleSpec ReadScale(JsonValue const& value);
+AxisSpec ReadAxis(JsonValue const& value);
+LegendSpec ReadLegend(JsonValue const& value);
+/// The chart's title and subtitle.
+void ReadChartTitle(JsonValue const& value, ChartDocument& document);
+
+/// The column's name that an accessor means: "a\\.b" is column "a.b"; "outer.inner" and "outer['inner']" are
+/// "outer.inner", and "outer[0]" stays, as nested data are named when they are loaded.
+std::string ReadFieldName(JsonValue const& value);
+
+/// What a field is where the document does not say. The grammar looks at the encoding alone, never at data.
+FieldType DefaultFieldType(Encoding const& encoding);
+
+/// What no single property tells: a scale, an axis and a legend must suit the field's type and the channel.
+/// `value` is the encoding's object.
+void CheckScale(JsonValue const& value, Encoding const& encoding);
+void CheckGuides(JsonValue const& value, Encoding const& encoding);
+void CheckSort(JsonValue const& value, Encoding const& encoding);
+/// What a mark and a channel say of each other.
+void CheckMark(JsonValue const& value, MarkSpec const& mark);
+
+/// The symbols by their names.
+std::span<NamedValue<SymbolShape> const> SymbolShapeNames();
+
+bool IsPosition(Channel channel);
+/// Nominal or ordinal.
+bool IsDiscrete(FieldType type);
+char const* NameOf(FieldType type);
+
+}  // namespace ostrel::charts

@@ -1,0 +1,75 @@
+#include "charts/document/JsonObjectReader.h"
+#include "charts/document/Readers.h"
+
+namespace ostrel::charts {
+
+namespace {
+
+/// Positions of a discrete field are points, its styles are ordinal: one type here. All times are UTC.
+constexpr NamedValue<ScaleType> kScaleTypes[] = {
+    {"linear", ScaleType::Linear}, {"log", ScaleType::Log},  {"sqrt", ScaleType::Sqrt},
+    {"time", ScaleType::Time},     {"utc", ScaleType::Time}, {"ordinal", ScaleType::Ordinal},
+    {"point", ScaleType::Ordinal},
+};
+
+constexpr NumberRange kTickCount{.minimum = 0, .maximum = 10'000, .isAboveMinimum = true};
+
+void ReadNice(JsonValue const& value, ScaleSpec& scale) {
+  if (value.Get().is_number()) {
+    scale.niceCount = value.ReadNumber(kTickCount);
+  } else if (value.Get().is_boolean()) {
+    scale.nice = value.ReadBool();
+  } else {
+    value.Fail("expects true, false or a number of ticks, not " + value.Describe());
+  }
+}
+
+void ReadScheme(JsonValue const& value, ScaleSpec& scale) {
+  if (!value.IsObject()) {
+    scale.scheme = value.ReadText();
+    return;
+  }
+  JsonObjectReader(value)
+      .Text("name", scale.scheme)
+      .Refuse("count", "is not supported; list the colors in the scale's range")
+      .Refuse("extent", "is not supported; list the colors in the scale's range")
+      .Read();
+  if (!value.Has("name")) value.FailAt("name", "is missing; name a color scheme");
+}
+
+void ReadBase(JsonValue const& value, ScaleSpec& scale) {
+  scale.base = value.ReadNumber(kPositive);
+  if (scale.base == 1) value.Fail("1 is no base of logarithms");
+}
+
+}  // namespace
+
+ScaleSpec ReadScale(JsonValue const& value) {
+  ScaleSpec scale;
+  if (value.IsNull()) value.Fail("values without a scale are not supported; list them in domain and range");
+  JsonObjectReader(value)
+      .OneOf("type", scale.type, std::span<NamedValue<ScaleType> const>(kScaleTypes))
+      .Literals("domain", scale.domain)
+      .Number("domainMin", scale.domainMin)
+      .Number("domainMax", scale.domainMax)
+      .Literals("range", scale.range)
+      .Bool("zero", scale.zero)
+      .On("nice", [&scale](JsonValue const& nice) { ReadNice(nice, scale); })
+      .Bool("reverse", scale.reverse)
+      .Bool("clamp", scale.clamp)
+      .On("base", [&scale](JsonValue const& base) { ReadBase(base, scale); })
+      .On("scheme", [&scale](JsonValue const& scheme) { ReadScheme(scheme, scale); })
+      .Refuse("domainMid", "a domain with a middle is not supported; use domainMin and domainMax")
+      .Refuse("domainRaw", "is not supported; use domain")
+      .Refuse("rangeMin", "is not supported; use range")
+      .Refuse("rangeMax", "is not supported; use range")
+      .Refuse("exponent", "power scales are not supported; use the type sqrt, linear or log")
+      .Refuse("constant", "symmetrical log scales are not supported; use the type sqrt, linear or log")
+      .Refuse("interpolate", "is not supported; list more colors in range")
+      .Refuse("padding", "is not supported; widen the domain instead")
+      .Refuse("bins", "is not supported; use axis.values or legend.values")
+      .Read();
+  return scale;
+}
+
+}  // namespace ostrel::charts
