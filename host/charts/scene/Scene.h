@@ -76,7 +76,7 @@ struct RuleMarks {
 struct RectMark {
   Rect rect;
   ort::core::OrtColor fill;
-  Stroke stroke{ort::core::OrtColor(0)};
+  Stroke stroke{ort::core::OrtColor(0), 1, {}};
 };
 
 /// A rectangle filled with a linear run of colours, evenly spaced, from its bottom to its top.

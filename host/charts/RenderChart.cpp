@@ -1,0 +1,40 @@
+#include "charts/RenderChart.h"
+
+#include <nlohmann/json.hpp>
+
+#include "charts/graph/LeftOutRows.h"
+#include "charts/scene/SceneBuilder.h"
+
+namespace ostrel::charts {
+namespace {
+
+// A data file is named as the chart names it; inline values by the document.
+DataTable LoadChartData(ChartDocument const& document, DataRoots const& roots) {
+  try {
+    return LoadTable(*document.data, "$.data", roots);
+  } catch (DataError const& error) {
+    throw DataError(document.path.string() + ": " + error.what());
+  }
+}
+
+}  // namespace
+
+DrawnChart DrawChart(ChartDocument const& document, DataRoots const& roots, ChartOptions const& options,
+                     ChartEnvironment const& environment) {
+  DataTable const table = LoadChartData(document, roots);
+  Compilation compilation{document, table, {}};
+  ChartPlan const plan = PlanChart(compilation, options);
+  Results const results = compilation.graph.Evaluate(environment.registry);
+  TextSetter const setter(environment.measurer, "DejaVu Sans");
+  return {BuildScene(compilation, plan, results, setter), DescribeLeftOutRows(compilation, plan, results)};
+}
+
+ort::core::FunctionGraph MakeChartGraph(ChartDocument const& document, DataRoots const& roots,
+                                        ChartOptions const& options) {
+  DataTable const table = LoadChartData(document, roots);
+  Compilation compilation{document, table, {}};
+  PlanChart(compilation, options);
+  return compilation.graph.GetGraph();
+}
+
+}  // namespace ostrel::charts

@@ -1,0 +1,47 @@
+#include "charts/graph/LeftOutRows.h"
+
+#include <fmt/format.h>
+
+namespace ostrel::charts {
+namespace {
+
+int CountSpecials(Results const& results, NodeId column) {
+  return static_cast<int>(results[column]->AsColumn().GetSpecialRows().size());
+}
+
+char const* Consequence(ChartPlan const& plan) { return plan.lines ? "the line breaks there" : "not drawn"; }
+
+void DescribePosition(Compilation const& compilation, ChartPlan const& plan, Results const& results,
+                      PositionScale const& scale, std::vector<std::string>& sentences) {
+  int const rows = compilation.table.rowCount;
+  int const missing = CountSpecials(results, scale.unscaled >= 0 ? scale.unscaled : scale.positions);
+  int const unplaced = CountSpecials(results, scale.positions) - missing;
+  if (unplaced > 0) {
+    sentences.push_back(fmt::format("{} of {} rows are not positive on the log {} axis; {}", unplaced, rows,
+                                    scale.name, Consequence(plan)));
+  }
+  if (missing > 0) {
+    sentences.push_back(fmt::format("{} of {} rows have no value in '{}' for the {} axis; {}", missing, rows,
+                                    scale.encoding->field, scale.name, Consequence(plan)));
+  }
+}
+
+}  // namespace
+
+std::vector<std::string> DescribeLeftOutRows(Compilation const& compilation, ChartPlan const& plan,
+                                             Results const& results) {
+  std::vector<std::string> sentences;
+  for (auto const* scale : {&plan.x, &plan.y}) {
+    if (*scale) DescribePosition(compilation, plan, results, **scale, sentences);
+  }
+  if (plan.lines) return sentences;
+  for (StyleScale const& style : plan.styles) {
+    int const missing = CountSpecials(results, style.rows);
+    if (missing == 0) continue;
+    sentences.push_back(fmt::format("{} of {} rows have no value in '{}' that its scale can place; not drawn",
+                                    missing, compilation.table.rowCount, style.encoding->field));
+  }
+  return sentences;
+}
+
+}  // namespace ostrel::charts

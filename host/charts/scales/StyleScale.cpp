@@ -1,0 +1,186 @@
+#include "charts/scales/StyleScale.h"
+
+#include "services/ValueConverter.h"
+
+namespace ostrel::charts {
+namespace {
+
+namespace factory = ort::core::factory;
+using ort::core::OrtColor;
+using ort::core::StoreTypeInfo;
+
+constexpr char const* kCategoricalScheme = "tableau10";
+constexpr char const* kSequentialScheme = "blues";
+constexpr int kSchemeStops = 9;
+constexpr int kShapeCount = 8;
+constexpr double kLegendTickCount = 5;
+
+bool IsContinuous(Encoding const& encoding) { return ResolveScaleType(encoding) != ScaleType::Ordinal; }
+
+OrtColor ReadColor(Compilation const& compilation, Encoding const& encoding, Literal const& literal) {
+  if (auto const* text = std::get_if<std::string>(&literal)) {
+    if (auto const color = services::ParseColor(OStringCore::fromUtf8(*text).view())) return *color;
+    ThrowDocumentError(compilation.document, encoding.path + ".scale.range",
+                       "\"" + *text + "\" is no colour");
+  }
+  ThrowDocumentError(compilation.document, encoding.path + ".scale.range", "expects colours");
+}
+
+// The palette as Int32 ARGB values: the document's own, or a named scheme.
+NodeId MakePalette(Compilation& compilation, Encoding const& encoding, std::string const& name, NodeId count,
+                   char const* defaultScheme) {
+  GraphBuilder& graph = compilation.graph;
+  ScaleSpec const& scale = encoding.scale;
+  NodeId palette = -1;
+  if (!scale.range.empty()) {
+    auto colors = std::make_unique<std::vector<int>>();
+    for (Literal const& literal : scale.range) {
+      colors->push_back(ReadColor(compilation, encoding, literal).GetValue());
+    }
+    palette =
+        graph.Constant(name + " palette", factory::MakeArray<int>(StoreTypeInfo::Int32, std::move(colors)));
+  } else {
+    std::string const scheme = scale.scheme.empty() ? defaultScheme : scale.scheme;
+    palette = graph.Call(name + " palette", "colorScheme", {graph.Text(scheme), count});
+  }
+  return scale.reverse.value_or(false) ? graph.Call(name + " reversed palette", "reverse", {palette})
+                                       : palette;
+}
+
+// The legend's values of a continuous scale, as data numbers, and their labels.
+NodeId PlanEntryNumbers(GraphBuilder& graph, Encoding const& encoding, ScaledField const& field,
+                        StyleScale& scale) {
+  NodeId const count = graph.Real(encoding.legend.tickCount.value_or(kLegendTickCount));
+  if (field.scaleType == ScaleType::Time) {
+    NodeId const dates =
+        graph.Call(field.name + " legend dates", "timeTicks", {field.minimum, field.maximum, count});
+    scale.entryLabels =
+        graph.Call(field.name + " legend labels", "formatDates", {dates, graph.Text(encoding.legend.format)});
+    return graph.Map(field.name + " legend values", "toReal64", dates);
+  }
+  NodeId const values =
+      graph.Call(field.name + " legend values", "linearTicks", {field.minimum, field.maximum, count});
+  scale.entryLabels =
+      graph.Call(field.name + " legend labels", "formatTicks", {values, graph.Text(encoding.legend.format)});
+  return values;
+}
+
+NodeId PlaceEntries(GraphBuilder& graph, ScaledField const& field, NodeId values) {
+  std::string const name = field.name + " legend";
+  return ToFraction(graph, field, name, ToScaleSpace(graph, field, name, values), true);
+}
+
+void KeepAll(GraphBuilder& graph, StyleScale const& scale) {
+  for (NodeId const node : {scale.rows, scale.entryLabels, scale.entries, scale.entryPlaces, scale.palette}) {
+    if (node >= 0) graph.Keep(node);
+  }
+}
+
+StyleScale PlanCategoricalColor(Compilation& compilation, Encoding const& encoding) {
+  GraphBuilder& graph = compilation.graph;
+  CategoryField const field = IndexCategories(compilation, encoding, "color");
+  char const* const scheme = encoding.type == FieldType::Ordinal ? kSequentialScheme : kCategoricalScheme;
+  NodeId const palette = MakePalette(compilation, encoding, "color", field.count, scheme);
+  NodeId const wide = graph.Map("color palette values", "toInt64", palette);
+  NodeId const size = graph.Call("color palette size", "count", {palette});
+  auto const lookUp = [&](std::string const& name, NodeId indices) {
+    // A palette shorter than the domain is used again from its start.
+    NodeId const place = graph.Zip(name + " places", "remainder", indices, size);
+    return graph.Map(name + " colors", "toColor",
+                     graph.Map(name + " values", "arrayLookupInt64", place, {wide}));
+  };
+  StyleScale scale{.channel = Channel::Color, .encoding = &encoding, .isCategorical = true};
+  scale.rows = lookUp("color row", field.indices);
+  scale.entryLabels = field.domain;
+  scale.entries = lookUp("color legend", graph.Call("color legend indices", "sequence",
+                                                    {graph.Int(0), graph.Int(1), field.count}));
+  return scale;
+}
+
+StyleScale PlanContinuousColor(Compilation& compilation, Encoding const& encoding) {
+  GraphBuilder& graph = compilation.graph;
+  ScaledField const field = ScaleField(compilation, encoding, "color", {});
+  StyleScale scale{.channel = Channel::Color, .encoding = &encoding};
+  scale.palette = MakePalette(compilation, encoding, "color", graph.Int(kSchemeStops), kSequentialScheme);
+  NodeId const fraction =
+      ToFraction(graph, field, "color", field.scaled, encoding.scale.clamp.value_or(false));
+  scale.rows = graph.Map("row colors", "cinterp", fraction, {scale.palette});
+  scale.entryPlaces = PlaceEntries(graph, field, PlanEntryNumbers(graph, encoding, field, scale));
+  scale.entries = graph.Map("color legend colors", "cinterp", scale.entryPlaces, {scale.palette});
+  return scale;
+}
+
+struct Extent {
+  double low;
+  double high;
+};
+
+// The range of a numeric channel: the document's own, or the given one.
+Extent ReadExtent(Compilation const& compilation, Encoding const& encoding, Extent extent) {
+  auto const& range = encoding.scale.range;
+  if (range.empty()) return extent;
+  auto const* low = std::get_if<double>(&range[0]);
+  auto const* high = range.size() == 2 ? std::get_if<double>(&range[1]) : nullptr;
+  if (low == nullptr || high == nullptr) {
+    ThrowDocumentError(compilation.document, encoding.path + ".scale.range", "expects two numbers");
+  }
+  return {*low, *high};
+}
+
+StyleScale PlanNumericScale(Compilation& compilation, Encoding const& encoding, std::string const& name,
+                            bool includesZero, Extent extent) {
+  GraphBuilder& graph = compilation.graph;
+  if (!IsContinuous(encoding)) {
+    ThrowDocumentError(compilation.document, encoding.path + ".type",
+                       "this channel needs numbers; use \"quantitative\"");
+  }
+  extent = ReadExtent(compilation, encoding, extent);
+  if (encoding.scale.reverse.value_or(false)) std::swap(extent.low, extent.high);
+  ScaledField const field = ScaleField(compilation, encoding, name, {.includesZero = includesZero});
+  StyleScale scale{.channel = encoding.channel, .encoding = &encoding};
+  NodeId const fraction = ToFraction(graph, field, name, field.scaled, encoding.scale.clamp.value_or(true));
+  scale.rows = ToRange(graph, name + " of rows", fraction, extent.low, extent.high);
+  NodeId const places = PlaceEntries(graph, field, PlanEntryNumbers(graph, encoding, field, scale));
+  scale.entries = ToRange(graph, name + " of legend", places, extent.low, extent.high);
+  return scale;
+}
+
+}  // namespace
+
+StyleScale PlanColorScale(Compilation& compilation, Encoding const& encoding) {
+  StyleScale scale = IsContinuous(encoding) ? PlanContinuousColor(compilation, encoding)
+                                            : PlanCategoricalColor(compilation, encoding);
+  KeepAll(compilation.graph, scale);
+  return scale;
+}
+
+StyleScale PlanSizeScale(Compilation& compilation, Encoding const& encoding) {
+  bool const startsAtZero = ResolveScaleType(encoding) != ScaleType::Log;
+  constexpr double kSmallestSymbol = 9;
+  StyleScale scale = PlanNumericScale(compilation, encoding, "size", startsAtZero,
+                                      {startsAtZero ? 0 : kSmallestSymbol, kLargestSymbol});
+  KeepAll(compilation.graph, scale);
+  return scale;
+}
+
+StyleScale PlanOpacityScale(Compilation& compilation, Encoding const& encoding) {
+  StyleScale scale = PlanNumericScale(compilation, encoding, "opacity", false, {0.3, 0.8});
+  KeepAll(compilation.graph, scale);
+  return scale;
+}
+
+StyleScale PlanShapeScale(Compilation& compilation, Encoding const& encoding) {
+  GraphBuilder& graph = compilation.graph;
+  CategoryField const field = IndexCategories(compilation, encoding, "shape");
+  NodeId const shapes = graph.Int(kShapeCount);
+  StyleScale scale{.channel = Channel::Shape, .encoding = &encoding, .isCategorical = true};
+  scale.rows = graph.Zip("row shapes", "remainder", field.indices, shapes);
+  scale.entryLabels = field.domain;
+  NodeId const indices =
+      graph.Call("shape legend indices", "sequence", {graph.Int(0), graph.Int(1), field.count});
+  scale.entries = graph.Zip("shape legend shapes", "remainder", indices, shapes);
+  KeepAll(graph, scale);
+  return scale;
+}
+
+}  // namespace ostrel::charts

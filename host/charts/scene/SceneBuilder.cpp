@@ -1,0 +1,73 @@
+#include "charts/scene/SceneBuilder.h"
+
+#include <cmath>
+
+#include "charts/guides/AxisGuide.h"
+#include "charts/guides/LegendGuide.h"
+#include "charts/marks/MarkBuilder.h"
+
+namespace ostrel::charts {
+namespace {
+
+void AddTitles(ChartDocument const& document, TextSetter const& setter, Group& plot, Extent& extent) {
+  using namespace GuideStyle;
+  Group titles;
+  titles.role = "title";
+  double bottom = extent.GetRect().y - kChartTitlePadding;
+  auto const add = [&](std::string const& text, double size, bool isBold, ort::core::OrtColor color) {
+    if (text.empty()) return;
+    TextMark mark;
+    mark.text = text;
+    mark.at = {0, bottom};
+    mark.baseline = TextBaseline::Bottom;
+    mark.font = setter.MakeFont(size, isBold);
+    mark.color = color;
+    setter.Add(titles, std::move(mark), extent);
+    bottom -= size + 6;
+  };
+  add(document.subtitle, kTitleFontSize, false, FaintTextColor());
+  add(document.title, kChartTitleFontSize, true, TextColor());
+  if (!titles.nodes.empty()) plot.nodes.emplace_back(std::make_unique<Group>(std::move(titles)));
+}
+
+void AddGroup(Group& plot, Group group) {
+  if (!group.nodes.empty()) plot.nodes.emplace_back(std::make_unique<Group>(std::move(group)));
+}
+
+}  // namespace
+
+Scene BuildScene(Compilation const& compilation, ChartPlan const& plan, Results const& results,
+                 TextSetter const& setter) {
+  ChartDocument const& document = compilation.document;
+  Rect const area{0, 0, plan.width, plan.height};
+  Extent extent(area);
+  Group plot;
+  plot.role = "plot";
+
+  std::vector<AxisGuide> axes;
+  for (auto const* scale : {&plan.x, &plan.y}) {
+    if (*scale) axes.push_back(BuildAxis(**scale, results, plan.width, plan.height, setter, extent));
+  }
+  for (AxisGuide& axis : axes) AddGroup(plot, std::move(axis.grid));
+  AddGroup(plot, BuildMarks(document, plan, results));
+  for (AxisGuide& axis : axes) AddGroup(plot, std::move(axis.axis));
+  Point const legendPlace{extent.GetRect().Right() + GuideStyle::kLegendOffset, 0};
+  AddGroup(plot, BuildLegends(plan, results, ResolveMarkLook(document), legendPlace, setter, extent));
+  AddTitles(document, setter, plot, extent);
+
+  Rect const used = extent.GetRect();
+  Scene scene;
+  scene.width = std::ceil(used.width + 2 * GuideStyle::kOuterPadding);
+  scene.height = std::ceil(used.height + 2 * GuideStyle::kOuterPadding);
+  // Half a pixel lets one-pixel lines at whole positions fill their pixel.
+  plot.origin = {std::ceil(GuideStyle::kOuterPadding - used.x) + 0.5,
+                 std::ceil(GuideStyle::kOuterPadding - used.y) + 0.5};
+  scene.title = document.title;
+  scene.description = document.description;
+  if (!document.background.empty())
+    scene.background = ReadColor(document, "$.background", document.background);
+  scene.root.nodes.emplace_back(std::make_unique<Group>(std::move(plot)));
+  return scene;
+}
+
+}  // namespace ostrel::charts
