@@ -3,6 +3,7 @@
 #include <memory>
 #include <type_traits>
 
+#include "ostrelrtcore/Export.h"
 #include "ostrelrtcore/OrtColor.h"
 #include "ostrelrtcore/OrtDateTime.h"
 #include "ostrelrtcore/RIndirectString.h"
@@ -10,7 +11,8 @@
 
 namespace ort::core {
 
-class StoreValue;
+/// Exported from its first declaration on: what is instantiated for it takes its visibility from there.
+class ORTCORE_API StoreValue;
 
 /// A column is stored by the width of its elements, never by their meaning.
 enum class StorageClass : std::uint8_t { UInt8, UInt32, UInt64, String, Value };

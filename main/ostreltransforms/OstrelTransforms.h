@@ -2,6 +2,7 @@
 
 // Everything that the plug-in shows to a host.
 
+#include "maps/MapUtil.h"
 #include "ostreltransforms/Callbacks.h"
 #include "ostreltransforms/FunctionDocumentation.h"
 #include "ostreltransforms/Registration.h"
