@@ -10,8 +10,8 @@
 #include "ostrelrtcore/OrtUnaryFunctor.h"
 #include "ostrelrtcore/OrtUnarySpecialFunctor.h"
 
-/// How the families of built-in functions are written: operations and functions of whole values first, then
-/// one table with a row for each name.
+/// How the families of built-in functions, and of other functions of the host, are written: operations and
+/// functions of whole values first, then one table with a row for each name.
 namespace ort::core::builtins {
 
 using Value = std::shared_ptr<StoreValue>;
@@ -43,6 +43,11 @@ struct BuiltinFamily {
   char const* name;
   std::vector<BuiltinRow> rows;
 };
+
+/// What other hosts of families in this form need: the rows put into a registry, and into help pages.
+ORTCORE_API void RegisterFamily(FunctionRegistry& registry, BuiltinFamily const& family);
+ORTCORE_API void AppendDocumentation(BuiltinFamily const& family,
+                                     std::vector<FunctionDocumentation>& documentation);
 
 BuiltinFamily ArithmeticFamily();
 BuiltinFamily ComparisonFamily();
@@ -96,9 +101,9 @@ constexpr StoreType ResultType(StoreType input) {
   return std::is_same_v<In, Out> ? input : ElementTraits<Out>::kStoreType;
 }
 
-void RequireParameterCount(ParameterSpan parameters, std::size_t wanted);
+ORTCORE_API void RequireParameterCount(ParameterSpan parameters, std::size_t wanted);
 /// Throws 219 unless there are as many inputs, and 55 for a null pointer among them.
-void RequireInputs(Values const& inputs, std::size_t wanted);
+ORTCORE_API void RequireInputs(Values const& inputs, std::size_t wanted);
 
 template <class... T>
 Value CallWithInputs(Value (*fn)(T const&...), Values const& inputs) {

@@ -49,36 +49,39 @@ void Register(FunctionRegistry& registry, OStringCore const& name, Registration 
   }
 }
 
-std::vector<FunctionDocumentation> MakeDocumentation() {
-  std::vector<FunctionDocumentation> documentation;
-  for (auto const& family : GetFamilies()) {
-    for (auto const& row : family.rows) {
-      for (auto const& registration : row.registrations) {
-        documentation.push_back({OStringCore::fromUtf8(row.name), registration.inputs, row.inputs,
-                                 registration.output, registration.parameters, row.parameters, family.name,
-                                 row.help,
-                                 "{\"function\": \"" + std::string(row.name) + "\", " + row.example + "}"});
-      }
+}  // namespace
+
+void RegisterFamily(FunctionRegistry& registry, BuiltinFamily const& family) {
+  for (auto const& row : family.rows) {
+    for (auto const& registration : row.registrations) {
+      Register(registry, OStringCore::fromUtf8(row.name), registration);
     }
   }
-  return documentation;
 }
 
-}  // namespace
+void AppendDocumentation(BuiltinFamily const& family, std::vector<FunctionDocumentation>& documentation) {
+  for (auto const& row : family.rows) {
+    for (auto const& registration : row.registrations) {
+      documentation.push_back({OStringCore::fromUtf8(row.name), registration.inputs, row.inputs,
+                               registration.output, registration.parameters, row.parameters, family.name,
+                               row.help,
+                               "{\"function\": \"" + std::string(row.name) + "\", " + row.example + "}"});
+    }
+  }
+}
+
 }  // namespace builtins
 
 void RegisterAllBuiltinFunctions(FunctionRegistry& registry) {
-  for (auto const& family : builtins::GetFamilies()) {
-    for (auto const& row : family.rows) {
-      for (auto const& registration : row.registrations) {
-        builtins::Register(registry, OStringCore::fromUtf8(row.name), registration);
-      }
-    }
-  }
+  for (auto const& family : builtins::GetFamilies()) builtins::RegisterFamily(registry, family);
 }
 
 std::vector<FunctionDocumentation> const& GetBuiltinDocumentation() {
-  static std::vector<FunctionDocumentation> const documentation = builtins::MakeDocumentation();
+  static auto const documentation = [] {
+    std::vector<FunctionDocumentation> all;
+    for (auto const& family : builtins::GetFamilies()) builtins::AppendDocumentation(family, all);
+    return all;
+  }();
   return documentation;
 }
 

@@ -14,7 +14,7 @@ using engine::IsColumn;
 using engine::VisitStorage;
 
 /// Throws an error whose message is UTF-8.
-[[noreturn]] void ThrowError(OrtError error, std::string const& message);
+[[noreturn]] ORTCORE_API void ThrowError(OrtError error, std::string const& message);
 
 inline StoreType ElementType(StoreValue const& column) {
   return column.GetTypeInfo().GetElementType().GetStoreType();
@@ -22,12 +22,12 @@ inline StoreType ElementType(StoreValue const& column) {
 inline StoreTypeInfo ElementInfo(StoreValue const& column) { return column.GetTypeInfo().GetElementType(); }
 
 /// Throws 55 unless the value is a column of the type; `what` names it in the message.
-ColumnView const& RequireColumn(StoreValue const& value, StoreType elementType, char const* what);
+ORTCORE_API ColumnView const& RequireColumn(StoreValue const& value, StoreType elementType, char const* what);
 /// Throws 259 where a column differs from another in length.
-void RequireOneLength(int count, int other, char const* what);
+ORTCORE_API void RequireOneLength(int count, int other, char const* what);
 
 /// The kind of every row, in constant time for each.
-class RowKinds {
+class ORTCORE_API RowKinds {
  public:
   /// No special rows.
   RowKinds() = default;

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <memory>
+
+#include "ostrelrtcore/builtins/BuiltinRow.h"
+#include "services/TextMeasurer.h"
+
+namespace ostrel::charts {
+
+using ort::core::builtins::BuiltinFamily;
+
+BuiltinFamily TickFamily();
+BuiltinFamily LabelFamily(std::shared_ptr<services::TextMeasurer const> measurer);
+BuiltinFamily PaletteFamily();
+BuiltinFamily CalendarFamily();
+
+}  // namespace ostrel::charts

@@ -1,0 +1,30 @@
+#include "charts/functions/ChartFunctions.h"
+
+#include "charts/functions/ChartFamilies.h"
+
+namespace ostrel::charts {
+namespace {
+
+using namespace ort::core;
+
+std::vector<BuiltinFamily> MakeFamilies(std::shared_ptr<services::TextMeasurer const> measurer) {
+  return {TickFamily(), LabelFamily(std::move(measurer)), PaletteFamily(), CalendarFamily()};
+}
+
+}  // namespace
+
+void RegisterChartFunctions(FunctionRegistry& registry,
+                            std::shared_ptr<services::TextMeasurer const> measurer) {
+  for (auto const& family : MakeFamilies(std::move(measurer))) builtins::RegisterFamily(registry, family);
+}
+
+std::vector<FunctionDocumentation> const& GetChartFunctionDocumentation() {
+  static auto const documentation = [] {
+    std::vector<FunctionDocumentation> all;
+    for (auto const& family : MakeFamilies(nullptr)) builtins::AppendDocumentation(family, all);
+    return all;
+  }();
+  return documentation;
+}
+
+}  // namespace ostrel::charts

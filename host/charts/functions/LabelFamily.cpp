@@ -1,0 +1,170 @@
+#include <limits>
+
+#include "charts/functions/ChartFamilies.h"
+#include "charts/functions/LabelVisibility.h"
+#include "charts/functions/TickFormat.h"
+#include "ostrelrtcore/builtins/Columns.h"
+#include "services/DateFormat.h"
+
+/// What ticks and marks say, how wide that is, and which labels are shown. Special rows stay special; a label
+/// at a special position or of special size is not shown.
+namespace ostrel::charts {
+namespace {
+
+using namespace ort::core;
+using namespace ort::core::builtins;
+using services::NumberFormat;
+using services::TextMeasurer;
+
+OStringCore ReadText(Value const& value) { return FetchStoreValue<OStringCore>(value); }
+
+/// A column of what `map` gives for each ordinary row.
+template <class Out, class In, class Map>
+Value MapRows(Value const& column, StoreTypeInfo const& outputType, Map const& map) {
+  auto const& rows = column->AsTypedArray<In>();
+  RowKinds const kinds(rows);
+  auto builder = factory::MakeColumnBuilder<Out>(outputType, rows.GetCount());
+  auto const out = builder.GetValues();
+  for (int row = 0; row < rows.GetCount(); ++row) {
+    auto const at = static_cast<std::size_t>(row);
+    if (kinds[row] == SpecialKind::None) {
+      out[at] = map(rows.GetElement(row));
+    } else {
+      out[at] = Out();
+      builder.SetSpecial(row, kinds[row]);
+    }
+  }
+  return builder.Finish();
+}
+
+template <class In, class Format>
+Value FormatRows(Value const& column, Format const& format) {
+  return MapRows<RIndirectString, In>(column, StoreTypeInfo::String,
+                                      [&](In value) { return RIndirectString(format(value)); });
+}
+
+/// The ordinary rows; special ones are NaN.
+std::vector<double> ReadNumbers(Value const& column, char const* what) {
+  RowKinds const kinds(RequireColumn(*column, StoreType::Real64, what));
+  auto const& rows = column->AsTypedArray<double>();
+  std::vector<double> numbers(static_cast<std::size_t>(rows.GetCount()));
+  for (int row = 0; row < rows.GetCount(); ++row) {
+    bool const isOrdinary = kinds[row] == SpecialKind::None;
+    numbers[static_cast<std::size_t>(row)] =
+        isOrdinary ? rows.GetElement(row) : std::numeric_limits<double>::quiet_NaN();
+  }
+  return numbers;
+}
+
+Value FormatTicks(Value const& ticks, Value const& pattern) {
+  TickFormat const format(ReadNumbers(ticks, "ticks"), ReadText(pattern).view());
+  return FormatRows<double>(ticks, [&](double tick) { return format.Format(tick); });
+}
+
+Value FormatNumbers(Value const& values, Value const& pattern) {
+  RequireColumn(*values, StoreType::Real64, "values");
+  NumberFormat const format(ReadText(pattern).view());
+  return FormatRows<double>(values, [&](double value) { return format.Format(value); });
+}
+
+Value FormatDates(Value const& dates, Value const& pattern) {
+  RequireColumn(*dates, StoreType::DateTime, "dates");
+  OStringCore const text = ReadText(pattern);
+  return FormatRows<OrtDateTime>(dates, [&](OrtDateTime date) {
+    return text.isEmpty() ? services::FormatAxisDate(date) : services::FormatDate(date, text.view());
+  });
+}
+
+Value MeasureTexts(Value const& texts, Value const& font, TextMeasurer const& measurer) {
+  RequireColumn(*texts, StoreType::String, "texts");
+  auto const request = services::ReadFont(font);
+  return MapRows<double, RIndirectString>(texts, StoreTypeInfo::Real64, [&](RIndirectString const& text) {
+    return measurer.MeasureTextWidth(text.Get().view(), request);
+  });
+}
+
+class MeasureTextsFunctor final : public IMultinaryFunctor {
+ public:
+  explicit MeasureTextsFunctor(std::shared_ptr<TextMeasurer const> measurer)
+      : measurer_(std::move(measurer)) {
+    if (measurer_ == nullptr) ThrowError(OrtError_WrongValueKind, "there is nothing to measure texts with");
+  }
+  Value Apply(Values const& inputs) override {
+    builtins::detail::RequireInputs(inputs, 2);
+    return MeasureTexts(inputs[0], inputs[1], *measurer_);
+  }
+
+ private:
+  std::shared_ptr<TextMeasurer const> measurer_;
+};
+
+LabelStrategy ReadStrategy(Value const& value) {
+  OStringCore const text = ReadText(value);
+  if (text == OStringCore(u"parity")) return LabelStrategy::Parity;
+  if (text == OStringCore(u"greedy")) return LabelStrategy::Greedy;
+  ThrowError(OrtError_InputKindNotAccepted,
+             "the strategy is \"parity\" or \"greedy\", not \"" + text.toUtf8() + "\"");
+}
+
+Value ShowLabels(Value const& positions, Value const& sizes, Value const& gap, Value const& strategy) {
+  std::vector<double> const centres = ReadNumbers(positions, "positions");
+  std::vector<double> const extents = ReadNumbers(sizes, "sizes");
+  RequireOneLength(positions->AsColumn().GetCount(), sizes->AsColumn().GetCount(), "sizes");
+  std::vector<uint8> shown =
+      VisibleLabels(centres, extents, FetchStoreValue<double>(gap), ReadStrategy(strategy));
+  return factory::MakeArray<uint8>(StoreTypeInfo::Bool,
+                                   std::make_unique<std::vector<uint8>>(std::move(shown)));
+}
+
+}  // namespace
+
+BuiltinFamily LabelFamily(std::shared_ptr<TextMeasurer const> measurer) {
+  using enum StoreType;
+  KeySegmentType const text = Segment(String);
+  return {
+      "labels",
+      {
+          {.name = "formatTicks",
+           .inputs = {"ticks", "pattern"},
+           .help =
+               "The texts of an axis' ticks by a number pattern, its precision taken from the distance "
+               "between ticks; under the empty pattern evenly spaced ticks share their number of decimals "
+               "and others get each its shortest text.",
+           .example = R"("inputs": [{"Array": {"type": "Real64", "values": [0, 0.5, 1]}}, {"String": ""}])",
+           .registrations = {Multinary<FormatTicks>({ArrayOf(Real64), text}, ArrayOf(String))}},
+          {.name = "formatNumbers",
+           .inputs = {"values", "pattern"},
+           .help = "Each number by a number pattern, such as \",.2f\"; an ill-formed one throws 55.",
+           .example = R"("inputs": [{"Array": {"type": "Real64", "values": [1234.5]}}, {"String": "$,.2f"}])",
+           .registrations = {Multinary<FormatNumbers>({ArrayOf(Real64), text}, ArrayOf(String))}},
+          {.name = "formatDates",
+           .inputs = {"dates", "pattern"},
+           .help =
+               "Each date by a pattern of directives, such as \"%Y-%m-%d\"; under the empty pattern by the "
+               "largest unit of the calendar that begins with it.",
+           .example = R"("inputs": [{"Array": {"type": "DateTime", "values": ["2020-01-01T00:00:00.0000", )"
+                      R"("2020-02-01T00:00:00.0000"]}}, {"String": ""}])",
+           .registrations = {Multinary<FormatDates>({ArrayOf(DateTime), text}, ArrayOf(String))}},
+          {.name = "measureTexts",
+           .inputs = {"texts", "font"},
+           .help = "The width in pixels of each text in a font: a tuple of family, size, weight and slant.",
+           .example = R"("inputs": [{"Array": {"type": "String", "values": ["10", "200"]}}, {"Tuple": )"
+                      R"([{"String": "sans-serif"}, {"Real64": 10}, {"Int32": 400}, {"Int32": 0}]}])",
+           .registrations = {{Arity::Multinary,
+                              0,
+                              {ArrayOf(String), Segment(Tuple)},
+                              ArrayOf(Real64),
+                              {},
+                              [measurer] { return std::make_unique<MeasureTextsFunctor>(measurer); }}}},
+          {.name = "visibleLabels",
+           .inputs = {"positions", "sizes", "gap", "strategy"},
+           .help = "Which labels to show so that none come closer than the gap, in pixels: \"parity\" drops "
+                   "every other one until they clear, \"greedy\" keeps each that clears the last one kept.",
+           .example = R"("inputs": [{"Array": {"type": "Real64", "values": [0, 10, 20]}}, {"Array": )"
+                      R"({"type": "Real64", "values": [12, 12, 12]}}, {"Real64": 2}, {"String": "parity"}])",
+           .registrations = {Multinary<ShowLabels>({ArrayOf(Real64), ArrayOf(Real64), Segment(Real64), text},
+                                                   ArrayOf(Bool))}},
+      }};
+}
+
+}  // namespace ostrel::charts
