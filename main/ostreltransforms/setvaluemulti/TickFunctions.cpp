@@ -1,0 +1,96 @@
+#include "ostreltransforms/setvaluemulti/TickFunctions.h"
+
+#include <stdexcept>
+
+#include "ostrelrtcore/Factory.h"
+#include "ostreltransforms/CallbackAccess.h"
+#include "ostreltransforms/setvaluemulti/LogTicks.h"
+
+namespace OstrelTransforms {
+namespace {
+
+using namespace ort::core;
+
+// What the labels of an axis have room for.
+struct LabelSpace {
+  int length;
+  bool isHorizontal;
+  int gap;
+  Value format;
+  Value font;
+};
+
+// The height of a line in the host's font: of a resolved font (family, size, weight, slant, ascent, height,
+// leading) its height, else the size.
+double GetFontHeight(Value const& font) {
+  constexpr int kSize = 1;
+  constexpr int kHeight = 5;
+  Value const resolved = ConvertHostValue(font);
+  IStoreTuple const& members = resolved->AsTuple();
+  return FetchStoreValue<double>(members.GetMember(members.GetCount() > kHeight ? kHeight : kSize));
+}
+
+// Every two neighbouring labels inside the domain are at least the gap apart.
+class LabelFit {
+ public:
+  LabelFit(LogTicks::Domain const& domain, LabelSpace const& space) : domain_(domain), space_(space) {}
+
+  bool operator()(std::span<double const> ticks) {
+    bool isFirst = true;
+    double lastCentre = 0;
+    double lastExtent = 0;
+    for (double const tick : ticks) {
+      if (tick > domain_.maximum) break;
+      double const centre = LogTicks::GetPosition(domain_, tick) * space_.length;
+      double const extent = GetExtent(tick);
+      double const room = centre - lastCentre - (extent + lastExtent) * 0.5;
+      if (!isFirst && !(room >= space_.gap)) return false;
+      isFirst = false;
+      lastCentre = centre;
+      lastExtent = extent;
+    }
+    return true;
+  }
+
+ private:
+  double GetExtent(double tick) {
+    if (space_.isHorizontal)
+      return MeasureTextWidth(FormatNumber(tick, space_.format->AsTuple()), space_.font);
+    if (height_ < 0) height_ = GetFontHeight(space_.font);
+    return height_;
+  }
+
+  LogTicks::Domain const& domain_;
+  LabelSpace const& space_;
+  double height_ = -1;
+};
+
+std::optional<std::vector<double>> FindTicks(LogTicks::Domain const& domain, LabelSpace const& space) {
+  if (space.length >= 1 && space.format->GetStoreType() == StoreType::Tuple) {
+    return LogTicks::ChooseTicks(domain, LabelFit(domain, space));
+  }
+  return LogTicks::MakeTicks(domain, std::span(&domain.base, 1));
+}
+
+}  // namespace
+
+Value CalcLogTicks(std::vector<Value> const& inputs) {
+  constexpr std::size_t kInputCount = 9;
+  if (inputs.size() < kInputCount) throw std::out_of_range("invalid vector<T> subscript");
+  detail::RequireValue(inputs[5]);
+  detail::RequireValue(inputs[6]);
+  LogTicks::Domain const domain{FetchStoreValue<double>(inputs[0]), FetchStoreValue<double>(inputs[1]),
+                                FetchStoreValue<double>(inputs[7]), FetchStoreValue<double>(inputs[8])};
+  LabelSpace const space{FetchStoreValue<int>(inputs[2]), FetchStoreValue<bool>(inputs[3]),
+                         FetchStoreValue<int>(inputs[4]), inputs[5], inputs[6]};
+  if (!LogTicks::IsValid(domain)) throw OrtRuntimeException(OrtError_InputKindNotAccepted);
+  auto const ticks = FindTicks(domain, space);
+  if (!ticks) throw OrtRuntimeException(OrtError_InputKindNotAccepted);
+
+  auto column = factory::MakeColumnBuilder<double>(StoreTypeInfo::Real64, static_cast<int>(ticks->size()));
+  std::span<double> const positions = column.GetValues();
+  for (std::size_t i = 0; i < ticks->size(); ++i) positions[i] = LogTicks::GetPosition(domain, (*ticks)[i]);
+  return column.Finish();
+}
+
+}  // namespace OstrelTransforms
