@@ -53,6 +53,7 @@ constexpr std::string_view kFallbacks[] = {"DejaVu Sans",
                                            "Noto Sans Symbols2",
                                            "Noto Sans Math",
                                            "Droid Sans Fallback",
+                                           "Noto Sans CJK JP",
                                            "Noto Emoji",
                                            "Noto Color Emoji"};
 

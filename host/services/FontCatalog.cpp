@@ -194,6 +194,8 @@ FontSet const& FontCatalog::GetFontSet(std::string const& list, int weight, int 
   for (std::string const& family : fallbacks_) {
     if (family != key.family) files.push_back(Match(family, key.weight, key.slant));
   }
+  // Faces of other weights have fewer characters; browsers turn to the regular one in the end.
+  if (!fallbacks_.empty()) files.push_back(Match(fallbacks_.front(), 400, 0));
   set = std::make_unique<FontSet>(NextId(), std::move(files));
   return *set;
 }

@@ -18,6 +18,7 @@ class FontSet {
   /// Tells sets apart over the life of the process.
   std::uint64_t GetId() const { return id_; }
   std::size_t GetCount() const { return files_.size(); }
+  FontFile const& GetFile(std::size_t position) const { return *files_[position]; }
   FontFace const& GetFace(std::size_t position) const;
   /// The first face from a position on that has a character of the text; GetCount() when there is none.
   std::size_t FindFaceWith(std::u16string_view text, std::size_t from) const;

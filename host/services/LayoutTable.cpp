@@ -2,46 +2,32 @@
 
 #include <hb-ot.h>
 
-#include <cstddef>
-#include <cstdint>
-#include <optional>
-#include <span>
-
-#include "services/FontFace.h"
+#include "services/TableBytes.h"
 
 namespace ostrel::services {
 
 namespace {
 
-using Bytes = std::span<std::uint8_t const>;
-
-std::optional<unsigned> ReadUInt16(Bytes table, std::size_t at) {
-  if (at + 2 > table.size()) return std::nullopt;
-  return unsigned{table[at]} << 8U | table[at + 1];
-}
-
-std::optional<unsigned> ReadLookupType(Bytes table, std::size_t lookup, unsigned extension) {
-  auto const type = ReadUInt16(table, lookup);
-  if (type != extension) return type;
-  auto const subtable = ReadUInt16(table, lookup + 6);
-  if (!subtable) return std::nullopt;
-  return ReadUInt16(table, lookup + *subtable + 2);
+unsigned ReadLookupType(TableBytes const& bytes, std::size_t lookup, unsigned extension) {
+  unsigned const type = bytes.UInt16(lookup);
+  return type == extension ? bytes.UInt16(bytes.Follow(lookup, lookup + 6) + 2) : type;
 }
 
 }  // namespace
 
 std::vector<unsigned> ReadLookupTypes(hb_face_t* face, hb_tag_t table) {
-  BlobHandle const blob(hb_face_reference_table(face, table));
-  unsigned length = 0;
-  char const* const data = hb_blob_get_data(blob.get(), &length);
-  Bytes const bytes(reinterpret_cast<std::uint8_t const*>(data), length);
-  auto const list = ReadUInt16(bytes, 8);
-  auto const count = list ? ReadUInt16(bytes, *list) : std::nullopt;
-  std::vector<unsigned> types(count.value_or(0));
+  TableBytes const bytes(face, table);
+  std::vector<unsigned> types;
+  if (bytes.IsEmpty()) return types;
   unsigned const extension = table == HB_OT_TAG_GSUB ? 7 : 9;
-  for (std::size_t i = 0; i < types.size(); ++i) {
-    auto const lookup = ReadUInt16(bytes, *list + 2 + 2 * i);
-    if (lookup) types[i] = ReadLookupType(bytes, *list + std::size_t{*lookup}, extension).value_or(0);
+  try {
+    std::size_t const list = bytes.UInt16(8);
+    types.resize(bytes.UInt16(list));
+    for (std::size_t i = 0; i < types.size(); ++i) {
+      types[i] = ReadLookupType(bytes, bytes.Follow(list, list + 2 + 2 * i), extension);
+    }
+  } catch (TableBytes::OutOfTable const&) {
+    // The rest stays 0.
   }
   return types;
 }

@@ -88,6 +88,11 @@ std::string ToPrecision(double value, int precision) {
   return plain ? digits.ToFixed(precision - 1 - digits.exponent) : digits.ToExponential();
 }
 
+// Zero has no significant digits to be padded to.
+std::string ToRounded(double value, int precision) {
+  return value == 0 ? "0" : DecimalDigits::Significant(value, precision).ToPlain();
+}
+
 std::string ToPrefixed(double value, int precision, std::string& unit) {
   auto digits = DecimalDigits::Significant(value, precision);
   int const prefixExponent = PrefixExponent(digits.exponent);
@@ -130,6 +135,12 @@ std::string InsertGroups(std::string const& digits, std::size_t width) {
     if (written > width) break;
   }
   return result;
+}
+
+// Of the first digits alone, so that the noise of computed steps does not count.
+int LastDigitExponent(double step) {
+  auto const number = DecimalDigits::Significant(step, 4);
+  return number.exponent - static_cast<int>(number.digits.find_last_not_of('0'));
 }
 
 int DecimalExponent(double value) { return DecimalDigits::Shortest(std::fabs(value)).exponent; }
@@ -197,9 +208,9 @@ std::string NumberFormat::Digits(double magnitude, char type, int precision, std
     case '%':
       return ToFixed(magnitude * 100, precision);
     case 'r':
-      return DecimalDigits::Significant(magnitude, precision).ToPlain();
+      return ToRounded(magnitude, precision);
     case 'p':
-      return DecimalDigits::Significant(magnitude * 100, precision).ToPlain();
+      return ToRounded(magnitude * 100, precision);
     case 's':
       return ToPrefixed(magnitude, precision, unit);
     default:
@@ -262,10 +273,12 @@ std::u16string NumberFormat::Assemble(bool negative, std::string const& number,
     prefix += static_cast<char16_t>(type_ | 0x20);
   }
   // Groups and zeros go to the whole digits alone, so the rest counts as part of the suffix.
-  auto const end = baseType ? number.size() : std::min(number.find_first_not_of("0123456789"), number.size());
+  bool const whole = baseType && number != "NaN" && number != "Infinity";
+  auto const end = whole ? number.size() : std::min(number.find_first_not_of("0123456789"), number.size());
   std::u16string suffix(number.begin() + static_cast<std::ptrdiff_t>(end), number.end());
   suffix += OStringCore::fromUtf8(unit).view();
-  if (type_ == '%' || type_ == 'p') suffix += u'%';
+  // The currency's place behind the number, empty for dollars, is the percent sign's.
+  if ((type_ == '%' || type_ == 'p') && symbol_ != '$') suffix += u'%';
   if (negative && sign_ == '(') suffix += u')';
   return Pad(prefix, number.substr(0, end), suffix);
 }
@@ -319,7 +332,7 @@ OStringCore GetTickPattern(double step, double largest, std::u16string_view patt
   if (format.HasPrecision() || !std::isfinite(step) || !std::isfinite(largest) || step == 0) {
     return format.ToPattern();
   }
-  int const exponent = DecimalExponent(step);
+  int const exponent = LastDigitExponent(step);
   char const type = format.GetType();
   if (type == 's') {
     format.SetPrecision(std::max(0, PrefixExponent(DecimalExponent(largest)) - exponent));

@@ -3,6 +3,7 @@
 
 #include <vector>
 
+#include "services/ContextRules.h"
 #include "services/FontFace.h"
 #include "services/LayoutTable.h"
 #include "services/PairAdvances.h"
@@ -38,7 +39,6 @@ constexpr hb_tag_t kScripts[] = {HB_TAG('D', 'F', 'L', 'T'), HB_TAG('d', 'f', 'l
                                  HB_TAG('l', 'a', 't', 'n'), HB_TAG_NONE};
 
 constexpr unsigned kLigatureSubstitution = 4;
-constexpr unsigned kFirstContextSubstitution = 5;
 constexpr unsigned kLastMarkPositioning = 6;
 
 class Analysis {
@@ -94,13 +94,19 @@ class Analysis {
     hb_codepoint_t lookup = HB_SET_VALUE_INVALID;
     while (hb_set_next(lookups.get(), &lookup)) {
       unsigned const type = lookup < types.size() ? types[lookup] : 0;
-      Slots const slots = FindSlots(HB_OT_TAG_GSUB, lookup, type >= kFirstContextSubstitution || type == 0);
       if (type == kLigatureSubstitution) {
-        AddLigatures(lookup, slots);
+        AddLigatures(lookup, FindSlots(HB_OT_TAG_GSUB, lookup, false));
+      } else if (type >= 1 && type < kLigatureSubstitution) {
+        limits_.toBeShaped |= FindSlots(HB_OT_TAG_GSUB, lookup, false);
       } else {
-        limits_.toBeShaped |= slots;
+        AddContext(HB_OT_TAG_GSUB, lookup);
       }
     }
+  }
+
+  void AddContext(hb_tag_t table, unsigned lookup) {
+    auto const starts = FindContextStarts(face_, table, lookup, glyphs_);
+    limits_.toBeShaped |= starts ? *starts : FindSlots(table, lookup, true);
   }
 
   void AddLigatures(unsigned lookup, Slots const& parts) {
@@ -144,12 +150,12 @@ class Analysis {
       unsigned const type = lookup < types.size() ? types[lookup] : 0;
       // Single values, pairs and the places of marks; a mark has no slot.
       if (type >= 1 && type <= kLastMarkPositioning && type != 3) continue;
-      limits_.toBeShaped |= FindSlots(HB_OT_TAG_GPOS, lookup, true);
+      AddContext(HB_OT_TAG_GPOS, lookup);
     }
   }
 
   hb_face_t* face_;
-  std::array<hb_codepoint_t, PairSlots::kCount> glyphs_{};
+  SlotGlyphs glyphs_{};
   PairLimits limits_;
 };
 
