@@ -84,7 +84,28 @@ double FontService::MeasureTextWidth(std::u16string_view text, FontRequest const
 }
 
 float FontService::MeasureTextWidth(OStringCore const& text, Value const& font) const {
-  return static_cast<float>(MeasureTextWidth(text.view(), ReadFont(font)));
+  // A composition measures with few font values, so each thread knows the last ones by address; they are
+  // held, so that no other value takes that address.
+  struct LastFont {
+    std::uint64_t catalog = 0;
+    Value font;
+    double size = 0;
+    FontSet const* fonts = nullptr;
+  };
+  thread_local LastFont kept[kRequestsKept];
+  thread_local std::size_t oldest = 0;
+  LastFont const* found = nullptr;
+  for (LastFont const& last : kept) {
+    if (last.font == font && last.catalog == catalog_->GetId()) found = &last;
+  }
+  if (found == nullptr) {
+    FontRequest const request = ReadFont(font);
+    FontSet const& fonts = FindFontSet(*catalog_, request.family, request.weight, request.slant);
+    kept[oldest] = {catalog_->GetId(), font, request.size, &fonts};
+    found = &kept[oldest];
+    oldest = (oldest + 1) % kRequestsKept;
+  }
+  return static_cast<float>(MeasureEms(text.view(), *found->fonts) * found->size);
 }
 
 FontMetrics FontService::GetMetrics(FontRequest const& font) const {
