@@ -7,14 +7,11 @@
 #include <cstdint>
 #include <stdexcept>
 #include <string>
-#include <vector>
 
 #include "charts/data/LoadTable.h"
-#include "ostrelrtcore/RIndirectString.h"
 
 namespace {
 
-using ort::core::RIndirectString;
 using ort::core::StoreType;
 using namespace ostrel::charts;
 
@@ -115,20 +112,5 @@ void ReadJsonRows(benchmark::State& state) {
   state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(text.size()));
 }
 BENCHMARK(ReadJsonRows)->Unit(benchmark::kMillisecond);
-
-void InternStrings(benchmark::State& state) {
-  std::vector<std::string> texts;
-  for (int i = 0; i < kRows; ++i) texts.push_back(fmt::format("customer {}", i));
-  Require(RIndirectString::FromUtf8(texts[7]) == RIndirectString::FromUtf8(texts[7]), "one text, one string");
-  std::vector<RIndirectString> strings(texts.size());
-  for (auto _ : state) {
-    for (std::size_t i = 0; i < texts.size(); ++i) strings[i] = RIndirectString::FromUtf8(texts[i]);
-    state.PauseTiming();
-    strings.assign(texts.size(), RIndirectString());
-    state.ResumeTiming();
-  }
-  state.SetItemsProcessed(state.iterations() * kRows);
-}
-BENCHMARK(InternStrings)->Unit(benchmark::kMillisecond);
 
 }  // namespace

@@ -23,10 +23,11 @@ class StringPool {
     return *pool;
   }
 
-  Entry* Intern(std::u16string_view text) {
-    auto const hash = StringHash::OfText(text);
-    return GetShard(hash).Intern(text, hash);
-  }
+  Entry* Intern(std::u16string_view text) { return Intern(text, StringHash::OfText(text)); }
+  Entry* Intern(std::u16string_view text, std::uint64_t hash) { return GetShard(hash).Intern(text, hash); }
+
+  /// Begins to fetch what Intern will look at first.
+  void Prefetch(std::uint64_t hash) { GetShard(hash).Prefetch(hash); }
 
   void ReleaseLast(Entry* entry) noexcept {
     auto const dead = GetShard(entry->hash).ReleaseLast(entry);
@@ -72,6 +73,13 @@ class StringPool {
       m_slots[index] = {hash, made.get()};
       ++m_count;
       return made.release();
+    }
+
+    void Prefetch(std::uint64_t hash) {
+      std::lock_guard const guard(m_mutex);
+      if (m_tags.empty()) return;
+      __builtin_prefetch(&m_tags[Home(hash)]);
+      __builtin_prefetch(&m_slots[Home(hash)], 1);
     }
 
     /// Gives the entry back to be deleted when this was its last reference, and null otherwise.
@@ -171,6 +179,35 @@ RIndirectString RIndirectString::FromUtf8(std::string_view utf8) {
   }
   auto const text = OStringCore::fromUtf8(utf8);
   return FromView(text.view());
+}
+
+void RIndirectString::FromUtf8(std::span<std::string_view const> texts, std::span<RIndirectString> strings) {
+  struct Waiting {
+    std::u16string_view text;
+    std::uint64_t hash;
+  };
+  std::array<char16_t, 2048> nearby;
+  std::array<Waiting, 32> group;
+  for (std::size_t done = 0; done < texts.size();) {
+    std::size_t count = 0;
+    for (std::size_t used = 0; count < group.size() && done + count < texts.size(); ++count) {
+      auto const utf8 = texts[done + count];
+      if (utf8.size() > nearby.size() - used) break;
+      std::u16string_view const text(nearby.data() + used, Utf::Utf8ToUtf16(utf8, nearby.data() + used));
+      group[count] = {text, StringHash::OfText(text)};
+      if (!text.empty()) StringPool::Get().Prefetch(group[count].hash);
+      used += text.size();
+    }
+    for (std::size_t i = 0; i < count; ++i) {
+      auto const& [text, hash] = group[i];
+      strings[done + i] =
+          text.empty() ? RIndirectString() : RIndirectString(StringPool::Get().Intern(text, hash));
+    }
+    done += count;
+    if (count > 0) continue;
+    strings[done] = FromUtf8(texts[done]);
+    ++done;
+  }
 }
 
 void RIndirectString::ReleaseLast(Entry* entry) noexcept { StringPool::Get().ReleaseLast(entry); }

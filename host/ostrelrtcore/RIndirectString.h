@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <span>
 #include <string_view>
 #include <utility>
 
@@ -39,6 +40,9 @@ class ORTCORE_API RIndirectString {
   /// These make a string only when the pool doesn't have it yet. Ill-formed UTF-8 becomes U+FFFD.
   static RIndirectString FromView(std::u16string_view text);
   static RIndirectString FromUtf8(std::string_view utf8);
+  /// The same of many texts, into as many places: faster than one by one, since the pool's memory is fetched
+  /// ahead of its use.
+  static void FromUtf8(std::span<std::string_view const> texts, std::span<RIndirectString> strings);
 
   /// The text; valid while any reference to it lives.
   OStringCore const& Get() const noexcept { return m_entry != nullptr ? m_entry->text : GetEmptyText(); }

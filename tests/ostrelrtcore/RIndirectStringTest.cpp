@@ -2,7 +2,9 @@
 
 #include <atomic>
 #include <random>
+#include <span>
 #include <string>
+#include <string_view>
 #include <thread>
 #include <unordered_map>
 #include <unordered_set>
@@ -150,6 +152,23 @@ TEST(RIndirectString, LastReferencesAndNewOnesMeetOnManyThreads) {
   for (auto& thread : threads) thread.join();
   EXPECT_EQ(wrong, 0);
   EXPECT_EQ(CountEntries(), before);
+}
+
+// Long texts stand alone, short ones go in groups, and empty ones never reach the pool.
+TEST(RIndirectString, ManyTextsGiveTheStringsOfEach) {
+  std::vector<std::string> texts;
+  for (std::size_t i = 0; i < 500; ++i) {
+    auto const length = i % 97 == 0 ? 5000 : i % 7 * i % 211;
+    texts.push_back(std::string(length, static_cast<char>('a' + i % 26)) + (i % 5 == 0 ? "" : "\xC3\xA4"));
+  }
+  std::vector<std::string_view> const views(texts.begin(), texts.end());
+  std::vector<RIndirectString> strings(texts.size());
+  RIndirectString::FromUtf8(views, strings);
+  for (std::size_t i = 0; i < texts.size(); ++i) {
+    EXPECT_EQ(strings[i], RIndirectString::FromUtf8(texts[i])) << i;
+    EXPECT_EQ(strings[i].Get().toUtf8(), texts[i]) << i;
+  }
+  RIndirectString::FromUtf8(std::span<std::string_view const>(), {});
 }
 
 }  // namespace

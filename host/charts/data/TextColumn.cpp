@@ -1,7 +1,10 @@
 #include "charts/data/TextColumn.h"
 
+#include <array>
 #include <cstring>
 #include <optional>
+#include <span>
+#include <utility>
 
 #include "charts/data/DateText.h"
 #include "charts/data/NumberText.h"
@@ -135,17 +138,34 @@ std::size_t TextColumn::ReadBools(FieldBlock const& block, std::size_t row) {
 }
 
 std::size_t TextColumn::ReadStrings(FieldBlock const& block, std::size_t row, RecentStrings& strings) {
+  if (stringsDiffer_) return ReadDifferentStrings(block, row);
   auto const first = row;
   std::size_t misses = 0;
   for (; row < block.count; ++row) {
     auto const& field = block.Get(row);
-    if (field.hasDoubledQuotes || stringsDiffer_) {
+    if (field.hasDoubledQuotes) {
       store_.AppendString(RIndirectString::FromUtf8(field.GetText(scratch_)));
     } else {
       store_.AppendString(strings.Get(field.GetRawText(), misses));
     }
   }
-  stringsDiffer_ = stringsDiffer_ || (row - first >= kTellingRows && misses > (row - first) / 4 * 3);
+  stringsDiffer_ = row - first >= kTellingRows && misses > (row - first) / 4 * 3;
+  return row;
+}
+
+std::size_t TextColumn::ReadDifferentStrings(FieldBlock const& block, std::size_t row) {
+  std::array<std::string_view, 64> texts;
+  std::array<RIndirectString, 64> strings;
+  while (row < block.count) {
+    std::size_t count = 0;
+    while (count < texts.size() && row < block.count && !block.Get(row).hasDoubledQuotes) {
+      texts[count++] = block.Get(row++).GetRawText();
+    }
+    RIndirectString::FromUtf8(std::span(texts.data(), count), std::span(strings.data(), count));
+    for (std::size_t i = 0; i < count; ++i) store_.AppendString(std::move(strings[i]));
+    if (row == block.count || !block.Get(row).hasDoubledQuotes) continue;
+    store_.AppendString(RIndirectString::FromUtf8(block.Get(row++).GetText(scratch_)));
+  }
   return row;
 }
 

@@ -55,6 +55,7 @@ class TextColumn {
   std::size_t ReadDates(FieldBlock const& block, std::size_t row);
   std::size_t ReadBools(FieldBlock const& block, std::size_t row);
   std::size_t ReadStrings(FieldBlock const& block, std::size_t row, RecentStrings& strings);
+  std::size_t ReadDifferentStrings(FieldBlock const& block, std::size_t row);
   template <typename Accept>
   std::size_t ReadWhile(FieldBlock const& block, std::size_t row, Accept accept);
   bool AppendMissing(std::string_view text);

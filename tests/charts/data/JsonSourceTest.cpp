@@ -104,10 +104,11 @@ TEST(JsonSourceTest, BadDocumentsAreRefusedWithTheirPlace) {
       {"[{\"a\":" + nested(300) + "}]", "", "a.json: row 1: nested more than 200 levels deep"},
       {"{\"a\":" + nested(100'000) + "}", "b", "a.json: nested more than 200 levels deep"},
   };
-  for (auto const& [text, property, message] : cases) {
+  for (auto const& bad : cases) {
     DataFormat format;
-    format.property = property;
-    EXPECT_EQ(MessageOf([&] { LoadText(text, "a.json", format); }), message) << text.substr(0, 60);
+    format.property = bad.property;
+    EXPECT_EQ(MessageOf([&] { LoadText(bad.text, "a.json", format); }), bad.message)
+        << bad.text.substr(0, 60);
   }
   auto const longName = "[{\"" + std::string(5000, 'x') + "\":1}]";
   EXPECT_EQ(MessageOf([&] { LoadText(longName, "a.json"); }),

@@ -59,8 +59,9 @@ TEST(LoadTableTest, MessagesNameThePlaceInTheChart) {
       {R"({"values":[1],"format":{"feature":"land"}})",
        "$.data.format.feature: is not supported; type, delimiter, property and parse are"},
   };
-  for (auto const& [data, message] : cases) {
-    EXPECT_EQ(MessageOf([&] { LoadTable(nlohmann::json::parse(data), "$.data", kRoots); }), message) << data;
+  for (auto const& bad : cases) {
+    EXPECT_EQ(MessageOf([&] { LoadTable(nlohmann::json::parse(bad.data), "$.data", kRoots); }), bad.message)
+        << bad.data;
   }
 }
 
