@@ -54,11 +54,10 @@ std::shared_ptr<ort::core::StoreValue> ColumnStore::Finish(StoreType emptyType) 
   if (store.type_ == StoreType::Empty && emptyType == StoreType::String) store.TurnIntoStrings();
   auto const type = store.type_ == StoreType::Empty ? emptyType : store.type_;
   auto const make = [&store, type](auto values) {
-    using Values = decltype(values);
-    return ort::core::factory::MakeArray(
-        StoreTypeInfo(type, false), std::make_unique<Values>(std::move(values)),
-        std::make_unique<std::vector<int>>(std::move(store.specialRows_)),
-        std::make_unique<std::vector<SpecialKind>>(std::move(store.specialKinds_)));
+    auto const owner = std::make_shared<decltype(values)>(std::move(values));
+    return ort::core::factory::detail::MakeColumn(StoreTypeInfo(type, false), GetStorageClass(type),
+                                                  owner->data(), owner->size(), owner, &store.specialRows_,
+                                                  &store.specialKinds_);
   };
   if (type == StoreType::String) return make(std::move(store.strings_));
   if (type != StoreType::Bool) return make(std::move(store.bits_));

@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "charts/data/PooledAllocator.h"
 #include "ostrelrtcore/Factory.h"
 
 namespace ostrel::charts {
@@ -76,6 +77,9 @@ class ColumnStore {
   std::shared_ptr<ort::core::StoreValue> Finish(StoreType emptyType = StoreType::Real64);
 
  private:
+  template <typename T>
+  using Pooled = std::vector<T, PooledAllocator<T>>;
+
   bool AppendBits(StoreType type, std::uint64_t bits) {
     if (type_ != type) {
       if (type_ != StoreType::Empty) return false;
@@ -87,8 +91,8 @@ class ColumnStore {
   void TurnIntegersIntoReals();
 
   StoreType type_ = StoreType::Empty;
-  std::vector<std::uint64_t> bits_;  // of a String column empty
-  std::vector<ort::core::RIndirectString> strings_;
+  Pooled<std::uint64_t> bits_;  // of a String column empty
+  Pooled<ort::core::RIndirectString> strings_;
   std::vector<int> specialRows_;
   std::vector<SpecialKind> specialKinds_;
 };

@@ -156,20 +156,19 @@ fs::path ResolveDataPath(std::string const& path, DataRoots const& roots) {
   return std::move(resolved.file);
 }
 
-std::string ReadDataFile(std::string const& path, DataRoots const& roots) {
+DataText ReadDataFile(std::string const& path, DataRoots const& roots) {
   auto const descriptor = Open(path, Resolve(path, roots));
   auto const size = CheckFile(path, descriptor.Get());
-  std::string content(size, '\0');
+  ort::core::PooledBuffer content(size);
   std::size_t done = 0;
   while (done < size) {
-    auto const count = read(descriptor.Get(), content.data() + done, size - done);
+    auto const count = read(descriptor.Get(), static_cast<char*>(content.data()) + done, size - done);
     if (count < 0 && errno == EINTR) continue;
     if (count < 0) FailWithSystemError(path, errno);
     if (count == 0) break;
     done += static_cast<std::size_t>(count);
   }
-  content.resize(done);
-  return content;
+  return {std::move(content), done};
 }
 
 }  // namespace ostrel::charts

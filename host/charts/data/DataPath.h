@@ -2,6 +2,10 @@
 
 #include <filesystem>
 #include <string>
+#include <string_view>
+#include <utility>
+
+#include "ostrelrtcore/BufferPool.h"
 
 namespace ostrel::charts {
 
@@ -17,8 +21,19 @@ struct DataRoots {
 /// is not a regular file.
 std::filesystem::path ResolveDataPath(std::string const& path, DataRoots const& roots);
 
+/// A file's content in memory.
+class DataText {
+ public:
+  DataText(ort::core::PooledBuffer buffer, std::size_t size) : buffer_(std::move(buffer)), size_(size) {}
+  std::string_view Get() const { return {static_cast<char const*>(buffer_.data()), size_}; }
+
+ private:
+  ort::core::PooledBuffer buffer_;
+  std::size_t size_;
+};
+
 /// The file's content. What is read is the file that was checked, also when links are changed meanwhile.
 /// Throws DataError as ResolveDataPath does, and for more than 2 GiB.
-std::string ReadDataFile(std::string const& path, DataRoots const& roots);
+DataText ReadDataFile(std::string const& path, DataRoots const& roots);
 
 }  // namespace ostrel::charts

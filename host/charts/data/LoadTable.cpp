@@ -139,7 +139,7 @@ DataTable LoadFile(std::string const& path, DataRoots const& roots, DataFormat c
   // Before the file is read, since it may be long.
   if (format.type == DataFormatType::FromExtension) FindType(path);
   auto const content = ReadDataFile(path, roots);
-  return LoadText(content, path, format);
+  return LoadText(content.Get(), path, format);
 }
 
 DataTable LoadValues(json const& values, std::string const& sourceName, DataFormat const& format) {

@@ -4,6 +4,7 @@
 #include <unicode/utf8.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 
 #include "charts/data/DataTable.h"
@@ -34,23 +35,26 @@ std::size_t CheckCharacters(std::string_view text, std::size_t offset, std::size
   return offset;
 }
 
-/// What a block holds, in byte-wide counters and a loop of fixed length, which compilers turn into vector
-/// code.
+/// What a block holds.
 struct BlockFacts {
   std::uint8_t highBits = 0;
   std::uint8_t zeros = 0;
   std::uint8_t breaks = 0;
-
-  template <std::size_t N>
-  void Add(char const* bytes) {
-    for (std::size_t i = 0; i < N; ++i) {
-      auto const byte = static_cast<std::uint8_t>(bytes[i]);
-      highBits |= byte;
-      zeros = static_cast<std::uint8_t>(zeros | (byte == 0 ? 1 : 0));
-      breaks = static_cast<std::uint8_t>(breaks + (byte == '\n' ? 1 : 0) + (byte == '\r' ? 1 : 0));
-    }
-  }
 };
+
+/// Byte-wide counters of its own and a loop of fixed length, which compilers turn into vector code.
+BlockFacts LookAt(char const* bytes) {
+  std::uint8_t highBits = 0;
+  std::uint8_t zeros = 0;
+  std::uint8_t breaks = 0;
+  for (std::size_t i = 0; i < kBlock; ++i) {
+    auto const byte = static_cast<std::uint8_t>(bytes[i]);
+    highBits |= byte;
+    zeros = static_cast<std::uint8_t>(zeros | (byte == 0 ? 1 : 0));
+    breaks = static_cast<std::uint8_t>(breaks + (byte == '\n' ? 1 : 0) + (byte == '\r' ? 1 : 0));
+  }
+  return {highBits, zeros, breaks};
+}
 
 }  // namespace
 
@@ -61,9 +65,12 @@ std::size_t CheckText(std::string_view text, std::string const& sourceName) {
     auto const count = std::min(kBlock, text.size() - start);
     BlockFacts facts;
     if (count == kBlock) {
-      facts.Add<kBlock>(text.data() + start);
+      facts = LookAt(text.data() + start);
     } else {
-      for (std::size_t i = start; i < text.size(); ++i) facts.Add<1>(text.data() + i);
+      std::array<char, kBlock> padded;
+      padded.fill(' ');
+      text.copy(padded.data(), count, start);
+      facts = LookAt(padded.data());
     }
     lineBreaks += facts.breaks;
     // The last character of the block before may reach into this one.

@@ -72,7 +72,7 @@ TEST_F(DataPathTest, FilesBelowTheFoldersAreRead) {
                         {"in.csv", {top_ / "chart/", top_ / "root/"}, "chart/in.csv"}};
   for (auto const& [path, roots, file] : cases) {
     EXPECT_EQ(ResolveDataPath(path, roots), top_ / file) << path;
-    EXPECT_EQ(ReadDataFile(path, roots), "a\n1\n") << path;
+    EXPECT_EQ(ReadDataFile(path, roots).Get(), "a\n1\n") << path;
   }
 }
 
