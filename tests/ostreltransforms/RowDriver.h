@@ -62,7 +62,7 @@ void ExpectSame(std::vector<T> const& got, std::vector<T> const& expected, char 
                 std::size_t place) {
   ASSERT_EQ(got.size(), expected.size()) << shape << " " << place;
   for (std::size_t row = 0; row < got.size(); ++row) {
-    EXPECT_TRUE(Same<T>(got[row], expected[row]))
+    EXPECT_TRUE(Same(T(got[row]), T(expected[row])))
         << "row " << row << ", " << shape << " " << place << ": got " << testing::PrintToString(T(got[row]))
         << ", expected " << testing::PrintToString(T(expected[row]));
   }

@@ -16,7 +16,11 @@ inline std::pair<double, ort::core::SpecialKind> ConvertDateToReal64Special(ort:
   return {date.ToDouble(), ort::core::SpecialKind::None};
 }
 
-inline int GetMonth(ort::core::OrtDateTime date) { return date.GetOrtDateTimeParts().GetMonth(); }
-inline int GetYear(ort::core::OrtDateTime date) { return date.GetOrtDateTimeParts().GetYear(); }
+[[gnu::flatten]] inline int GetMonth(ort::core::OrtDateTime date) {
+  return date.GetOrtDateTimeParts().GetMonth();
+}
+[[gnu::flatten]] inline int GetYear(ort::core::OrtDateTime date) {
+  return date.GetOrtDateTimeParts().GetYear();
+}
 
 }  // namespace OstrelTransforms

@@ -18,21 +18,38 @@ namespace detail {
 inline constexpr std::uint64_t kMantissaMask = 0x000F'FFFF'FFFF'FFFF;
 inline constexpr double kLn2High = 6.93147180369123816490e-01;  // 33 bits: exact times any exponent
 inline constexpr double kLn2Low = 1.90821492927058770002e-10;
+
+// Bits where a condition holds, else zero. Compilers turn a choice between doubles into a branch, which keeps
+// a loop from vector instructions; this they don't.
+[[gnu::always_inline]] inline std::uint64_t BitsIf(bool condition, std::uint64_t bits) {
+  return (std::uint64_t{0} - static_cast<std::uint64_t>(condition)) & bits;
+}
+[[gnu::always_inline]] inline double NumberIf(bool condition, double number) {
+  return std::bit_cast<double>(BitsIf(condition, std::bit_cast<std::uint64_t>(number)));
+}
+
+[[gnu::always_inline]] inline float FloatIf(bool condition, float number) {
+  std::uint32_t const mask = std::uint32_t{0} - static_cast<std::uint32_t>(condition);
+  return std::bit_cast<float>(mask & std::bit_cast<std::uint32_t>(number));
+}
+
 }  // namespace detail
 
-// For x above zero, infinity included; a NaN gives itself.
+// Minus infinity for zero and for every number below; infinity and NaN give themselves.
 [[gnu::always_inline]] inline double NaturalLogarithm(double x) {
   // x = 2^k m with m in [sqrt(1/2), sqrt(2)). Subnormal numbers are scaled into the normal range first.
   constexpr std::uint64_t sqrtHalf = 0x3FE6'A09E'667F'3BCD;
+  constexpr std::uint64_t one = 0x3FF0'0000'0000'0000;
   constexpr double leastNormal = std::numeric_limits<double>::min();
+  constexpr double infinity = std::numeric_limits<double>::infinity();
   bool const isSubnormal = x < leastNormal;
-  double const scaled = x * 0x1p54;
-  double const normal = isSubnormal ? scaled : x;
-  std::uint64_t const shifted = std::bit_cast<std::uint64_t>(normal) + (0x3FF0'0000'0000'0000 - sqrtHalf);
+  double const factor = std::bit_cast<double>(one + detail::BitsIf(isSubnormal, std::uint64_t{54} << 52));
+  double const normal = x * factor;
+  std::uint64_t const shifted = std::bit_cast<std::uint64_t>(normal) + (one - sqrtHalf);
   double const m = std::bit_cast<double>((shifted & detail::kMantissaMask) + sqrtHalf);
   // The biased exponent becomes a double by standing in the mantissa of 2^52.
   double const biased = std::bit_cast<double>((shifted >> 52) | 0x4330'0000'0000'0000);
-  double const k = biased - (isSubnormal ? 0x1p52 + 1023.0 + 54.0 : 0x1p52 + 1023.0);
+  double const k = biased - (0x1p52 + 1023.0) - detail::NumberIf(isSubnormal, 54.0);
 
   double const f = m - 1.0;
   double const s = f / (2.0 + f);
@@ -46,15 +63,20 @@ inline constexpr double kLn2Low = 1.90821492927058770002e-10;
   double const halfSquare = 0.5 * f * f;
   double const tail = s * (halfSquare + (odd + even)) + k * detail::kLn2Low;
   double const result = k * detail::kLn2High - ((halfSquare - tail) - f);
-  return x < std::numeric_limits<double>::infinity() ? result : x;
+  // Zero leaves the result as it is; infinities and NaN win.
+  std::uint64_t const beyond = detail::BitsIf(!(x < infinity), std::bit_cast<std::uint64_t>(x)) |
+                               detail::BitsIf(x <= 0.0, std::bit_cast<std::uint64_t>(-infinity));
+  return result + std::bit_cast<double>(beyond);
 }
 
 // For every x; overflow gives infinity, a NaN itself.
 [[gnu::always_inline]] inline double Exponential(double x) {
   // Beyond these the result is infinity or zero all the same.
-  constexpr double farthest = 746.0;
-  double const below = x > farthest ? farthest : x;
-  double const bounded = below < -farthest ? -farthest : below;
+  constexpr auto farthest = std::bit_cast<std::uint64_t>(746.0);
+  auto const bits = std::bit_cast<std::uint64_t>(x);
+  std::uint64_t const sign = bits & 0x8000'0000'0000'0000;
+  bool const isFar = std::bit_cast<double>(bits ^ sign) > std::bit_cast<double>(farthest);
+  double const bounded = std::bit_cast<double>(bits ^ detail::BitsIf(isFar, bits ^ (sign | farthest)));
 
   // x = k ln 2 + r with |r| <= ln 2 / 2; adding 1.5 * 2^52 rounds to an integer and leaves it in the low
   // bits.

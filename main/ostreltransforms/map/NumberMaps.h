@@ -3,9 +3,9 @@
 #include <bit>
 #include <cmath>
 #include <cstdint>
-#include <limits>
 
 #include "ostrelsys/IntTypes.h"
+#include "ostreltransforms/map/ElementaryFunctions.h"
 
 namespace OstrelTransforms {
 
@@ -46,13 +46,30 @@ class AddIfLessThanFunctor {
 
 inline double AbsoluteValue(double x) { return std::fabs(x); }
 
-// The nearest integer, halves away from zero; saturates, and gives 0 for NaN.
-inline ort::core::int64 Round(double x) {
-  using Limits = std::numeric_limits<ort::core::int64>;
-  if (std::isnan(x)) return 0;
-  if (x >= 0x1p63) return Limits::max();
-  if (x <= -0x1p63) return Limits::min();
-  return static_cast<ort::core::int64>(std::round(x));
+// The nearest integer, halves away from zero; saturates, and gives 0 for NaN. Without branches and without
+// conversions that vector instructions lack.
+[[gnu::always_inline]] inline ort::core::int64 Round(double x) {
+  using detail::BitsIf;
+  constexpr std::uint64_t integers = 0x4330'0000'0000'0000;  // 2^52: from here on there are no fractions
+  auto const bits = std::bit_cast<std::uint64_t>(x);
+  std::uint64_t const sign = bits >> 63;
+  std::uint64_t const magnitudeBits = bits & ~(std::uint64_t{1} << 63);
+  auto const magnitude = std::bit_cast<double>(magnitudeBits);
+
+  // Below 2^52: to the nearest even integer, then a half that went down goes up.
+  double const even = (magnitude + 0x1p52) - 0x1p52;
+  double const rounded =
+      even + std::bit_cast<double>(BitsIf(magnitude - even == 0.5, std::bit_cast<std::uint64_t>(1.0)));
+  std::uint64_t const small = std::bit_cast<std::uint64_t>(rounded + 0x1p52) - integers;
+  // From 2^52 to 2^63: the mantissa shifted by the exponent.
+  std::uint64_t const mantissa = (magnitudeBits & detail::kMantissaMask) | (std::uint64_t{1} << 52);
+  std::uint64_t const large = mantissa << (((magnitudeBits >> 52) - 1075) & 15);
+  std::uint64_t const greatest = (std::uint64_t{1} << 63) - 1 + sign;
+
+  std::uint64_t const result = BitsIf(magnitude < 0x1p52, small) |
+                               BitsIf((magnitude >= 0x1p52) & (magnitude < 0x1p63), large) |
+                               BitsIf(magnitude >= 0x1p63, greatest);
+  return static_cast<ort::core::int64>((result ^ (0 - sign)) + sign);
 }
 
 }  // namespace OstrelTransforms
