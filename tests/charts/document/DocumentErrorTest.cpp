@@ -1,0 +1,442 @@
+#include <fmt/format.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "charts/document/ChartDocument.h"
+
+namespace ostrel::charts {
+
+namespace {
+
+struct Case {
+  std::string text;
+  std::string message;  ///< without the file's name
+};
+
+std::string MessageOf(std::string const& json) {
+  try {
+    ParseChartDocument(json, "a.vl.json");
+  } catch (DocumentError const& error) {
+    return error.what();
+  }
+  return "accepted";
+}
+
+/// Every case's text, put into a document, gives its message; an empty message means that it is accepted.
+void ExpectMessages(std::string const& before, std::string const& after, std::vector<Case> const& cases) {
+  for (auto const& [text, message] : cases) {
+    auto const expected = message.empty() ? "accepted" : "a.vl.json: " + message;
+    EXPECT_EQ(MessageOf(before + text + after), expected) << text;
+  }
+}
+
+void ExpectOfRoot(std::vector<Case> const& cases) {
+  ExpectMessages(R"({"data": {"url": "a.csv"}, "mark": "point", )", "}", cases);
+}
+void ExpectOfMark(std::vector<Case> const& cases) {
+  ExpectMessages(R"({"data": {"url": "a.csv"}, "mark": )", "}", cases);
+}
+void ExpectOfEncoding(std::vector<Case> const& cases) {
+  ExpectMessages(R"({"data": {"url": "a.csv"}, "mark": "point", "encoding": {)", "}}", cases);
+}
+/// Of channel x with a quantitative field.
+void ExpectOfX(std::vector<Case> const& cases) {
+  ExpectMessages(
+      R"({"data": {"url": "a.csv"}, "mark": "point", "encoding": {"x": {"field": "a", "type": "quantitative", )",
+      "}}}", cases);
+}
+
+}  // namespace
+
+TEST(DocumentErrors, MalformedTextNamesLineAndColumn) {
+  struct Text {
+    std::string text;
+    std::string message;
+  };
+  std::vector<Text> const cases = {
+      {"",
+       "a.vl.json:1:1: syntax error while parsing value - unexpected end of input; expected '[', '{', or a "
+       "literal"},
+      {"{\n  \"mark\": point\n}",
+       "a.vl.json:2:11: syntax error while parsing value - invalid literal; last read: '\"mark\": p'"},
+      {"{\"a\": 1,}",
+       "a.vl.json:1:9: syntax error while parsing object key - unexpected '}'; expected string literal"},
+      {"{} {}", "a.vl.json:1:4: syntax error while parsing value - unexpected '{'; expected end of input"},
+      {"{\"width\": 1e999}", "a.vl.json:1:15: number overflow parsing '1e999'"},
+      {std::string("{\n\"a\0\": 1}", 10), "a.vl.json:2:3: a NUL byte (offset 4)"},
+      {"{\"\xC3\xA9\xFF\": 1}", "a.vl.json:1:4: byte 0xFF is not valid UTF-8 here (offset 4)"},
+      {"{\"name\": \"\\ud800\"}",
+       "a.vl.json:1:17: syntax error while parsing value - invalid string: surrogate U+D800..U+DBFF must be "
+       "followed by U+DC00..U+DFFF; last read: '\"\\ud800\"'"},
+      {"[]", "a.vl.json: $: expects an object, not an array"},
+      {"null", "a.vl.json: $: expects an object, not null"},
+  };
+  for (auto const& [text, message] : cases) EXPECT_EQ(MessageOf(text), message) << text;
+}
+
+TEST(DocumentErrors, DepthAndSizeAreLimited) {
+  auto const nested = [](std::size_t levels, std::string const& open, std::string const& close) {
+    std::string text;
+    for (std::size_t i = 0; i < levels; ++i) text += open;
+    for (std::size_t i = 0; i < levels; ++i) text += close;
+    return text;
+  };
+  auto const deep = std::string("a.vl.json: nested deeper than 200 levels");
+  EXPECT_EQ(MessageOf(nested(200, "[", "]")), "a.vl.json: $: expects an object, not an array");
+  EXPECT_EQ(MessageOf(nested(201, "[", "]")), deep);
+  EXPECT_EQ(MessageOf(nested(1'000'000, "[", "")), deep);
+  EXPECT_EQ(MessageOf(nested(300'000, "{\"data\":", "")), deep);
+  EXPECT_EQ(MessageOf(std::string((64 << 20) + 1, ' ')),
+            "a.vl.json: 67108865 bytes are more than 64 MiB; keep the data in a file of its own");
+}
+
+TEST(DocumentErrors, LongListsAndTextsAreRefusedWithoutTheirContent) {
+  std::string list = "0";
+  for (int i = 0; i < 10'000; ++i) list += ",0";
+  std::string members;
+  for (int i = 0; i < 10'001; ++i) members += fmt::format("{}\"m{}\": 0", i > 0 ? "," : "", i);
+  auto const lines = [](std::size_t bytes) { return "\"" + std::string(bytes, 'x') + "\""; };
+  ExpectOfX({{"\"axis\": {\"values\": [" + list + "]}",
+              "$.encoding.x.axis.values: 10001 elements are more than 10000"}});
+  ExpectOfRoot({
+      {"\"title\": " + lines(65'536), ""},
+      {"\"title\": " + lines(65'537), "$.title: 65537 bytes of text are more than 65536"},
+      {"\"title\": [" + lines(40'000) + "," + lines(40'000) + "]",
+       "$.title: the lines have more than 65536 bytes"},
+      {"\"encoding\": {" + members + "}", "$.encoding: 10001 properties are more than 10000"},
+      {lines(500) + ": 1",
+       "$['" + std::string(64, 'x') +
+           "...']: is not supported; use one of $schema, name, title, "
+           "description, width, height, background, padding, data, mark, encoding, config"},
+      {R"("width": )" + lines(100),
+       "$.width: \"" + std::string(64, 'x') + "...\" is not supported; use a number of pixels"},
+  });
+}
+
+TEST(DocumentErrors, TheFirstInTheDocumentIsReported) {
+  ExpectMessages("{", "}",
+                 {{R"("width": "w", "height": "h", "mark": "arc")",
+                   "$.width: \"w\" is not supported; use a number of pixels"},
+                  {R"("mark": "arc", "height": "h", "width": "w")",
+                   "$.mark: \"arc\" is not supported; use one of point, circle, square, line"},
+                  {R"("encoding": {"y": {"field": ""}, "x": {"field": ""}})",
+                   "$.encoding.y.field: expects the name of a field"}});
+}
+
+TEST(DocumentErrors, APropertyStandsOnce) {
+  ExpectOfRoot({{R"("mark": "line")", "$: the property \"mark\" stands twice"}});
+  ExpectOfEncoding(
+      {{R"("x": {"field": "a", "field": "b"})", "$.encoding.x: the property \"field\" stands twice"}});
+  ExpectMessages("", "",
+                 {{R"({"data": {"values": [{"a": 1}, {"a": 1, "b": [{"c d": {"e": 1, "e": 2}}]}]}})",
+                   "$.data.values[1].b[0]['c d']: the property \"e\" stands twice"}});
+}
+
+TEST(DocumentErrors, TopLevel) {
+  auto const plots =
+      std::string("several plots in one document are not supported; write a document for each");
+  auto const schema =
+      std::string(" is not supported; use \"https://vega.github.io/schema/vega-lite/v6.json\" or v5");
+  ExpectOfRoot({
+      {R"("$schema": "https://vega.github.io/schema/vega-lite/v5.json")", ""},
+      {R"("$schema": "https://vega.github.io/schema/vega-lite/v6.1.0.json")", ""},
+      {R"("$schema": "http://vega.github.io/schema/vega-lite/v5.20.1-rc.1.json")", ""},
+      {R"("$schema": "https://vega.github.io/schema/vega-lite/v4.json")",
+       "$.$schema: \"https://vega.github.io/schema/vega-lite/v4.json\"" + schema},
+      {R"("$schema": "https://vega.github.io/schema/vega-lite/v55.json")",
+       "$.$schema: \"https://vega.github.io/schema/vega-lite/v55.json\"" + schema},
+      {R"("$schema": "https://vega.github.io/schema/vega/v5.json")",
+       "$.$schema: \"https://vega.github.io/schema/vega/v5.json\"" + schema},
+      {R"("title": 5)", "$.title: expects a text, not 5"},
+      {R"("title": ["a", null])", "$.title[1]: expects a text, not null"},
+      {R"("title": {"subtitle": "s"})", "$.title.text: is missing"},
+      {R"("title": {"text": "t", "anchor": "end"})",
+       "$.title.anchor: is not supported; use one of text, subtitle"},
+      {R"("title": "a\u0000b")", "$.title: the text has a NUL character"},
+      {R"("width": 0)", "$.width: expects a number above 0 and at most 20000, not 0"},
+      {R"("width": -3)", "$.width: expects a number above 0 and at most 20000, not -3"},
+      {R"("height": 20000)", ""},
+      {R"("height": 20000.5)", "$.height: expects a number above 0 and at most 20000, not 20000.5"},
+      {R"("height": 1e308)", "$.height: expects a number above 0 and at most 20000, not 1e+308"},
+      {R"("width": "container")", "$.width: \"container\" is not supported; use a number of pixels"},
+      {R"("width": {"step": 17})", "$.width: a size for each step is not supported; use a number of pixels"},
+      {R"("background": null)", "$.background: expects a text, not null"},
+      {R"("padding": {"left": 5})", "$.padding: a padding for each side is not supported; use one number"},
+      {R"("padding": -1)", "$.padding: expects a number from 0 to 20000, not -1"},
+      {R"("autosize": "fit")",
+       "$.autosize: is not supported; use width and height, which measure the plotting area"},
+      {R"("config": {})", ""},
+      {R"("config": {"view": {"stroke": null}})",
+       "$.config.view: is not supported; set the properties of the mark, scale, axis or legend itself"},
+      {R"("config": [])", "$.config: expects an object, not an array"},
+      {R"("layer": [])", "$.layer: " + plots},
+      {R"("hconcat": [])", "$.hconcat: " + plots},
+      {R"("repeat": {})", "$.repeat: " + plots},
+      {R"("facet": {})", "$.facet: " + plots},
+      {R"("resolve": {})", "$.resolve: " + plots},
+      {R"("transform": [])", "$.transform: transforms are not supported; transform the data beforehand"},
+      {R"("params": [])", "$.params: interaction is not supported; leave it out"},
+      {R"("projection": {})", "$.projection: maps are not supported; use the channels x and y"},
+      {R"("datasets": {})", "$.datasets: named data are not supported; use data.values"},
+      {R"("wdith": 5)", "$.wdith: unknown property; did you mean \"width\"?"},
+  });
+}
+
+TEST(DocumentErrors, DataAndMarkAreNeeded) {
+  ExpectMessages(
+      "{", "}",
+      {{R"("mark": "point")", "$.data: is missing; give {\"url\": ...} or {\"values\": [...]}"},
+       {R"("data": {"values": []})", "$.mark: is missing; use one of point, circle, square, line"}});
+  ExpectMessages(
+      R"({"mark": "point", "data": )", "}",
+      {{"null", "$.data: expects an object, not null"},
+       {"{}", "$.data: expects url or values"},
+       {R"({"name": "table"})", "$.data: expects url or values"},
+       {R"({"url": "a.csv", "values": []})", "$.data.values: is given beside url; leave one of them out"},
+       {R"({"url": 5})", "$.data.url: expects a text, not 5"},
+       {R"({"sequence": {"stop": 5}})",
+        "$.data.sequence: generated data are not supported; use url or values"},
+       {R"({"uri": "a.csv"})", "$.data.uri: unknown property; did you mean \"url\"?"}});
+}
+
+TEST(DocumentErrors, Marks) {
+  ExpectOfMark({
+      {"null", "$.mark: null is not supported; use one of point, circle, square, line"},
+      {"{}", "$.mark.type: is missing; use one of point, circle, square, line"},
+      {R"({"type": "bar"})", "$.mark.type: \"bar\" is not supported; use one of point, circle, square, line"},
+      {R"({"type": "point", "opacity": 1.01})", "$.mark.opacity: expects a number from 0 to 1, not 1.01"},
+      {R"({"type": "point", "size": -1})", "$.mark.size: expects a number of at least 0, not -1"},
+      {R"({"type": "point", "size": "9"})", "$.mark.size: expects a number, not \"9\""},
+      {R"({"type": "point", "color": {"gradient": "linear"}})",
+       "$.mark.color: expects a text, not an object"},
+      {R"({"type": "point", "shape": "star"})",
+       "$.mark.shape: \"star\" is not supported; use one of circle, square, cross, diamond, triangle-up, "
+       "triangle-down, triangle-right, triangle-left"},
+      {R"({"type": "point", "strokeDash": [4, -2]})",
+       "$.mark.strokeDash[1]: expects a number of at least 0, not -2"},
+      {R"({"type": "point", "tooltip": true})", "$.mark.tooltip: tooltips are not supported; leave it out"},
+      {R"({"type": "point", "tooltip": null})", ""},
+      {R"({"type": "point", "filed": true})", "$.mark.filed: unknown property; did you mean \"filled\"?"},
+      {R"({"type": "circle", "shape": "cross"})", "$.mark.shape: is for the mark point only"},
+      {R"({"type": "square", "interpolate": "step"})", "$.mark.interpolate: is for the mark line only"},
+      {R"({"type": "point", "point": true})", "$.mark.point: is for the mark line only"},
+      {R"({"type": "line", "point": "transparent"})",
+       "$.mark.point: expects true or false, not \"transparent\""},
+      {R"({"type": "line", "interpolate": "basis"})",
+       "$.mark.interpolate: \"basis\" is not supported; use one of linear, step-before, step-after, step, "
+       "monotone"},
+      {R"({"type": "line", "size": 3})", "$.mark.size: a line has no size; use strokeWidth"},
+      {R"({"type": "line", "filled": true})", "$.mark.filled: a line is not filled; leave it out"},
+  });
+  ExpectOfMark({
+      {R"("circle", "encoding": {"shape": {"field": "a"}})",
+       "$.encoding.shape: only the mark point has shapes; use \"point\" or leave it out"},
+      {R"("line", "encoding": {"size": {"field": "a", "type": "quantitative"}})",
+       "$.encoding.size: a line has no size; use the mark's strokeWidth"},
+  });
+}
+
+TEST(DocumentErrors, Channels) {
+  ExpectOfEncoding({
+      {R"("x": {})", "$.encoding.x: expects a field or a value"},
+      {R"("x": null)", "$.encoding.x: expects an object, not null"},
+      {R"("detail": {})", "$.encoding.detail: expects a field"},
+      {R"("detail": [{"field": "a"}])",
+       "$.encoding.detail: several fields are not supported; give one object with a field"},
+      {R"("detail": {"value": 1})", "$.encoding.detail.value: a constant has no effect here; use a field"},
+      {R"("x": {"field": "a", "type": "quant"})",
+       "$.encoding.x.type: \"quant\" is not supported; use one of quantitative, temporal, ordinal, nominal"},
+      {R"("x": {"field": {"repeat": "row"}})",
+       "$.encoding.x.field: repeated fields are not supported; name one field"},
+      {R"("x": {"field": "a", "bin": true})",
+       "$.encoding.x.bin: binning is not supported; compute the bins in the data"},
+      {R"("x": {"field": "a", "bin": false, "stack": null})", ""},
+      {R"("y": {"aggregate": "count"})",
+       "$.encoding.y.aggregate: aggregation is not supported; compute the aggregates in the data"},
+      {R"("y": {"field": "a", "stack": "zero"})",
+       "$.encoding.y.stack: stacking is not supported; compute the sums in the data"},
+      {R"("x": {"field": "a", "timeUnit": "year"})",
+       "$.encoding.x.timeUnit: time units are not supported; compute the periods in the data"},
+      {R"("x": {"datum": 5})",
+       "$.encoding.x.datum: constants of the data are not supported; use a field, or a value"},
+      {R"("x": {"field": "a", "legend": null})",
+       "$.encoding.x.legend: is not supported; use one of field, type, title, scale, axis, sort"},
+      {R"("x2": {"field": "a"})", "$.encoding.x2: spans are not supported; use x and y"},
+      {R"("tooltip": {"field": "a"})", "$.encoding.tooltip: tooltips are not supported; leave it out"},
+      {R"("longitude": {"field": "a"})", "$.encoding.longitude: maps are not supported; use x and y"},
+      {R"("colour": {"field": "a"})", "$.encoding.colour: unknown property; did you mean \"color\"?"},
+      {R"("shape": {"field": "a", "type": "quantitative"})",
+       "$.encoding.shape.type: a shape needs a nominal or ordinal field"},
+  });
+}
+
+TEST(DocumentErrors, Constants) {
+  auto const both = std::string("is for fields; give a field or a value, not both");
+  ExpectOfEncoding({
+      {R"("x": {"value": 5, "field": "a"})", "$.encoding.x.field: " + both},
+      {R"("color": {"scale": {}, "value": "red"})", "$.encoding.color.scale: " + both},
+      {R"("x": {"value": "width"})", "$.encoding.x.value: expects a number of pixels, not \"width\""},
+      {R"("color": {"value": 5})", "$.encoding.color.value: expects a text, not 5"},
+      {R"("color": {"value": "red", "condition": {}})",
+       "$.encoding.color.condition: conditions are not supported; use a field or a value"},
+      {R"("size": {"value": -5})", "$.encoding.size.value: expects a number of at least 0, not -5"},
+      {R"("opacity": {"value": 2})", "$.encoding.opacity.value: expects a number from 0 to 1, not 2"},
+      {R"("shape": {"value": "M0,0"})",
+       "$.encoding.shape.value: \"M0,0\" is not supported; use one of circle, square, cross, diamond, "
+       "triangle-up, "
+       "triangle-down, triangle-right, triangle-left"},
+  });
+}
+
+TEST(DocumentErrors, Scales) {
+  auto const at = std::string("$.encoding.x.scale");
+  ExpectOfX({
+      {R"("scale": null)", at + ": values without a scale are not supported; list them in domain and range"},
+      {R"("scale": {"typ": "log"})", at + ".typ: unknown property; did you mean \"type\"?"},
+      {R"("scale": {"type": "pow"})",
+       at + ".type: \"pow\" is not supported; use one of linear, log, sqrt, time, utc, ordinal, point"},
+      {R"("scale": {"type": "utc"})",
+       at + ".type: \"utc\" does not suit a quantitative field in this channel; use linear, log or sqrt"},
+      {R"("scale": {"type": "point"})",
+       at + ".type: \"point\" does not suit a quantitative field in this channel; use linear, log or sqrt"},
+      {R"("scale": {"type": "log", "base": 1})", at + ".base: 1 is no base of logarithms"},
+      {R"("scale": {"type": "log", "base": 0})", at + ".base: expects a number above 0, not 0"},
+      {R"("scale": {"base": 2})", at + ".base: is for log scales only; leave it out"},
+      {R"("scale": {"type": "log", "domain": [0, 10]})",
+       at + ".domain[0]: the domain of a log scale must be above 0"},
+      {R"("scale": {"type": "log", "domainMax": -1})",
+       at + ".domainMax: the domain of a log scale must be above 0"},
+      {R"("scale": {"type": "log", "zero": true})", at + ".zero: a log scale has no zero; leave it out"},
+      {R"("scale": {"domain": "unaggregated"})", at + ".domain: expects an array, not \"unaggregated\""},
+      {R"("scale": {"domain": []})", at + ".domain: expects two values, as the field is quantitative"},
+      {R"("scale": {"domain": [1, 2, 3]})", at + ".domain: expects two values, as the field is quantitative"},
+      {R"("scale": {"domain": [1, "2"]})", at + ".domain[1]: expects a number, as the field is quantitative"},
+      {R"("scale": {"domain": [1, null]})",
+       at + ".domain[1]: expects a text, a number, true or false, not null"},
+      {R"("scale": {"domain": [3, 3]})", at + ".domain: expects two different values"},
+      {R"("scale": {"domain": [9, 3]})", ""},
+      {R"("scale": {"domain": [1, 3], "domainMin": 0})",
+       at + ".domainMin: is given beside domain; leave one of them out"},
+      {R"("scale": {"domainMin": 5, "domainMax": 5})",
+       at + ".domainMin: must be below domainMax; use reverse to turn the scale round"},
+      {R"("scale": {"domainMid": 0})",
+       at + ".domainMid: a domain with a middle is not supported; use domainMin and domainMax"},
+      {R"("scale": {"nice": "week"})", at + ".nice: expects true, false or a number of ticks, not \"week\""},
+      {R"("scale": {"nice": 0})", at + ".nice: expects a number above 0 and at most 10000, not 0"},
+      {R"("scale": {"range": [0, 100]})",
+       at + ".range: positions reach from 0 to the chart's width or height; use reverse to turn them round"},
+      {R"("scale": {"scheme": "blues"})", at + ".scheme: is for the channel color only; leave it out"},
+  });
+  ExpectOfEncoding({
+      {R"("x": {"field": "a", "type": "temporal", "scale": {"type": "log"}})",
+       at + ".type: \"log\" does not suit a temporal field in this channel; use time or utc"},
+      {R"("x": {"field": "a", "type": "temporal", "scale": {"domain": ["2020-01-01", "2020-02-30"]}})",
+       at + ".domain[1]: expects a date such as \"2020-03-01\" or \"2020-03-01T12:00\""},
+      {R"("x": {"field": "a", "type": "temporal", "scale": {"domain": [0, 1e12]}})",
+       at + ".domain[0]: expects a date such as \"2020-03-01\" or \"2020-03-01T12:00\""},
+      {R"("x": {"field": "a", "type": "temporal", "scale": {"domainMin": 0}})",
+       at + ".domainMin: is for numbers; use domain with two dates"},
+      {R"("x": {"field": "a", "scale": {"type": "ordinal"}})",
+       at + ".type: \"ordinal\" does not suit a nominal field in this channel; use point"},
+      {R"("x": {"field": "a", "scale": {"zero": false}})",
+       at + ".zero: is for quantitative and temporal fields only; leave it out"},
+      {R"("x": {"field": "a", "scale": {"domain": []}})", at + ".domain: has no values; leave it out"},
+  });
+}
+
+TEST(DocumentErrors, Ranges) {
+  auto const at = std::string(".scale.range");
+  ExpectOfEncoding({
+      {R"("color": {"field": "a", "scale": {"range": "ramp"}})",
+       "$.encoding.color.scale.range: expects an array, not \"ramp\""},
+      {R"("color": {"field": "a", "scale": {"range": []}})",
+       "$.encoding.color.scale.range: has no values; leave it out"},
+      {R"("color": {"field": "a", "scale": {"range": ["red", 5]}})",
+       "$.encoding.color.scale.range[1]: expects a color"},
+      {R"("color": {"field": "a", "type": "quantitative", "scale": {"range": ["red"]}})",
+       "$.encoding.color.scale.range: expects at least two colors"},
+      {R"("color": {"field": "a", "scale": {"scheme": "set1", "range": ["red"]}})",
+       "$.encoding.color.scale.scheme: is given beside range; leave one of them out"},
+      {R"("color": {"field": "a", "scale": {"scheme": {"name": "set1", "count": 5}}})",
+       "$.encoding.color.scale.scheme.count: is not supported; list the colors in the scale's range"},
+      {R"("color": {"field": "a", "scale": {"scheme": {}}})",
+       "$.encoding.color.scale.scheme.name: is missing; name a color scheme"},
+      {R"("size": {"field": "a", "type": "quantitative", "scale": {"range": [1]}})",
+       "$.encoding.size.scale.range: expects two numbers, the least and the largest"},
+      {R"("size": {"field": "a", "type": "quantitative", "scale": {"range": [-1, 5]}})",
+       "$.encoding.size.scale.range[0]: expects a number of at least 0"},
+      {R"("opacity": {"field": "a", "type": "quantitative", "scale": {"range": [0, 1.5]}})",
+       "$.encoding.opacity.scale.range[1]: expects a number from 0 to 1"},
+      {R"("shape": {"field": "a", "scale": {"range": ["circle", "star"]}})",
+       "$.encoding.shape.scale.range[1]: expects the name of a symbol, such as \"circle\""},
+  });
+}
+
+TEST(DocumentErrors, GuidesAndOrder) {
+  ExpectOfX({
+      {R"("axis": false)", "$.encoding.x.axis: expects an object, not false"},
+      {R"("axis": {"labelLimit": 5})",
+       "$.encoding.x.axis.labelLimit: is not supported; shorten the labels or set labelAngle"},
+      {R"("axis": {"labelAngle": 361})",
+       "$.encoding.x.axis.labelAngle: expects a number from -360 to 360, not 361"},
+      {R"("axis": {"tickCount": "year"})", "$.encoding.x.axis.tickCount: expects a number, not \"year\""},
+      {R"("axis": {"tickCount": 10001})",
+       "$.encoding.x.axis.tickCount: expects a number above 0 and at most 10000, not 10001"},
+      {R"("axis": {"orient": "left"})", "$.encoding.x.axis.orient: expects top or bottom"},
+      {R"("axis": {"orient": "centre"})",
+       "$.encoding.x.axis.orient: \"centre\" is not supported; use one of left, right, top, bottom"},
+      {R"("axis": {"values": [1, "a"]})",
+       "$.encoding.x.axis.values[1]: expects a number, as the field is quantitative"},
+      {R"("axis": {"title": 5})",
+       "$.encoding.x.axis.title: expects a text, an array of lines or null, not 5"},
+      {R"("sort": "x")", "$.encoding.x.sort: \"x\" is not supported; use one of ascending, descending"},
+      {R"("sort": ["a"])",
+       "$.encoding.x.sort: a list of values is for nominal and ordinal fields; use \"ascending\" or "
+       "\"descending\""},
+  });
+  ExpectOfEncoding({
+      {R"("y": {"field": "a", "axis": {"orient": "top"}})",
+       "$.encoding.y.axis.orient: expects left or right"},
+      {R"("y": {"field": "a", "axis": {"format": ".2f"}})",
+       "$.encoding.y.axis.format: is for quantitative and temporal fields only; leave it out"},
+      {R"("y": {"field": "a", "sort": []})", "$.encoding.y.sort: has no values; leave it out"},
+      {R"("y": {"field": "a", "sort": {"field": "b"}})",
+       "$.encoding.y.sort: sorting by another field is not supported; list the values in their order"},
+      {R"("y": {"field": "a", "sort": ["p"], "scale": {"domain": ["p"]}})",
+       "$.encoding.y.sort: is given beside scale.domain; leave one of them out"},
+      {R"("order": {"field": "a", "sort": ["p"]})",
+       "$.encoding.order.sort: use one of ascending, descending"},
+      {R"("color": {"field": "a", "legend": {"tickCount": 3}})",
+       "$.encoding.color.legend.tickCount: is for quantitative and temporal fields only; leave it out"},
+      {R"("color": {"field": "a", "legend": {"orient": "left"}})",
+       "$.encoding.color.legend.orient: is not supported; legends stand right of the chart"},
+      {R"("color": {"field": "a", "type": "temporal", "legend": {"values": ["soon"]}})",
+       "$.encoding.color.legend.values[0]: expects a date such as \"2020-03-01\" or \"2020-03-01T12:00\""},
+  });
+}
+
+TEST(DocumentErrors, FilesThatCannotBeRead) {
+  auto const messageOf = [](std::filesystem::path const& path) {
+    try {
+      ReadChartDocument(path);
+    } catch (DocumentError const& error) {
+      return std::string(error.what());
+    }
+    return std::string("accepted");
+  };
+  auto const folder = std::filesystem::path(testing::TempDir());
+  EXPECT_EQ(messageOf(folder), folder.string() + ": is not a file");
+  auto const absent = folder / "absent.vl.json";
+  EXPECT_EQ(messageOf(absent), absent.string() + ": there is no such file");
+  auto const large = folder / "large.vl.json";
+  std::ofstream(large) << "{}";
+  std::filesystem::resize_file(large, (64 << 20) + 1);
+  EXPECT_EQ(messageOf(large), large.string() + ": is larger than 64 MiB; keep the data in a file of its own");
+  std::filesystem::remove(large);
+}
+
+}  // namespace ostrel::charts
