@@ -1,0 +1,60 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <utility>
+#include <vector>
+
+namespace OstrelTransforms {
+
+// A hash table that only grows, in one block of memory: a look-up costs a look at one or two neighbouring
+// slots, where the nodes of the standard containers cost an allocation for each new key. Slot has a member
+// `key`; a key of T{} marks a free slot, and is held apart by the table's user.
+template <class Slot>
+class FlatTable {
+ public:
+  using Key = decltype(Slot::key);
+
+  // The slot of a key other than Key{}, and whether it is new: then only its key is set. Valid until the next
+  // call.
+  std::pair<Slot*, bool> FindOrAdd(Key const& key) {
+    Slot* slot = &FindSlot(key);
+    if (slot->key == key) return {slot, false};
+    if (2 * (count_ + 1) > slots_.size()) {
+      Grow();
+      slot = &FindSlot(key);
+    }
+    ++count_;
+    slot->key = key;
+    return {slot, true};
+  }
+
+ private:
+  static constexpr int kFirstBits = 6;
+
+  // Where the key stands, or the free slot where it belongs.
+  Slot& FindSlot(Key const& key) {
+    // The high bits of the product depend on all bits of the hash, which for integers is the number itself.
+    std::uint64_t const mixed = std::hash<Key>{}(key)*UINT64_C(0x9E3779B97F4A7C15);
+    std::size_t const mask = slots_.size() - 1;
+    std::size_t index = mixed >> shift_;
+    while (slots_[index].key != key && slots_[index].key != Key{}) index = (index + 1) & mask;
+    return slots_[index];
+  }
+
+  void Grow() {
+    std::vector<Slot> former(2 * slots_.size());
+    former.swap(slots_);
+    --shift_;
+    for (Slot& slot : former) {
+      if (slot.key != Key{}) FindSlot(slot.key) = std::move(slot);
+    }
+  }
+
+  std::vector<Slot> slots_ = std::vector<Slot>(std::size_t{1} << kFirstBits);
+  int shift_ = 64 - kFirstBits;
+  std::size_t count_ = 0;
+};
+
+}  // namespace OstrelTransforms
