@@ -16,6 +16,7 @@ namespace OstrelTransforms {
 
 namespace detail {
 inline constexpr std::uint64_t kMantissaMask = 0x000F'FFFF'FFFF'FFFF;
+inline constexpr std::uint64_t kOne = 0x3FF0'0000'0000'0000;
 inline constexpr double kLn2High = 6.93147180369123816490e-01;  // 33 bits: exact times any exponent
 inline constexpr double kLn2Low = 1.90821492927058770002e-10;
 
@@ -33,23 +34,14 @@ inline constexpr double kLn2Low = 1.90821492927058770002e-10;
   return std::bit_cast<float>(mask & std::bit_cast<std::uint32_t>(number));
 }
 
-}  // namespace detail
-
-// Minus infinity for zero and for every number below; infinity and NaN give themselves.
-[[gnu::always_inline]] inline double NaturalLogarithm(double x) {
-  // x = 2^k m with m in [sqrt(1/2), sqrt(2)). Subnormal numbers are scaled into the normal range first.
+// The logarithm of x / 2^lent for a normal x: x = 2^k m with m in [sqrt(1/2), sqrt(2)).
+[[gnu::always_inline]] inline double LogarithmOfNormal(double x, double lent) {
   constexpr std::uint64_t sqrtHalf = 0x3FE6'A09E'667F'3BCD;
-  constexpr std::uint64_t one = 0x3FF0'0000'0000'0000;
-  constexpr double leastNormal = std::numeric_limits<double>::min();
-  constexpr double infinity = std::numeric_limits<double>::infinity();
-  bool const isSubnormal = x < leastNormal;
-  double const factor = std::bit_cast<double>(one + detail::BitsIf(isSubnormal, std::uint64_t{54} << 52));
-  double const normal = x * factor;
-  std::uint64_t const shifted = std::bit_cast<std::uint64_t>(normal) + (one - sqrtHalf);
+  std::uint64_t const shifted = std::bit_cast<std::uint64_t>(x) + (kOne - sqrtHalf);
   double const m = std::bit_cast<double>((shifted & detail::kMantissaMask) + sqrtHalf);
   // The biased exponent becomes a double by standing in the mantissa of 2^52.
   double const biased = std::bit_cast<double>((shifted >> 52) | 0x4330'0000'0000'0000);
-  double const k = biased - (0x1p52 + 1023.0) - detail::NumberIf(isSubnormal, 54.0);
+  double const k = biased - (0x1p52 + 1023.0) - lent;
 
   double const f = m - 1.0;
   double const s = f / (2.0 + f);
@@ -62,11 +54,31 @@ inline constexpr double kLn2Low = 1.90821492927058770002e-10;
            w * (2.857142874366239149e-01 + w * (1.818357216161805012e-01 + w * 1.479819860511658591e-01)));
   double const halfSquare = 0.5 * f * f;
   double const tail = s * (halfSquare + (odd + even)) + k * detail::kLn2Low;
-  double const result = k * detail::kLn2High - ((halfSquare - tail) - f);
+  return k * detail::kLn2High - ((halfSquare - tail) - f);
+}
+
+}  // namespace detail
+
+// Minus infinity for zero and for every number below; infinity and NaN give themselves.
+[[gnu::always_inline]] inline double NaturalLogarithm(double x) {
+  // Subnormal numbers are scaled into the normal range.
+  bool const isSubnormal = x < std::numeric_limits<double>::min();
+  double const factor =
+      std::bit_cast<double>(detail::kOne + detail::BitsIf(isSubnormal, std::uint64_t{54} << 52));
+  double const result = detail::LogarithmOfNormal(x * factor, detail::NumberIf(isSubnormal, 54.0));
   // Zero leaves the result as it is; infinities and NaN win.
+  constexpr double infinity = std::numeric_limits<double>::infinity();
   std::uint64_t const beyond = detail::BitsIf(!(x < infinity), std::bit_cast<std::uint64_t>(x)) |
                                detail::BitsIf(x <= 0.0, std::bit_cast<std::uint64_t>(-infinity));
   return result + std::bit_cast<double>(beyond);
+}
+
+// The same with branches, for processors whose vector instructions cannot serve.
+inline double NaturalLogarithmByBranches(double x) {
+  if (!(x < std::numeric_limits<double>::infinity())) return x + x;
+  if (x >= std::numeric_limits<double>::min()) return detail::LogarithmOfNormal(x, 0.0);
+  if (x <= 0.0) return -std::numeric_limits<double>::infinity();
+  return detail::LogarithmOfNormal(x * 0x1p54, 54.0);
 }
 
 // For every x; overflow gives infinity, a NaN itself.

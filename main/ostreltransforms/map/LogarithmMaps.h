@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <span>
+#include <tuple>
 #include <utility>
 
 #include "ostrelrtcore/OrtUnarySpecialFunctor.h"
@@ -15,7 +16,7 @@ namespace OstrelTransforms {
 template <class In, class Out>
 std::pair<Out, ort::core::SpecialKind> LnSpecial(In x, ort::core::SpecialKind kind) {
   if (kind != ort::core::SpecialKind::None || x <= 0) return {Out{0}, ort::core::SpecialKind::Missing};
-  return {NaturalLogarithm(ToReal64(x)), ort::core::SpecialKind::None};
+  return {NaturalLogarithmByBranches(ToReal64(x)), ort::core::SpecialKind::None};
 }
 
 // A special row gives a special row of kind 1; overflow gives infinity.
@@ -66,6 +67,11 @@ struct LnOperation {
   }
   void ApplyToArray(std::span<In const> input, std::span<ort::core::SpecialKind const> inputKinds,
                     std::span<double> output, std::span<ort::core::SpecialKind> outputKinds) const {
+    if (ort::core::GetVectorLevel() == ort::core::VectorLevel::Baseline) {
+      for (std::size_t row = 0; row < input.size(); ++row)
+        std::tie(output[row], outputKinds[row]) = Apply(input[row], inputKinds[row]);
+      return;
+    }
     ApplyBlockwise(
         input, inputKinds, output, outputKinds,
         [](In x) __attribute__((always_inline)) { return NaturalLogarithm(ToReal64(x)); },
