@@ -47,6 +47,14 @@ NodeId MakePalette(Compilation& compilation, Encoding const& encoding, std::stri
                                        : palette;
 }
 
+// Indices that start again from 0 where they reach the count.
+NodeId WrapIndices(GraphBuilder& graph, std::string const& name, NodeId indices, NodeId count) {
+  NodeId const place =
+      graph.Zip(name + " places", "remainder", graph.Map(name + " index", "asReal64", indices),
+                graph.Map(name + " count", "asReal64", count));
+  return graph.Map(name + " wrapped", "toInt32", place);
+}
+
 // The legend's values of a continuous scale, as data numbers, and their labels.
 NodeId PlanEntryNumbers(GraphBuilder& graph, Encoding const& encoding, ScaledField const& field,
                         StyleScale& scale) {
@@ -85,7 +93,7 @@ StyleScale PlanCategoricalColor(Compilation& compilation, Encoding const& encodi
   NodeId const size = graph.Call("color palette size", "count", {palette});
   auto const lookUp = [&](std::string const& name, NodeId indices) {
     // A palette shorter than the domain is used again from its start.
-    NodeId const place = graph.Zip(name + " places", "remainder", indices, size);
+    NodeId const place = WrapIndices(graph, name, indices, size);
     return graph.Map(name + " colors", "toColor",
                      graph.Map(name + " values", "arrayLookupInt64", place, {wide}));
   };
@@ -174,11 +182,11 @@ StyleScale PlanShapeScale(Compilation& compilation, Encoding const& encoding) {
   CategoryField const field = IndexCategories(compilation, encoding, "shape");
   NodeId const shapes = graph.Int(kShapeCount);
   StyleScale scale{.channel = Channel::Shape, .encoding = &encoding, .isCategorical = true};
-  scale.rows = graph.Zip("row shapes", "remainder", field.indices, shapes);
+  scale.rows = WrapIndices(graph, "row shapes", field.indices, shapes);
   scale.entryLabels = field.domain;
   NodeId const indices =
       graph.Call("shape legend indices", "sequence", {graph.Int(0), graph.Int(1), field.count});
-  scale.entries = graph.Zip("shape legend shapes", "remainder", indices, shapes);
+  scale.entries = WrapIndices(graph, "shape legend", indices, shapes);
   KeepAll(graph, scale);
   return scale;
 }
