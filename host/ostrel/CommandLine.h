@@ -42,4 +42,9 @@ struct RenderOptions {
 };
 int RunRender(RenderOptions const& options);
 
+struct CallOptions {
+  std::string requests;  ///< a file; "-" or empty for standard input
+};
+int RunCall(CallOptions const& options);
+
 }  // namespace ostrel::program

@@ -28,6 +28,13 @@ void AddRender(CLI::App& app, RenderOptions& options, std::function<int()>& run)
   command->callback([&] { run = [&] { return RunRender(options); }; });
 }
 
+void AddCall(CLI::App& app, CallOptions& options, std::function<int()>& run) {
+  auto* const command = app.add_subcommand(
+      "call", "Calls functions: reads requests, one line of JSON each, and answers each with one line.");
+  command->add_option("FILE", options.requests, "The requests; standard input when left out")->type_name("");
+  command->callback([&] { run = [&] { return RunCall(options); }; });
+}
+
 int Run(std::function<int()> const& run) {
   try {
     return run();
@@ -48,7 +55,9 @@ int main(int argc, char** argv) {
   app.require_subcommand(1);
   RenderOptions render;
   std::function<int()> run;
+  CallOptions call;
   AddRender(app, render, run);
+  AddCall(app, call, run);
   try {
     app.parse(argc, argv);
   } catch (CLI::ParseError const& error) {
