@@ -26,6 +26,15 @@ case $step in
     eval "'$compiler' -std=c++20 -O1 '$source/main.cpp' -o '$folder/consumer' $flags"
     LD_LIBRARY_PATH="$prefix/$libdir" "$folder/consumer"
     ;;
+  readme)
+    # The embedding example of the README, compiled and run as it stands.
+    sed -n '/^```cpp$/,/^```$/{/^```/d;p;}' "$source/../../README.md" >"$folder/readme.cpp"
+    flags=$(PKG_CONFIG_PATH="$prefix/$libdir/pkgconfig" pkg-config --cflags --libs ostreltransforms)
+    eval "'$compiler' -std=c++20 -O1 -Wall -Wextra '$folder/readme.cpp' -o '$folder/readme' $flags"
+    printed=$(LD_LIBRARY_PATH="$prefix/$libdir" "$folder/readme")
+    echo "$printed"
+    [ "$printed" = '0 0.5 1' ]
+    ;;
   program)
     "$prefix/bin/ostrel" functions clampMin >"$folder/functions.txt"
     grep clampMin "$folder/functions.txt"
