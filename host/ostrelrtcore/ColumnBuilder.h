@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <span>
+#include <utility>
 #include <vector>
 
 #include "ostrelrtcore/StoreValue.h"
@@ -28,7 +29,7 @@ class ColumnBuilder {
         count_(count),
         memory_(detail::ColumnMemory::Allocate(ElementTraits<T>::kStorage, count)) {
     if (GetStorageClass(elementType) != ElementTraits<T>::kStorage) {
-      throw OrtRuntimeException(static_cast<OrtError>(55), StoreTypeToString(elementType));
+      throw OrtRuntimeException(OrtError_WrongValueKind, StoreTypeToString(elementType));
     }
   }
 
@@ -41,7 +42,8 @@ class ColumnBuilder {
     specialKinds_.push_back(kind);
   }
 
-  /// The column. The builder is empty afterwards.
+  /// The column. The builder is empty afterwards, also when this throws 55 for a special row outside the
+  /// column or, in a column of whole values, for an ordinary row without a value.
   std::shared_ptr<StoreValue> Finish();
 
  private:
@@ -60,10 +62,12 @@ ORTCORE_API std::shared_ptr<StoreValue> MakeColumn(StoreTypeInfo const&, Storage
 
 template <class T>
 std::shared_ptr<StoreValue> ColumnBuilder<T>::Finish() {
-  auto const count = static_cast<std::size_t>(count_);
-  count_ = 0;
-  return factory::detail::MakeColumn(type_, ElementTraits<T>::kStorage, memory_.elements, count,
-                                     std::move(memory_.owner), &specialRows_, &specialKinds_);
+  auto const count = static_cast<std::size_t>(std::exchange(count_, 0));
+  auto memory = std::exchange(memory_, {});
+  auto const rows = std::exchange(specialRows_, {});
+  auto const kinds = std::exchange(specialKinds_, {});
+  return factory::detail::MakeColumn(type_, ElementTraits<T>::kStorage, memory.elements, count,
+                                     std::move(memory.owner), &rows, &kinds);
 }
 
 }  // namespace ort::core

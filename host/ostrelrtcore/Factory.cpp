@@ -143,6 +143,13 @@ Value MakeKeySet(StoreTypeInfo const& keyType, StoreTypeInfo const& valueType, S
                  std::unique_ptr<std::unordered_map<SpecialKind, V>> specialEntries) {
   if (GetStorageClass(keyType) != ElementTraits<K>::kStorage)
     ThrowInvalid(L"keys of another width than their type");
+  if constexpr (std::is_same_v<V, Value>) {
+    auto const isNull = [](auto const& entry) { return entry.second == nullptr; };
+    if ((entries != nullptr && std::ranges::any_of(*entries, isNull)) ||
+        (specialEntries != nullptr && std::ranges::any_of(*specialEntries, isNull))) {
+      ThrowInvalid(L"a payload of a key set is no value");
+    }
+  }
   KeySetTypes const types{keyType, valueType, indexType};
   using Dictionary = IStoreDictionary<K, V>;
   auto dictionary = std::make_shared<Dictionary const>(

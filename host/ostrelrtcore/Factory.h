@@ -61,7 +61,8 @@ ORTCORE_API Value MakeKeyMap(NamedValues members);
 ORTCORE_API Value MakeKeyMap(std::unique_ptr<NamedValues> members);
 
 /// A key set: keys in their storage class, payloads of V (uint64 or Value); `indexType` is the type of the
-/// payload's slot. specialEntries may be null. Keys that are whole values compare by value.
+/// payload's slot. specialEntries may be null. Keys that are whole values compare by value; all others, reals
+/// too, by their bits.
 template <class K, class V>
 ORTCORE_API Value MakeKeySet(StoreTypeInfo const& keyType, StoreTypeInfo const& valueType,
                              StoreTypeInfo const& indexType,
@@ -93,6 +94,7 @@ Value MakeArray(StoreTypeInfo const& elementType, std::unique_ptr<std::vector<T>
 template <class T>
 Value MakeConstantArray(StoreTypeInfo const& elementType, T const& value, int count) {
   auto owner = std::make_shared<T>(value);
+  if constexpr (std::is_same_v<T, uint8>) *owner = value != 0 ? 1 : 0;
   return detail::MakeConstantColumn(elementType, ElementTraits<T>::kStorage, owner.get(), owner, count,
                                     SpecialKind::None);
 }

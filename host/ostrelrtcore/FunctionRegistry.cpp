@@ -4,7 +4,7 @@ namespace ort::core {
 
 template <class FunctionType>
 void RegistryOfFunctions<FunctionType>::Add(typename Entry::Content content) {
-  if (!content.factory) throw OrtRuntimeException(static_cast<OrtError>(55), content.key.GetName());
+  if (!content.factory) throw OrtRuntimeException(OrtError_WrongValueKind, content.key.GetName());
   auto const& stored = contents_.emplace_back(std::move(content));
   byName_[stored.key.GetName()].push_back(entries_.size());
   entries_.emplace_back(stored);

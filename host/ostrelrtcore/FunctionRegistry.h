@@ -23,6 +23,9 @@ class ORTCORE_API FunctorFactory {
 
   template <class Make>
   requires(!std::is_same_v<std::remove_cvref_t<Make>, FunctorFactory>) FunctorFactory(Make&& make) {
+    if constexpr (kMayBeEmpty<std::remove_cvref_t<Make>>) {
+      if (!make) return;
+    }
     if constexpr (std::is_invocable_v<Make&, ParameterSpan>) {
       make_ = std::forward<Make>(make);
     } else {
@@ -35,6 +38,12 @@ class ORTCORE_API FunctorFactory {
   explicit operator bool() const { return static_cast<bool>(make_); }
 
  private:
+  /// Function pointers and std::function; an empty one makes an empty factory.
+  template <class Make>
+  static constexpr bool kMayBeEmpty = std::is_pointer_v<Make> || requires(Make& make) {
+    make.target_type();
+  };
+
   std::function<std::unique_ptr<OrtFunctor>(ParameterSpan)> make_;
 };
 

@@ -26,7 +26,9 @@ OStringCore KeySegmentType::ToString() const {
 }
 
 bool Matches(KeySegmentType const& registered, KeySegmentType const& call) {
-  return registered.GetMainType().GetStoreType() == call.GetMainType().GetStoreType() &&
+  StoreType const main = registered.GetMainType().GetStoreType();
+  if (main == StoreType::Empty) return true;
+  return main == call.GetMainType().GetStoreType() &&
          MatchesComponent(registered.GetKeyType(), call.GetKeyType()) &&
          MatchesComponent(registered.GetElementType(), call.GetElementType()) &&
          MatchesComponent(registered.GetIndexType(), call.GetIndexType());

@@ -15,7 +15,9 @@ class ORTCORE_API KeySegmentType {
  public:
   KeySegmentType() = default;
   KeySegmentType(StoreType type, bool flag) : components_{StoreTypeInfo(type, flag)} {}
-  KeySegmentType(StoreTypeInfo const& type) : components_{type} {}
+  /// The type info of a column brings its element type.
+  KeySegmentType(StoreTypeInfo const& type)
+      : components_{StoreTypeInfo(type.GetStoreType(), type.GetFlag()), {}, type.GetElementType(), {}} {}
   KeySegmentType(StoreTypeInfo const& main, StoreTypeInfo const& key, StoreTypeInfo const& element,
                  StoreTypeInfo const& index)
       : components_{main, key, element, index} {}
@@ -40,7 +42,7 @@ class ORTCORE_API KeySegmentType {
 };
 
 /// Whether a call's segment suits a registered one: equal main types, and equal components except that an
-/// empty component on either side matches any.
+/// empty component on either side matches any. A registered segment without a type takes any value.
 ORTCORE_API bool Matches(KeySegmentType const& registered, KeySegmentType const& call);
 
 }  // namespace ort::core

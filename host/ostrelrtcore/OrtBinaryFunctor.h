@@ -22,12 +22,17 @@ class OrtBinaryFunctor : public IBinaryFunctor<In1, In2, Out> {
   void ApplyToArrays(std::span<In1 const> first, std::span<In2 const> second,
                      std::span<Out> output) override {
     detail::RequireOneLength(first.size(), {second.size(), output.size()});
-    auto const row = [held = RowOperation<F, In1, In2>{operation_}, a = first.data(), b = second.data(),
-                      out = output.data()](std::size_t i) { out[i] = held.operation.Apply(a[i], b[i]); };
-    if constexpr (kVectorizable<In1, In2, Out>) {
-      RunRows(first.size(), row);
+    // An operation may bring a loop of its own.
+    if constexpr (requires { operation_.ApplyToArrays(first, second, output); }) {
+      operation_.ApplyToArrays(first, second, output);
     } else {
-      detail::RunRowsBaseline(first.size(), row);
+      auto const row = [held = RowOperation<F, In1, In2>{operation_}, a = first.data(), b = second.data(),
+                        out = output.data()](std::size_t i) { out[i] = held.operation.Apply(a[i], b[i]); };
+      if constexpr (kVectorizable<In1, In2, Out>) {
+        RunRows(first.size(), row);
+      } else {
+        detail::RunRowsBaseline(first.size(), row);
+      }
     }
   }
 

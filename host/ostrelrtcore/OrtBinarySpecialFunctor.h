@@ -27,12 +27,11 @@ class OrtBinarySpecialFunctor : public IBinarySpecialFunctor<In1, In2, Out> {
                      std::span<Out> output, std::span<SpecialKind> outputKinds) override {
     detail::RequireOneLength(first.size(), {firstKinds.size(), second.size(), secondKinds.size(),
                                             output.size(), outputKinds.size()});
-    /// An operation may bring a loop of its own: a running sum reads the second input alone.
+    // An operation may bring a loop of its own: a running sum reads the second input alone.
     if constexpr (requires {
                     operation_.ApplyToArrays(first, firstKinds, second, secondKinds, output, outputKinds);
                   }) {
       operation_.ApplyToArrays(first, firstKinds, second, secondKinds, output, outputKinds);
-      return;
     } else {
       auto const row = [held = RowOperation<F, In1, SpecialKind, In2, SpecialKind>{operation_},
                         a = first.data(), aKinds = firstKinds.data(), b = second.data(),

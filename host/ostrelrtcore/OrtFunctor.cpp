@@ -8,10 +8,10 @@ UntypedBinary::~UntypedBinary() = default;
 
 namespace detail {
 
-void ThrowLengthMismatch() { throw OrtRuntimeException(static_cast<OrtError>(259)); }
+void ThrowLengthMismatch() { throw OrtRuntimeException(OrtError_LengthsDiffer); }
 
 void ThrowNotAFold() {
-  throw OrtRuntimeException(static_cast<OrtError>(55),
+  throw OrtRuntimeException(OrtError_WrongValueKind,
                             OStringCore(L"a fold needs an output of the first input's type"));
 }
 

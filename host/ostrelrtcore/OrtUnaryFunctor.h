@@ -19,17 +19,17 @@ class OrtUnaryFunctor : public IUnaryFunctor<In, Out> {
 
   void ApplyToArray(std::span<In const> input, std::span<Out> output) override {
     detail::RequireOneLength(input.size(), {output.size()});
-    /// An operation may bring a loop of its own, for instance a vectorised one.
+    // An operation may bring a loop of its own, for instance a vectorised one.
     if constexpr (requires { operation_.ApplyToArray(input, output); }) {
       operation_.ApplyToArray(input, output);
-      return;
-    }
-    auto const row = [held = RowOperation<F, In>{operation_}, in = input.data(),
-                      out = output.data()](std::size_t i) { out[i] = held.operation.Apply(in[i]); };
-    if constexpr (kVectorizable<In, Out>) {
-      RunRows(input.size(), row);
     } else {
-      detail::RunRowsBaseline(input.size(), row);
+      auto const row = [held = RowOperation<F, In>{operation_}, in = input.data(),
+                        out = output.data()](std::size_t i) { out[i] = held.operation.Apply(in[i]); };
+      if constexpr (kVectorizable<In, Out>) {
+        RunRows(input.size(), row);
+      } else {
+        detail::RunRowsBaseline(input.size(), row);
+      }
     }
   }
 

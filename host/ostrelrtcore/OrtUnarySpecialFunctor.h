@@ -23,10 +23,9 @@ class OrtUnarySpecialFunctor : public IUnarySpecialFunctor<In, Out> {
   void ApplyToArray(std::span<In const> input, std::span<SpecialKind const> inputKinds, std::span<Out> output,
                     std::span<SpecialKind> outputKinds) override {
     detail::RequireOneLength(input.size(), {inputKinds.size(), output.size(), outputKinds.size()});
-    /// An operation may bring a loop of its own, for instance a vectorised one.
+    // An operation may bring a loop of its own, for instance a vectorised one.
     if constexpr (requires { operation_.ApplyToArray(input, inputKinds, output, outputKinds); }) {
       operation_.ApplyToArray(input, inputKinds, output, outputKinds);
-      return;
     } else {
       auto const row = [held = RowOperation<F, In, SpecialKind>{operation_}, in = input.data(),
                         inKinds = inputKinds.data(), out = output.data(),

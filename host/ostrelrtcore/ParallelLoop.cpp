@@ -61,7 +61,7 @@ void ParallelFor(std::size_t count, std::function<void(std::size_t)> const& body
   tbb::this_task_arena::isolate([&] {
     tbb::parallel_for(range, WrapperForCatchingExceptions(functor, state), tbb::auto_partitioner(), context);
   });
-  if (!state.started.load(std::memory_order_relaxed)) functor(range);
+  if (!state.started.load(std::memory_order_relaxed)) return functor(range);
   if (state.exception) std::rethrow_exception(state.exception);
   if (context.is_group_execution_cancelled()) throw std::runtime_error("the parallel loop was cancelled");
 }

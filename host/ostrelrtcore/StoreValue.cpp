@@ -10,6 +10,12 @@ StoreValue const& Require(std::shared_ptr<StoreValue> const& value) {
   return *value;
 }
 
+[[noreturn]] void ThrowWrongKind(StoreValue const& value, wchar_t const* wanted) {
+  OStringCore const special(value.IsSpecial() ? L"special " : L"");
+  throw OrtRuntimeException(OrtError_WrongValueKind, special + StoreTypeToString(value.GetStoreType()) +
+                                                         OStringCore(L" read as ") + OStringCore(wanted));
+}
+
 }  // namespace
 
 IStoreTuple::~IStoreTuple() = default;
@@ -18,33 +24,36 @@ StoreValue::~StoreValue() = default;
 
 IStoreTuple const& StoreValue::AsTuple() const {
   if (auto const* tuple = FindTuple()) return *tuple;
-  ThrowWrongKind(GetTypeInfo(), L"Tuple");
+  ThrowWrongKind(*this, L"Tuple");
 }
 
 IStoreNamedValues const& StoreValue::AsNamedValues() const {
   if (auto const* named = FindNamedValues()) return *named;
-  ThrowWrongKind(GetTypeInfo(), L"Table or KeyMap");
+  ThrowWrongKind(*this, L"Table or KeyMap");
 }
 
 ColumnView const& StoreValue::AsColumn() const {
   if (auto const* column = FindColumn()) return *column;
-  ThrowWrongKind(GetTypeInfo(), L"Array");
+  ThrowWrongKind(*this, L"Array");
 }
 
 KeySetTypes const& StoreValue::GetKeySetTypes() const {
   if (auto const* types = FindKeySetTypes()) return *types;
-  ThrowWrongKind(GetTypeInfo(), L"KeySet");
+  ThrowWrongKind(*this, L"KeySet");
 }
 
 ColumnView const& StoreValue::GetColumn(StorageClass storage) const {
   auto const& column = AsColumn();
   if (column.GetStorage() == storage) return column;
-  ThrowWrongKind(GetTypeInfo().GetElementType(), L"an element of another width");
+  throw OrtRuntimeException(OrtError_WrongValueKind,
+                            OStringCore(L"Array of ") +
+                                StoreTypeToString(GetTypeInfo().GetElementType().GetStoreType()) +
+                                OStringCore(L" read as elements of another width"));
 }
 
 void const* StoreValue::GetDictionary(StorageClass key, StorageClass payload) const {
   if (auto const* dictionary = FindDictionary(key, payload)) return dictionary;
-  ThrowWrongKind(GetTypeInfo(), L"a dictionary of other keys or payloads");
+  ThrowWrongKind(*this, L"a dictionary of other keys or payloads");
 }
 
 // clang-format off

@@ -55,6 +55,11 @@ ColumnView::ColumnView(Content content)
 
 ColumnView::~ColumnView() { delete materialised_.load(std::memory_order_relaxed); }
 
+ColumnView::Owners ColumnView::TakeOwners() noexcept {
+  auto* const made = materialised_.load(std::memory_order_acquire);
+  return {std::move(owner_), made != nullptr ? std::move(made->values) : nullptr};
+}
+
 ColumnView::Content ColumnView::GetContent() const {
   return {storage_, count_, stride_ == 0, uniformKind_, first_, owner_, specialRows_, specialKinds_};
 }
@@ -83,10 +88,10 @@ std::span<SpecialKind const> ColumnView::GetSpecialKinds() const {
 
 void const* ColumnView::MaterialiseValues() const { return Materialise().first; }
 
-ColumnView::Materialised const& ColumnView::Materialise() const {
-  if (auto const* made = materialised_.load(std::memory_order_acquire)) return *made;
+ColumnView::Materialised& ColumnView::Materialise() const {
+  if (auto* const made = materialised_.load(std::memory_order_acquire)) return *made;
   std::lock_guard const lock(materialiseMutex_);
-  if (auto const* made = materialised_.load(std::memory_order_relaxed)) return *made;
+  if (auto* const made = materialised_.load(std::memory_order_relaxed)) return *made;
   auto made = std::make_unique<Materialised>();
   auto const count = static_cast<std::size_t>(count_);
   made->values = Repeat(storage_, first_, count, made->first);

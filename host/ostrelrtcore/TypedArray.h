@@ -36,7 +36,7 @@ class ORTCORE_API ColumnView {
   /// True for a column that holds one value for all its rows and has not stored it n times.
   bool IsConstant() const noexcept { return stride_ == 0; }
 
-  /// The first element; for a constant column (IsConstant) the only one. Null when there is none.
+  /// The first element; for a constant column (IsConstant) the only one, also when it has no rows.
   void const* GetFirstElement() const noexcept { return first_; }
   /// All n elements one after the other. A constant column stores them on first demand.
   void const* GetRawValues() const { return stride_ != 0 ? first_ : MaterialiseValues(); }
@@ -54,8 +54,12 @@ class ORTCORE_API ColumnView {
   };
   explicit ColumnView(Content content);
   Content GetContent() const;
-  /// Lets go of the storage; nothing may be read afterwards.
-  void DropOwner() noexcept { owner_.reset(); }
+  /// Hands over what keeps the elements alive; nothing may be read afterwards.
+  struct Owners {
+    std::shared_ptr<void const> elements;
+    std::shared_ptr<void const> repeatedElements;
+  };
+  Owners TakeOwners() noexcept;
 
  protected:
   ~ColumnView();
@@ -70,12 +74,12 @@ class ORTCORE_API ColumnView {
  private:
   struct Materialised;
   void const* MaterialiseValues() const;
-  Materialised const& Materialise() const;
+  Materialised& Materialise() const;
 
   std::vector<int> specialRows_;
   std::vector<SpecialKind> specialKinds_;
   std::shared_ptr<void const> owner_;
-  mutable std::atomic<Materialised const*> materialised_{nullptr};
+  mutable std::atomic<Materialised*> materialised_{nullptr};
   mutable std::mutex materialiseMutex_;
 };
 

@@ -67,11 +67,10 @@ class ElementReader {
 }  // namespace
 
 ColumnValue::~ColumnValue() {
-  auto content = view_.GetContent();
-  if (content.storage == StorageClass::Value) {
-    view_.DropOwner();
-    ReleaseWithoutRecursion(std::move(content.owner));
-  }
+  if (view_.GetStorage() != StorageClass::Value) return;
+  auto owners = view_.TakeOwners();
+  ReleaseWithoutRecursion(std::move(owners.elements));
+  ReleaseWithoutRecursion(std::move(owners.repeatedElements));
 }
 
 bool ColumnValue::Equals(StoreValue const& other) const {
@@ -80,11 +79,15 @@ bool ColumnValue::Equals(StoreValue const& other) const {
   if (other.GetTypeInfo().GetElementType() != elementType) return false;
   auto const& column = other.AsColumn();
   if (column.GetCount() != view_.GetCount()) return false;
-  if (!std::ranges::equal(column.GetSpecialRows(), view_.GetSpecialRows())) return false;
-  if (!std::ranges::equal(column.GetSpecialKinds(), view_.GetSpecialKinds())) return false;
+  // A constant column is not spelled out to be compared with another one.
+  bool const isConstant = column.IsConstant() && view_.IsConstant();
+  if (isConstant && column.GetUniformSpecialKind() != view_.GetUniformSpecialKind()) return false;
+  if (!isConstant && !std::ranges::equal(column.GetSpecialRows(), view_.GetSpecialRows())) return false;
+  if (!isConstant && !std::ranges::equal(column.GetSpecialKinds(), view_.GetSpecialKinds())) return false;
   ElementReader const a(*this);
   ElementReader const b(other);
-  for (std::size_t row = 0; row < static_cast<std::size_t>(view_.GetCount()); ++row) {
+  auto const count = static_cast<std::size_t>(isConstant ? std::min(view_.GetCount(), 1) : view_.GetCount());
+  for (std::size_t row = 0; row < count; ++row) {
     if (!a.IsEqualAt(b, row)) return false;
   }
   return true;

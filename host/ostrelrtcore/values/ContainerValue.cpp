@@ -72,8 +72,11 @@ std::shared_ptr<StoreValue> NamedValue::Make(StoreTypeInfo const& type,
 NamedValue::~NamedValue() { ReleaseWithoutRecursion(std::move(content_)); }
 
 Value NamedValue::Find(OStringCore const& name) const {
-  if (!std::ranges::binary_search(content_->names, name)) return nullptr;
-  return content_->values.Lookup(RIndirectString(name));
+  auto const& names = content_->names;
+  auto const found = std::ranges::lower_bound(names, name);
+  if (found == names.end() || *found != name) return nullptr;
+  // Names and entries stand in one order.
+  return content_->values.GetEntries()[static_cast<std::size_t>(found - names.begin())].second;
 }
 
 Value NamedValue::Get(OStringCore const& name) const {
@@ -107,28 +110,19 @@ void const* NamedValue::FindDictionary(StorageClass key, StorageClass payload) c
 
 namespace {
 
-template <class T>
-bool AreEqual(T const& a, T const& b) {
-  if constexpr (std::is_same_v<T, Value>) {
-    return a == b || (a != nullptr && b != nullptr && a->Equals(*b));
-  } else {
-    return a == b;
-  }
+// Payloads are one when they are equal as values of their type, whatever their bits.
+bool AreEqualPayloads(StoreType, Value const& a, Value const& b) { return a == b || a->Equals(*b); }
+bool AreEqualPayloads(StoreType type, uint64 a, uint64 b) {
+  return GetCanonicalBits(type, a) == GetCanonicalBits(type, b);
 }
 
-template <class T>
-std::size_t HashOf(T const& item) {
-  if constexpr (std::is_same_v<T, Value>) {
-    return item == nullptr ? 0 : item->GetHash();
-  } else {
-    return std::hash<T>{}(item);
-  }
-}
+std::size_t HashPayload(StoreType, Value const& payload) { return payload->GetHash(); }
+std::size_t HashPayload(StoreType type, uint64 payload) { return GetCanonicalBits(type, payload); }
 
 template <class Listing>
-bool AreEqualListings(Listing const& a, Listing const& b) {
-  return std::ranges::equal(a, b, [](auto const& x, auto const& y) {
-    return AreEqual(x.first, y.first) && AreEqual(x.second, y.second);
+bool AreEqualListings(StoreType payloadType, Listing const& a, Listing const& b) {
+  return std::ranges::equal(a, b, [payloadType](auto const& x, auto const& y) {
+    return detail::EqualKeys(x.first, y.first) && AreEqualPayloads(payloadType, x.second, y.second);
   });
 }
 
@@ -144,8 +138,9 @@ bool KeySetValue<K, V>::Equals(StoreValue const& other) const {
   auto const* keySet = dynamic_cast<KeySetValue const*>(&other);
   return keySet != nullptr && keySet->types_.keyType == types_.keyType &&
          keySet->types_.valueType == types_.valueType &&
-         AreEqualListings(dictionary_->GetEntries(), keySet->dictionary_->GetEntries()) &&
-         AreEqualListings(dictionary_->GetSpecialEntries(), keySet->dictionary_->GetSpecialEntries());
+         AreEqualListings(types_.valueType, dictionary_->GetEntries(), keySet->dictionary_->GetEntries()) &&
+         AreEqualListings(types_.valueType, dictionary_->GetSpecialEntries(),
+                          keySet->dictionary_->GetSpecialEntries());
 }
 
 template <class K, class V>
@@ -157,7 +152,7 @@ template <class K, class V>
 std::size_t KeySetValue<K, V>::GetHash() const {
   std::size_t hash = dictionary_->GetEntries().size();
   for (auto const& [key, payload] : dictionary_->GetEntries()) {
-    hash = Combine(Combine(hash, HashOf(key)), HashOf(payload));
+    hash = Combine(Combine(hash, detail::HashKey(key)), HashPayload(types_.valueType, payload));
   }
   return hash;
 }

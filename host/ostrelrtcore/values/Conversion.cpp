@@ -175,16 +175,20 @@ Value ConvertScalar(StoreType from, uint64 bits, SpecialKind kind, StoreType to)
 }
 
 Value ConvertString(RIndirectString const& text, StoreType to) {
-  RequireRule(StoreType::String, to);
   if (to == StoreType::String) return factory::MakeString(text);
+  RequireRule(StoreType::String, to);
   std::string const utf8 = text.Get().toUtf8();
   if (IsInstant(to)) {
     auto const instant = OrtDateTime::FromIsoText(std::string_view(utf8));
     return instant ? MakeInstant(*instant, to) : MakeMissing(to);
   }
-  if (IsInteger(to)) {
+  if (to == StoreType::Int32) {
+    auto const value = ParseWhole<int>(utf8);
+    return value ? factory::MakeInt32(*value) : MakeMissing(to);
+  }
+  if (to == StoreType::Int64) {
     auto const value = ParseWhole<int64>(utf8);
-    return value ? FromInteger(*value, to) : MakeMissing(to);
+    return value ? factory::MakeInt64(*value) : MakeMissing(to);
   }
   if (to == StoreType::Real32) {
     auto const value = ParseWhole<float>(utf8);

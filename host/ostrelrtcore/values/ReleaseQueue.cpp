@@ -1,5 +1,6 @@
 #include "ostrelrtcore/values/ReleaseQueue.h"
 
+#include <new>
 #include <vector>
 
 namespace ort::core {
@@ -12,8 +13,13 @@ thread_local Pending* activeQueue = nullptr;
 }  // namespace
 
 void ReleaseWithoutRecursion(std::shared_ptr<void const> content) noexcept {
+  if (content == nullptr) return;
   if (activeQueue != nullptr) {
-    activeQueue->push_back(std::move(content));
+    try {
+      activeQueue->push_back(std::move(content));
+    } catch (std::bad_alloc const&) {
+      // Without memory for the list it is let go of at once, one level deeper.
+    }
     return;
   }
   Pending pending;

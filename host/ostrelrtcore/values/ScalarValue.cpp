@@ -50,7 +50,7 @@ bool ScalarValue::Equals(StoreValue const& other) const {
 }
 
 std::shared_ptr<StoreValue> ScalarValue::ConvertTo(StoreType type) const {
-  return ConvertScalar(GetStoreType(), bits_, kind_, type);
+  return type == GetStoreType() ? Clone() : ConvertScalar(GetStoreType(), bits_, kind_, type);
 }
 
 std::shared_ptr<StoreValue> ScalarValue::Clone() const { return std::make_shared<ScalarValue>(*this); }

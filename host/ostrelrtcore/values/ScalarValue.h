@@ -26,6 +26,8 @@ class ScalarValue final : public ValueBase {
   OrtDateTime GetDateTime() const override;
   bool GetBool() const override { return Read(StoreType::Bool) != 0; }
   OrtColor GetColor() const override { return OrtColor(static_cast<int>(Read(StoreType::Color))); }
+  // A text is never held here: only a special value can have the type.
+  RIndirectString GetString() const override { ThrowUnreadable(StoreType::String); }
   std::shared_ptr<StoreValue> Clone() const override;
   bool IsLessThan(StoreValue const& other) const override;
   std::size_t GetHash() const override;

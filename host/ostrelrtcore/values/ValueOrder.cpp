@@ -91,15 +91,17 @@ int CompareForListing(StoreType type, uint64 a, uint64 b) {
 int CompareForListing(StoreValue const& a, StoreValue const& b) {
   if (a.IsSpecial() || b.IsSpecial()) {
     if (a.IsSpecial() != b.IsSpecial()) return Sign(b.IsSpecial(), a.IsSpecial());
-    return Sign(a.GetSpecialKind() < b.GetSpecialKind(), a.GetSpecialKind() > b.GetSpecialKind());
+    if (a.GetSpecialKind() != b.GetSpecialKind()) return a.GetSpecialKind() < b.GetSpecialKind() ? -1 : 1;
   }
   StoreType const type = a.GetStoreType();
-  if (type != b.GetStoreType()) return Sign(type<b.GetStoreType(), type> b.GetStoreType());
+  if (type != b.GetStoreType()) return type < b.GetStoreType() ? -1 : 1;
+  if (a.IsSpecial()) return 0;
   if (type == StoreType::String) return a.GetString().Get().compare(b.GetString().Get());
   if (type == StoreType::Tuple) return CompareMembers(a.AsTuple(), b.AsTuple());
   auto const x = GetScalarBits(a);
   auto const y = GetScalarBits(b);
-  if (x && y) return CompareForListing(type, *x, *y);
+  // Values that are equal must stand side by side, so their bits are made the same first.
+  if (x && y) return CompareForListing(type, GetCanonicalBits(type, *x), GetCanonicalBits(type, *y));
   return Sign(a.GetHash() < b.GetHash(), a.GetHash() > b.GetHash());
 }
 
