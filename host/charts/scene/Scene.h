@@ -85,8 +85,11 @@ struct GradientMark {
   std::vector<ort::core::OrtColor> colors;
 };
 
+/// The family of every text of a chart; where it is not installed, the fallbacks of the text services serve.
+inline constexpr char const* kFontFamily = "DejaVu Sans";
+
 struct TextFont {
-  std::string family = "DejaVu Sans";
+  std::string family = kFontFamily;
   double size = 10;
   int weight = 400;
   bool isItalic = false;

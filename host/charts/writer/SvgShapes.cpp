@@ -1,0 +1,95 @@
+#include "charts/writer/SvgShapes.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "charts/writer/LinePath.h"
+#include "charts/writer/SvgPaint.h"
+
+namespace ostrel::charts {
+
+bool IsFinite(Point point) { return std::isfinite(point.x) && std::isfinite(point.y); }
+
+bool IsFinite(Rect const& rect) {
+  return IsFinite(Point{rect.x, rect.y}) && IsFinite(Point{rect.width, rect.height});
+}
+
+void WriteRectGeometry(Rect const& rect, SvgStream& out) {
+  out << " x=\"" << std::min(rect.x, rect.Right()) << "\" y=\"" << std::min(rect.y, rect.Bottom())
+      << "\" width=\"" << std::fabs(rect.width) << "\" height=\"" << std::fabs(rect.height) << "\"";
+}
+
+bool IsDrawn(RectMark const& mark) {
+  return IsFinite(mark.rect) && (mark.fill.GetA() != 0 || IsPainted(mark.stroke));
+}
+
+bool IsSameStyle(RectMark const& left, RectMark const& right) {
+  return left.fill == right.fill && IsSame(left.stroke, right.stroke);
+}
+
+void WriteRectStyle(RectMark const& mark, SvgStream& out) {
+  WriteFill(mark.fill, out);
+  WriteStroke(mark.stroke, 1, out);
+}
+
+void WriteLine(LineMark const& line, SvgStream& out) {
+  if (!IsPainted(line.stroke, line.opacity)) return;
+  std::size_t position = 0;
+  LineStretch stretch = NextStretch(line.points, position);
+  if (stretch.empty()) return;
+  bool hasLonePoint = false;
+  out << "<path d=\"";
+  for (; !stretch.empty(); stretch = NextStretch(line.points, position)) {
+    hasLonePoint = hasLonePoint || stretch.size() == 1;
+    WriteLineStretch(stretch, line.interpolation, out);
+  }
+  out << "\" fill=\"none\"";
+  WriteStroke(line.stroke, line.opacity, out);
+  if (hasLonePoint) out << " stroke-linecap=\"round\"";
+  if (line.tooltip.empty()) {
+    out << "/>\n";
+  } else {
+    out << "><title>" << Escaped{line.tooltip} << "</title></path>\n";
+  }
+}
+
+void WriteRules(RuleMarks const& rules, SvgStream& out) {
+  auto const isDrawn = [](RuleMarks::Rule const& rule) { return IsFinite(rule.from) && IsFinite(rule.to); };
+  if (!IsPainted(rules.stroke) || std::none_of(rules.rules.begin(), rules.rules.end(), isDrawn)) return;
+  // In one path translucent rules would not show through where they cross.
+  bool const isOpaque = rules.stroke.color.GetA() == 255;
+  out << (isOpaque ? "<path" : "<g");
+  WriteStroke(rules.stroke, 1, out);
+  out << (isOpaque ? " d=\"" : ">\n");
+  for (RuleMarks::Rule const& rule : rules.rules) {
+    if (!isDrawn(rule)) continue;
+    out << (isOpaque ? "M" : "<path d=\"M") << rule.from.x << NextNumber{rule.from.y};
+    if (rule.from.y == rule.to.y) {
+      out << "H" << rule.to.x;
+    } else if (rule.from.x == rule.to.x) {
+      out << "V" << rule.to.y;
+    } else {
+      out << "L" << rule.to.x << NextNumber{rule.to.y};
+    }
+    if (!isOpaque) out << "\"/>\n";
+  }
+  out << (isOpaque ? "\"/>\n" : "</g>\n");
+}
+
+void WriteGradient(GradientMark const& gradient, int id, SvgStream& out) {
+  if (!IsFinite(gradient.rect) || gradient.colors.empty()) return;
+  double const last = std::max(1.0, static_cast<double>(gradient.colors.size() - 1));
+  double position = 0;
+  out << "<linearGradient id=\"gradient" << id << "\" x1=\"0\" y1=\"1\" x2=\"0\" y2=\"0\">\n";
+  for (ort::core::OrtColor const color : gradient.colors) {
+    out << "<stop offset=\"" << position / last << "\" stop-color=\"" << color << "\"";
+    WriteOpacity("stop-opacity", GetPaintOpacity(color), out);
+    out << "/>\n";
+    position += 1;
+  }
+  out << "</linearGradient>\n<rect fill=\"url(#gradient" << id << ")\"";
+  WriteRectGeometry(gradient.rect, out);
+  out << "/>\n";
+}
+
+}  // namespace ostrel::charts

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "charts/scene/Scene.h"
+#include "charts/writer/SvgStream.h"
+
+/// The elements of lines, rules and rectangles.
+namespace ostrel::charts {
+
+bool IsFinite(Point point);
+bool IsFinite(Rect const& rect);
+
+/// ` x="..." y="..." width="..." height="..."`, turned so that no extent is negative.
+void WriteRectGeometry(Rect const& rect, SvgStream& out);
+
+bool IsDrawn(RectMark const& mark);
+bool IsSameStyle(RectMark const& left, RectMark const& right);
+void WriteRectStyle(RectMark const& mark, SvgStream& out);
+
+void WriteLine(LineMark const& line, SvgStream& out);
+void WriteRules(RuleMarks const& rules, SvgStream& out);
+/// `id` is the number of its gradient in the document.
+void WriteGradient(GradientMark const& gradient, int id, SvgStream& out);
+
+/// One element for each visible row, in a group with what they share.
+void WriteSymbols(SymbolMarks const& marks, SvgStream& out);
+
+}  // namespace ostrel::charts
