@@ -5,6 +5,10 @@
 #include "ostreltransforms/FamilyTables.h"
 #include "ostreltransforms/Registration.h"
 #include "ostreltransforms/TransformNames.h"
+#include "ostreltransforms/setvaluemulti/AxisFunctions.h"
+#include "ostreltransforms/setvaluemulti/Calendar.h"
+#include "ostreltransforms/setvaluemulti/ColumnFunctions.h"
+#include "ostreltransforms/setvaluemulti/SubscriptedCall.h"
 #include "ostreltransforms/setvaluemulti/TickFunctions.h"
 
 namespace OstrelTransforms {
@@ -12,7 +16,61 @@ namespace {
 
 using namespace ort::core;
 
+constexpr Slot kDate = {"date", StoreType::DateTime};
+
+// The registrations of each of these differ in nothing but what is named here.
+template <auto fn>
+constexpr Row Difference(wchar_t const* const& name, char const* help) {
+  return Multinary<Subscripted<fn>>({.name = name,
+                                     .inputs = {{"a", StoreType::DateTime}, {"b", StoreType::DateTime}},
+                                     .help = help,
+                                     .example = R"("inputs": [{"DateTime": "2020-03-01T12:00:00.0000"}, )"
+                                                R"({"DateTime": "2020-02-28T11:59:59.0000"}])"});
+}
+
+constexpr char kAccumulateHelp[] = "The total of a column's ordinary rows, in every row.";
+
+constexpr Row Interpolated(StoreType type, char const* example) {
+  return Multinary<InterpolateValues>({.name = TransformNames::INTERPOLATE,
+                                       .inputs = {"fraction", {"from", type}, {"to", type}},
+                                       .output = type,
+                                       .help = "The value a fraction of the way from one to another.",
+                                       .example = example});
+}
+
+template <class T, bool greatest>
+constexpr Row Extremum(wchar_t const* const& name, char const* help, char const* example) {
+  constexpr StoreType kType = ElementTraits<T>::kStoreType;
+  return Multinary<FindExtremum<T, greatest>>({.name = name,
+                                               .inputs = {{"values", ArrayOf(kType)}},
+                                               .output = kType,
+                                               .help = help,
+                                               .example = example});
+}
+
+constexpr char kLeastHelp[] = "The least ordinary value of a column, key set or key map.";
+constexpr char kGreatestHelp[] = "The greatest ordinary value of a column, key set or key map.";
+constexpr char kReal64Extremum[] = R"("inputs": [{"Array": {"type": "Real64", "values": [2.5, -1, 4]}}])";
+constexpr char kInt64Extremum[] = R"("inputs": [{"Array": {"type": "Int64", "values": [2, -1, 4]}}])";
+constexpr char kDateTimeExtremum[] =
+    R"("inputs": [{"Array": {"type": "DateTime", "values": ["2020-03-01T12:00:00.0000", )"
+    R"("2019-03-01T00:00:00.0000"]}}])";
+
 constexpr Row kRows[] = {
+    Multinary<ComputeAxisExtents>(
+        {.name = TransformNames::COMPUTE_AXIS_EXTENTS,
+         .inputs = {{"domains", ArrayOf(StoreType::Tuple)},
+                    {"ranges", ArrayOf(StoreType::Tuple)},
+                    {"reversed", ArrayOf(StoreType::Bool)},
+                    {"axes", ArrayOf(StoreType::Int32)},
+                    "fallsBackUpright"},
+         .output = StoreType::KeyMap,
+         .help = "Where the ends and the zero of each row's axis lie, and its domain as numbers.",
+         .example = R"("inputs": [{"Array": {"type": "Tuple", "values": [{"Tuple": [{"Int64": -5}, )"
+                    R"({"Int64": 15}, {"Int32": 0}, {"Int32": 2}, {"Bool": false}]}]}}, )"
+                    R"({"Array": {"type": "Tuple", "values": [{"Tuple": [{"Int64": 0}, {"Int64": 10}]}]}}, )"
+                    R"({"Array": {"type": "Bool", "values": [false]}}, )"
+                    R"({"Array": {"type": "Int32", "values": [0, 0, 1]}}, {"Bool": true}])"}),
     Multinary<CalcLogTicks>(
         {.name = TransformNames::CALC_LOG_TICKS,
          .inputs = {{"minimum", StoreType::Real64},
@@ -30,6 +88,90 @@ constexpr Row kRows[] = {
          .example = R"("inputs": [{"Real64": 1}, {"Real64": 1000}, {"Int32": 300}, {"Bool": true}, )"
                     R"({"Int32": 4}, {"Tuple": [{"String": ""}]}, {"Tuple": [{"String": "DejaVu Sans"}, )"
                     R"({"Real64": 10}, {"Int32": 400}, {"Int32": 0}]}, {"Real64": 1}, {"Real64": 10}])"}),
+    Multinary<Subscripted<TemporalTickFrequency>>(
+        {.name = TransformNames::TEMPORAL_TICK_FREQUENCY,
+         .inputs = {{"a", StoreType::Int32},
+                    {"factor", StoreType::Real32},
+                    {"b", StoreType::Int32},
+                    {"candidates", ArrayOf(StoreType::Int32)}},
+         .help = "The first candidate that times a factor exceeds the larger of two counts; 0 if none does.",
+         .example = R"("inputs": [{"Int32": 3}, {"Real32": 2}, {"Int32": 7}, )"
+                    R"({"Array": {"type": "Int32", "values": [1, 3, 4, 6]}}])"}),
+    Multinary<FindLargestGap>(
+        {.name = TransformNames::FIND_LARGEST_GAP,
+         .inputs = {{"slots", ArrayOf(StoreType::Int32)}},
+         .output = StoreType::Tuple,
+         .help = "The first and last slot of the largest gap in a circle of slots, of which 0 are empty.",
+         .example = R"("inputs": [{"Array": {"type": "Int32", "values": [0, 0, 1, 0, 0, 0, 1]}}])"}),
+    Difference<Calendar::DaysDifference>(TransformNames::DAYS_DIFFERENCE,
+                                         "The whole days between two dates."),
+    Difference<Calendar::HoursDifference>(TransformNames::HOURS_DIFFERENCE,
+                                          "The whole hours between two dates."),
+    Difference<Calendar::MinutesDifference>(TransformNames::MINUTES_DIFFERENCE,
+                                            "The whole minutes between two dates."),
+    Difference<Calendar::SecondsDifference>(TransformNames::SECONDS_DIFFERENCE,
+                                            "The whole seconds between two dates."),
+    Multinary<Subscripted<Calendar::DaysToWeekStart>>(
+        {.name = TransformNames::DAYS_TO_WEEK_START,
+         .inputs = {kDate, {"weekStart", StoreType::Int32}},
+         .help = "The days from the start of the week, 1 to 7; below 0 where it starts later.",
+         .example = R"("inputs": [{"DateTime": "2020-03-01T12:00:00.0000"}, {"Int32": 1}])"}),
+    Multinary<Subscripted<Calendar::FiscalYear>>(
+        {.name = TransformNames::FISCAL_YEAR,
+         .inputs = {{"startMonth", StoreType::Int32}, kDate},
+         .help = "The fiscal year of a date, named after the calendar year in which it ends.",
+         .example = R"("inputs": [{"Int32": 7}, {"DateTime": "2020-07-01T00:00:00.0000"}])"}),
+    Multinary<Subscripted<Calendar::HasTime>>(
+        {.name = TransformNames::HAS_TIME,
+         .inputs = {kDate,
+                    {"checksHour", StoreType::Bool},
+                    {"checksMinute", StoreType::Bool},
+                    {"checksSecond", StoreType::Bool},
+                    {"checksFraction", StoreType::Bool}},
+         .help = "Whether one of the named parts of the time of day is not 0.",
+         .example = R"("inputs": [{"DateTime": "2020-03-01T12:00:00.0000"}, {"Bool": true}, )"
+                    R"({"Bool": false}, {"Bool": false}, {"Bool": false}])"}),
+    Multinary<Subscripted<Calendar::StartOfPeriod>>(
+        {.name = TransformNames::START_OF_PERIOD,
+         .inputs = {{"period", StoreType::Int32},
+                    kDate,
+                    {"startMonth", StoreType::Int32},
+                    {"weekStart", StoreType::Int32}},
+         .help =
+             "The start of the fiscal year (0), fiscal quarter, month, week, day, hour, minute or second (7) "
+             "that holds a date; in a month after its first day that of the next one.",
+         .example = R"("inputs": [{"Int32": 1}, {"DateTime": "2021-02-10T12:00:00.0000"}, {"Int32": 4}, )"
+                    R"({"Int32": 1}])"}),
+    Multinary<Accumulate<int64>>({.name = TransformNames::ACCUMULATE,
+                                  .inputs = {{"column", ArrayOf(StoreType::Int64)}},
+                                  .output = ArrayOf(StoreType::Int64),
+                                  .help = kAccumulateHelp,
+                                  .example = R"("inputs": [{"Array": {"type": "Int64", )"
+                                             R"("values": [1, null, 2], "specials": [[1, 9]]}}])"}),
+    Multinary<Accumulate<double>>({.name = TransformNames::ACCUMULATE,
+                                   .inputs = {{"column", ArrayOf(StoreType::Real64)}},
+                                   .output = ArrayOf(StoreType::Real64),
+                                   .help = kAccumulateHelp,
+                                   .example = R"("inputs": [{"Array": {"type": "Real64", )"
+                                              R"("values": [1.5, null, 2], "specials": [[1, 9]]}}])"}),
+    Interpolated(StoreType::Int32, R"("inputs": [{"Real64": 0.25}, {"Int32": 0}, {"Int32": 10}])"),
+    Interpolated(StoreType::Int64, R"("inputs": [{"Real64": 0.25}, {"Int64": 0}, {"Int64": 10}])"),
+    Interpolated(StoreType::Real32, R"("inputs": [{"Real64": 0.25}, {"Real32": 0}, {"Real32": 10}])"),
+    Interpolated(StoreType::Real64, R"("inputs": [{"Real64": 0.25}, {"Real64": 0}, {"Real64": 10}])"),
+    Interpolated(StoreType::DateTime,
+                 R"("inputs": [{"Real64": 0.25}, {"DateTime": "2020-03-01T00:00:00.0000"}, )"
+                 R"({"DateTime": "2020-03-03T00:00:00.0000"}])"),
+    Extremum<double, false>(TransformNames::MIN_MULTI_R64, kLeastHelp, kReal64Extremum),
+    Extremum<double, true>(TransformNames::MAX_MULTI_R64, kGreatestHelp, kReal64Extremum),
+    Extremum<int64, false>(TransformNames::MIN_MULTI_I64, kLeastHelp, kInt64Extremum),
+    Extremum<int64, true>(TransformNames::MAX_MULTI_I64, kGreatestHelp, kInt64Extremum),
+    Extremum<OrtDateTime, false>(TransformNames::MIN_MULTI_DATETIME, kLeastHelp, kDateTimeExtremum),
+    Extremum<OrtDateTime, true>(TransformNames::MAX_MULTI_DATETIME, kGreatestHelp, kDateTimeExtremum),
+    Multinary<ColumnNotEmpty>({.name = TransformNames::COLUMN_NOT_EMPTY,
+                               .inputs = {{"column", StoreType::Array}, "countsAsFilled"},
+                               .help = "Whether a column has rows, or a flag is set.",
+                               .example = R"("inputs": [{"Array": {"type": "Int32", "values": []}}, )"
+                                          R"({"Bool": false}])"}),
 };
 
 }  // namespace

@@ -1,10 +1,13 @@
 #include "ostreltransforms/setvaluemulti/TickFunctions.h"
 
+#include <algorithm>
 #include <stdexcept>
 
 #include "ostrelrtcore/Factory.h"
 #include "ostreltransforms/CallbackAccess.h"
+#include "ostreltransforms/map/ColumnParameter.h"
 #include "ostreltransforms/setvaluemulti/LogTicks.h"
+#include "ostreltransforms/setvaluemulti/SlotGaps.h"
 
 namespace OstrelTransforms {
 namespace {
@@ -91,6 +94,23 @@ Value CalcLogTicks(std::vector<Value> const& inputs) {
   std::span<double> const positions = column.GetValues();
   for (std::size_t i = 0; i < ticks->size(); ++i) positions[i] = LogTicks::GetPosition(domain, (*ticks)[i]);
   return column.Finish();
+}
+
+int TemporalTickFrequency(int a, float factor, int b, Value const& candidates) {
+  detail::RequireColumnOf(StoreType::Int32, candidates);
+  auto const limit = static_cast<float>(std::max(a, b));
+  auto const& column = candidates->AsTypedArray<int>();
+  for (int row = 0; row < column.GetCount(); ++row) {
+    int const candidate = column.GetElement(row);
+    if (static_cast<float>(candidate) * factor > limit && !column.IsSpecial(row)) return candidate;
+  }
+  return 0;
+}
+
+Value FindLargestGap(Value const& slots) {
+  detail::RequireColumnOf(StoreType::Int32, slots);
+  auto const [first, last] = SlotGaps::FindLargest(slots->AsTypedArray<int>().GetValues());
+  return factory::MakeTuple(std::vector{factory::MakeInt32(first), factory::MakeInt32(last)});
 }
 
 }  // namespace OstrelTransforms

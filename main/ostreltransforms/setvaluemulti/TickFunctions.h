@@ -24,4 +24,12 @@ namespace OstrelTransforms {
 // more ticks than can be shown (10,000).
 Value CalcLogTicks(std::vector<Value> const& inputs);
 
+// The first of the candidates, a column of Int32, that times a factor exceeds the larger of two counts, in
+// single precision; 0 where none does. Special rows are no candidates.
+int TemporalTickFrequency(int a, float factor, int b, Value const& candidates);
+
+// The first and last slot, as a tuple of two Int32, of the largest gap in a column of Int32 (see SlotGaps).
+// Throws 219 for another number of inputs than one, 55 for anything but such a column.
+Value FindLargestGap(Value const& slots);
+
 }  // namespace OstrelTransforms
