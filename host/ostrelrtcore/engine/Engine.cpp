@@ -7,6 +7,35 @@
 #include "ostrelrtcore/engine/Rowwise.h"
 
 namespace ort::core {
+namespace engine {
+namespace {
+
+factory::Value ApplyMultinary(FoundFunction const& function, CallView const& call) {
+  auto result = MakeMultinary(function).functor->Apply({call.inputs.begin(), call.inputs.end()});
+  if (result == nullptr) throw OrtRuntimeException(OrtError_WrongValueKind, function.key->GetName());
+  return result;
+}
+
+}  // namespace
+
+Value ApplyFunction(FunctionRegistry const& registry, CallView const& call) {
+  auto const function = FindFunction(registry, call);
+  switch (call.mode) {
+    case EvaluationMode::Map:
+    case EvaluationMode::Zip:
+      return ApplyRowwise(function, call);
+    case EvaluationMode::Scan:
+    case EvaluationMode::ScanBackward:
+    case EvaluationMode::Fold:
+      return ApplyFold(function, call);
+    case EvaluationMode::Call:
+      break;
+  }
+  return ApplyMultinary(function, call);
+}
+
+}  // namespace engine
+
 namespace {
 
 std::string Describe(std::exception_ptr const& cause) {
@@ -17,12 +46,6 @@ std::string Describe(std::exception_ptr const& cause) {
   } catch (...) {
     return "unknown error";
   }
-}
-
-factory::Value ApplyMultinary(engine::FoundFunction const& function, FunctionCall const& call) {
-  auto result = engine::MakeMultinary(function).functor->Apply(call.inputs);
-  if (result == nullptr) throw OrtRuntimeException(OrtError_WrongValueKind, function.key->GetName());
-  return result;
 }
 
 }  // namespace
@@ -51,23 +74,12 @@ char const* EvaluationError::what() const noexcept { return texts_->what.c_str()
 
 std::vector<Engine::Value> Engine::Evaluate(FunctionGraph const& graph, factory::NamedValues const& inputs,
                                             std::span<NodeId const> outputs) const {
-  return engine::GraphEvaluation(*this, graph, inputs, outputs).Run();
+  return engine::GraphEvaluation(*registry_, graph, inputs, outputs).Run();
 }
 
 Engine::Value Engine::Call(FunctionCall const& call) const {
-  auto const function = engine::FindFunction(*registry_, call);
-  switch (call.mode) {
-    case EvaluationMode::Map:
-    case EvaluationMode::Zip:
-      return engine::ApplyRowwise(function, call);
-    case EvaluationMode::Scan:
-    case EvaluationMode::ScanBackward:
-    case EvaluationMode::Fold:
-      return engine::ApplyFold(function, call);
-    case EvaluationMode::Call:
-      break;
-  }
-  return ApplyMultinary(function, call);
+  return engine::ApplyFunction(
+      *registry_, {call.function, call.mode, call.inputs, call.parameters, call.initial, call.groups});
 }
 
 Engine::Forms Engine::GetForms(OStringCore const& function) const {

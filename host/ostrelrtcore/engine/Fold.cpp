@@ -16,7 +16,7 @@ struct Accumulator {
   SpecialKind kind = SpecialKind::None;
 };
 
-Accumulator MakeInitial(FoundFunction const& function, FunctionCall const& call, bool takesKinds) {
+Accumulator MakeInitial(FoundFunction const& function, CallView const& call, bool takesKinds) {
   if (call.initial == nullptr) {
     Accumulator zero{ElementSlot(GetStorageClass(function.GetInputType(0)))};
     if (zero.element.GetStorage() != StorageClass::Value) return zero;
@@ -32,7 +32,7 @@ Accumulator MakeInitial(FoundFunction const& function, FunctionCall const& call,
 
 class FoldLoop {
  public:
-  FoldLoop(FoundFunction const& function, FunctionCall const& call, Operand const& input, int count)
+  FoldLoop(FoundFunction const& function, CallView const& call, Operand const& input, int count)
       : function_(function),
         call_(call),
         input_(input),
@@ -45,7 +45,7 @@ class FoldLoop {
 
   Value ApplyToScalar();
   Value ApplyToColumn();
-  Value ApplyToGroups(Operand const& keys);
+  Value ApplyToGroups();
 
  private:
   MadeFunctor<UntypedBinary> Make() const { return MakeBinary(function_, call_.parameters); }
@@ -58,7 +58,7 @@ class FoldLoop {
   Value ApplyToUniform(SpecialKind kind) const;
 
   FoundFunction const& function_;
-  FunctionCall const& call_;
+  CallView const& call_;
   Operand const& input_;
   int count_;
   MadeFunctor<UntypedBinary> made_;
@@ -117,20 +117,20 @@ Value FoldLoop::ApplyToUniform(SpecialKind kind) const {
   return MakeRepeatedColumn(type, ElementSlot(GetStorageClass(type)), kind, count_);
 }
 
-Value FoldLoop::ApplyToGroups(Operand const& keys) {
+Value FoldLoop::ApplyToGroups() {
   if (!takesKinds_ && input_.GetUniformKind() != SpecialKind::None) {
     return ApplyToUniform(input_.GetUniformKind());
   }
   SpecialRows const specials({&input_, 1}, count_);
-  Groups const groups(keys, count_, takesKinds_ ? std::span<int const>() : specials.GetRows());
+  Groups const groups(*call_.groups, count_, takesKinds_ ? std::span<int const>() : specials.GetRows());
   RowReader reader(input_, takesKinds_, static_cast<std::size_t>(count_));
   ResultColumn result(function_.GetOutputType(), count_);
   for (std::size_t group = 0; group < groups.GetCount(); ++group) {
-    // The functor that told its abilities is as fresh as any for the first group.
-    if (group != 0) made_ = Make();
-    Accumulator accumulator = initial_;
     RowSet const rows = groups.GetRows(group);
-    Accumulate(*made_.functor, accumulator, reader, rows, KeepsSteps() ? &result : nullptr);
+    if (rows.count == 0) continue;
+    auto const made = Make();
+    Accumulator accumulator = initial_;
+    Accumulate(*made.functor, accumulator, reader, rows, KeepsSteps() ? &result : nullptr);
     if (!KeepsSteps()) result.Fill(rows, accumulator.element, accumulator.kind);
   }
   if (!takesKinds_) result.MarkSpecial(specials.GetRows(), specials.GetKinds());
@@ -139,7 +139,7 @@ Value FoldLoop::ApplyToGroups(Operand const& keys) {
 
 }  // namespace
 
-Value ApplyFold(FoundFunction const& function, FunctionCall const& call) {
+Value ApplyFold(FoundFunction const& function, CallView const& call) {
   Operand const input(call.inputs[0]);
   if (call.groups == nullptr) {
     FoldLoop loop(function, call, input, input.GetCount());
@@ -148,7 +148,7 @@ Value ApplyFold(FoundFunction const& function, FunctionCall const& call) {
   Operand const keys(call.groups);
   int const count = GetCommonCount({&input, &keys});
   FoldLoop loop(function, call, input, count);
-  return count < 0 ? loop.ApplyToScalar() : loop.ApplyToGroups(keys);
+  return count < 0 ? loop.ApplyToScalar() : loop.ApplyToGroups();
 }
 
 }  // namespace ort::core::engine

@@ -6,6 +6,6 @@
 namespace ort::core::engine {
 
 /// Scan, scanBackward and fold: a binary function folded over one column, by the rules of Engine.
-Value ApplyFold(FoundFunction const& function, FunctionCall const& call);
+Value ApplyFold(FoundFunction const& function, CallView const& call);
 
 }  // namespace ort::core::engine

@@ -49,7 +49,7 @@ FoundFunction Describe(Entry const& entry) {
   return {&entry.GetKey(), &entry.GetOutput(), &entry.GetFactory(), entry.IsOrderDependent()};
 }
 
-bool Suits(std::vector<KeySegmentType> const& slots, FunctionCall const& call) {
+bool Suits(std::vector<KeySegmentType> const& slots, CallView const& call) {
   auto const& inputs = call.inputs;
   if (IsFold(call.mode)) return SuitsRows(slots[1], *inputs[0]);
   if (slots.size() != inputs.size()) return false;
@@ -63,7 +63,7 @@ bool Suits(std::vector<KeySegmentType> const& slots, FunctionCall const& call) {
 
 // Of the entries that suit, the latest one of the wanted shape, else the latest one of the other shape.
 template <class Entry>
-Entry const* Choose(std::vector<Entry> const& entries, FunctionCall const& call) {
+Entry const* Choose(std::vector<Entry> const& entries, CallView const& call) {
   bool const wantsSpecial = call.mode != EvaluationMode::Call &&
                             std::any_of(call.inputs.begin(), call.inputs.end(),
                                         [](auto const& input) { return HasSpecialRows(*input); });
@@ -91,7 +91,7 @@ std::string Join(Segments const& segments, Write const& write) {
 std::string DescribeValue(Value const& value) { return GetSegment(*value).ToString().toUtf8(); }
 
 template <class Entry>
-std::string DescribeMismatch(std::vector<Entry> const& entries, FunctionCall const& call) {
+std::string DescribeMismatch(std::vector<Entry> const& entries, CallView const& call) {
   auto const describeSlot = [](KeySegmentType const& slot) { return slot.ToString().toUtf8(); };
   std::string const inputs = Join(call.inputs, DescribeValue);
   return Quote(call.function) + " can't " + EvaluationModeToString(call.mode) + " (" + inputs + "); " +
@@ -106,7 +106,7 @@ char const* DescribeForms(Engine::Forms const& forms) {
   return forms.isBinary ? "zip, scan, scanBackward or fold" : "call";
 }
 
-[[noreturn]] void ThrowNoForm(FunctionRegistry const& registry, FunctionCall const& call) {
+[[noreturn]] void ThrowNoForm(FunctionRegistry const& registry, CallView const& call) {
   auto const forms = Engine(registry).GetForms(call.function);
   if (!forms.IsKnown()) throw InvalidCall(DescribeUnknownFunction(registry, call.function));
   throw InvalidCall("mode " + std::string(EvaluationModeToString(call.mode)) + " does not suit " +
@@ -114,7 +114,7 @@ char const* DescribeForms(Engine::Forms const& forms) {
 }
 
 template <class Functions>
-FoundFunction Find(FunctionRegistry const& registry, Functions const& functions, FunctionCall const& call,
+FoundFunction Find(FunctionRegistry const& registry, Functions const& functions, CallView const& call,
                    std::size_t inputCount) {
   auto const entries = functions.Find(call.function);
   if (entries.empty()) ThrowNoForm(registry, call);
@@ -130,7 +130,7 @@ FoundFunction Find(FunctionRegistry const& registry, Functions const& functions,
   throw InvalidCall(DescribeMismatch(entries, call));
 }
 
-void RequireValues(std::vector<Value> const& values, FunctionCall const& call, char const* what) {
+void RequireValues(std::span<Value const> values, CallView const& call, char const* what) {
   for (auto const& value : values) {
     if (value != nullptr) continue;
     auto const text = "null as " + std::string(what) + " of " + Quote(call.function);
@@ -138,7 +138,7 @@ void RequireValues(std::vector<Value> const& values, FunctionCall const& call, c
   }
 }
 
-void RequireUsedValues(FunctionCall const& call) {
+void RequireUsedValues(CallView const& call) {
   RequireValues(call.inputs, call, "input");
   RequireValues(call.parameters, call, "parameter");
   std::string const mode = EvaluationModeToString(call.mode);
@@ -150,7 +150,7 @@ void RequireUsedValues(FunctionCall const& call) {
   }
 }
 
-void RequireInitial(FoundFunction const& found, FunctionCall const& call) {
+void RequireInitial(FoundFunction const& found, CallView const& call) {
   KeySegmentType const& slot = found.key->GetInputTypes()[0];
   if (call.initial == nullptr || SuitsWhole(slot, *call.initial)) return;
   throw InvalidCall("the initial value of " + Quote(call.function) + " is " + DescribeValue(call.initial) +
@@ -164,7 +164,7 @@ void AppendNames(Functions const& functions, std::vector<std::string>& names) {
 
 }  // namespace
 
-FoundFunction FindFunction(FunctionRegistry const& registry, FunctionCall const& call) {
+FoundFunction FindFunction(FunctionRegistry const& registry, CallView const& call) {
   RequireUsedValues(call);
   switch (call.mode) {
     case EvaluationMode::Map:

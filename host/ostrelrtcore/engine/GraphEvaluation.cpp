@@ -3,7 +3,16 @@
 #include <tbb/task_arena.h>
 #include <tbb/task_group.h>
 
+#include <boost/container/small_vector.hpp>
+
+#include "ostrelrtcore/engine/FunctionLookup.h"
+
 namespace ort::core::engine {
+namespace {
+
+using Values = boost::container::small_vector<Value, 4>;
+
+}  // namespace
 
 // The tasks of one evaluation. Their context is isolated, so that a caller's cancelled group leaves no node
 // undone unnoticed.
@@ -26,9 +35,9 @@ class GraphEvaluation::Tasks {
   tbb::task_group group_;
 };
 
-GraphEvaluation::GraphEvaluation(Engine const& engine, FunctionGraph const& graph,
+GraphEvaluation::GraphEvaluation(FunctionRegistry const& registry, FunctionGraph const& graph,
                                  factory::NamedValues const& inputs, std::span<NodeId const> outputs)
-    : engine_(engine),
+    : registry_(registry),
       graph_(graph),
       outputs_(outputs),
       plan_(graph, inputs, outputs),
@@ -103,13 +112,16 @@ bool GraphEvaluation::Evaluate(int step) {
   State& state = states_[static_cast<std::size_t>(step)];
   try {
     FunctionNode const& node = graph_.GetFunction(plan_.GetNode(step));
-    FunctionCall call{node.function, node.mode, {}, {}};
-    call.inputs.reserve(node.inputs.size());
-    for (NodeId const id : node.inputs) call.inputs.push_back(GetValue(id));
-    for (NodeId const id : node.parameters) call.parameters.push_back(GetValue(id));
-    if (node.initial) call.initial = GetValue(*node.initial);
-    if (node.groups) call.groups = GetValue(*node.groups);
-    state.result = engine_.Call(call);
+    Values inputs;
+    Values parameters;
+    for (NodeId const id : node.inputs) inputs.push_back(GetValue(id));
+    for (NodeId const id : node.parameters) parameters.push_back(GetValue(id));
+    state.result = ApplyFunction(registry_, {node.function,
+                                             node.mode,
+                                             {inputs.data(), inputs.size()},
+                                             {parameters.data(), parameters.size()},
+                                             node.initial ? GetValue(*node.initial) : nullptr,
+                                             node.groups ? GetValue(*node.groups) : nullptr});
     return true;
   } catch (...) {
     state.error = std::current_exception();

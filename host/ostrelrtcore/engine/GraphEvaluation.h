@@ -14,8 +14,8 @@ namespace ort::core::engine {
 /// leaves the others to the task scheduler, which is not touched as long as only one node is ready.
 class GraphEvaluation {
  public:
-  GraphEvaluation(Engine const& engine, FunctionGraph const& graph, factory::NamedValues const& inputs,
-                  std::span<NodeId const> outputs);
+  GraphEvaluation(FunctionRegistry const& registry, FunctionGraph const& graph,
+                  factory::NamedValues const& inputs, std::span<NodeId const> outputs);
   std::vector<Value> Run();
 
  private:
@@ -39,7 +39,7 @@ class GraphEvaluation {
   Value const& GetValue(NodeId id) const;
   [[noreturn]] void ThrowFailure(int step) const;
 
-  Engine const& engine_;
+  FunctionRegistry const& registry_;
   FunctionGraph const& graph_;
   std::span<NodeId const> outputs_;
   GraphPlan plan_;

@@ -1,8 +1,9 @@
 #pragma once
 
+#include <span>
 #include <vector>
 
-#include "ostrelrtcore/engine/Operand.h"
+#include "ostrelrtcore/StoreValue.h"
 #include "ostrelrtcore/engine/RowSet.h"
 
 namespace ort::core::engine {
@@ -11,8 +12,9 @@ namespace ort::core::engine {
 /// first rows. Ordinary rows group by value (NaN with NaN, both zeros), special ones by kind.
 class Groups {
  public:
-  /// `count` rows; those listed in `leftOut` (ascending) belong to no group.
-  Groups(Operand const& keys, int count, std::span<int const> leftOut);
+  /// `count` rows, grouped by a column of that many, or by a scalar, which makes one group. Rows listed in
+  /// `leftOut` belong to no group; a group may thus be empty.
+  Groups(StoreValue const& keys, int count, std::span<int const> leftOut);
 
   std::size_t GetCount() const noexcept { return ends_.size(); }
   RowSet GetRows(std::size_t group) const noexcept {

@@ -86,7 +86,7 @@ Value ResultColumn::Finish() {
 Value MakeRepeatedColumn(StoreType elementType, ElementSlot const& element, SpecialKind kind, int count) {
   auto owner =
       std::make_shared<ElementSlot>(kind == SpecialKind::None ? element : ElementSlot(element.GetStorage()));
-  void const* const address = owner->GetAddress();
+  void* const address = owner->GetAddress();
   return factory::detail::MakeConstantColumn(StoreTypeInfo(elementType, false), element.GetStorage(), address,
                                              std::move(owner), count, kind);
 }

@@ -124,7 +124,7 @@ Value Apply(RowwiseCall<N> const& call) {
 
 }  // namespace
 
-Value ApplyRowwise(FoundFunction const& function, FunctionCall const& call) {
+Value ApplyRowwise(FoundFunction const& function, CallView const& call) {
   if (call.mode == EvaluationMode::Map) {
     auto const made = MakeUnary(function, call.parameters);
     std::array<Operand, 1> operands{Operand(call.inputs[0])};

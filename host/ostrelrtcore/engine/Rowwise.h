@@ -6,6 +6,6 @@
 namespace ort::core::engine {
 
 /// Map (one input) and zip (two): a unary or binary function applied to each row, by the rules of Engine.
-Value ApplyRowwise(FoundFunction const& function, FunctionCall const& call);
+Value ApplyRowwise(FoundFunction const& function, CallView const& call);
 
 }  // namespace ort::core::engine
