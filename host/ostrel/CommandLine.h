@@ -47,4 +47,19 @@ struct CallOptions {
 };
 int RunCall(CallOptions const& options);
 
+struct FunctionsOptions {
+  std::string name;  ///< empty for all
+  bool makesJson = false;
+  bool makesMarkdown = false;
+  bool makesManifest = false;
+};
+int RunFunctions(FunctionsOptions const& options);
+
+struct GraphOptions {
+  std::string chart;
+  bool makesDot = false;
+  std::string dataRoot;
+};
+int RunGraph(GraphOptions const& options);
+
 }  // namespace ostrel::program
