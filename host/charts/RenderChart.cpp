@@ -25,7 +25,7 @@ DrawnChart DrawChart(ChartDocument const& document, DataRoots const& roots, Char
   Compilation compilation{document, table, {}};
   ChartPlan const plan = PlanChart(compilation, options);
   Results const results = compilation.graph.Evaluate(environment.registry);
-  TextSetter const setter(environment.measurer, "DejaVu Sans");
+  TextSetter const setter(environment.measurer, kFontFamily);
   return {BuildScene(compilation, plan, results, setter), DescribeLeftOutRows(compilation, plan, results)};
 }
 

@@ -2,12 +2,13 @@
 
 #include <algorithm>
 
+#include "charts/graph/DocumentChecks.h"
+#include "charts/guides/GuideStyle.h"
+
 namespace ostrel::charts {
 namespace {
 
 constexpr double kDefaultLength = 300;
-constexpr double kLabelFontSize = 10;
-constexpr char const* kFontFamily = "DejaVu Sans";
 
 bool IsLine(MarkSpec const& mark) { return mark.kind == MarkKind::Line; }
 
@@ -19,18 +20,16 @@ std::optional<PositionScale> PlanPosition(Compilation& compilation, Channel chan
   return PlanPositionScale(compilation, *encoding,
                            {.isHorizontal = channel == Channel::X,
                             .length = length,
-                            .labelFontSize = kLabelFontSize,
-                            .fontFamily = kFontFamily});
+                            .labelFontSize = GuideStyle::kLabelFontSize,
+                            .labelLimit = GuideStyle::kLabelLimit});
 }
 
 // The pixels of a channel without a field: its constant, or the middle.
 NodeId ConstantPosition(Compilation& compilation, Channel channel, double length) {
   Encoding const* const encoding = compilation.document.Find(channel);
   double const* const given = encoding == nullptr ? nullptr : std::get_if<double>(&encoding->value);
-  DataColumn const& rows = compilation.table.columns.front();
-  auto const constant = ort::core::factory::MakeConstantArray<double>(ort::core::StoreTypeInfo::Real64,
-                                                                      given != nullptr ? *given : length / 2,
-                                                                      rows.values->AsColumn().GetCount());
+  auto const constant = ort::core::factory::MakeConstantArray<double>(
+      ort::core::StoreTypeInfo::Real64, given != nullptr ? *given : length / 2, compilation.table.rowCount);
   return compilation.graph.Constant(channel == Channel::X ? "x position" : "y position", constant);
 }
 
@@ -104,30 +103,52 @@ std::vector<NodeId> LineGroups(Compilation& compilation) {
   return columns;
 }
 
+// What rows of a line are ordered by.
+NodeId OrderNumbers(Compilation& compilation, Encoding const& order) {
+  if (order.type == FieldType::Quantitative || order.type == FieldType::Temporal) {
+    return ScaleField(compilation, order, "order", {}).numbers;
+  }
+  return compilation.graph.Input(order.field, compilation.table.Get(order.field).values);
+}
+
+// A line runs along x, but along y where that alone is no quantity.
+PositionScale const* LineDirection(ChartPlan const& plan) {
+  auto const isQuantity = [](PositionScale const& scale) {
+    return scale.scaleType != ScaleType::Time && scale.scaleType != ScaleType::Ordinal;
+  };
+  if (plan.y && plan.x && isQuantity(*plan.x) && !isQuantity(*plan.y)) return &*plan.y;
+  return plan.x ? &*plan.x : nullptr;
+}
+
 LinePlan PlanLines(Compilation& compilation, ChartPlan const& plan, NodeId x, NodeId y) {
   GraphBuilder& graph = compilation.graph;
-  std::vector<NodeId> keys;
-  LinePlan lines;
-  if (auto const groups = LineGroups(compilation); !groups.empty()) {
+  LinePlan lines{.x = x, .y = y, .color = StyleRows(plan, Channel::Color)};
+  if (auto const groups = LineGroups(compilation); !groups.empty())
     lines.group = graph.Call("line of row", "groupIndex", groups);
-    keys.push_back(lines.group);
+  NodeId order = -1;
+  NodeId isDescending = -1;
+  if (Encoding const* const encoding = compilation.document.Find(Channel::Order); HasField(encoding)) {
+    order = OrderNumbers(compilation, *encoding);
+    isDescending = graph.Bool(encoding->isDescending.value_or(false));
+  } else if (PositionScale const* const direction = LineDirection(plan)) {
+    order = direction->numbers;
   }
-  Encoding const* const order = compilation.document.Find(Channel::Order);
-  if (HasField(order)) {
-    DataColumn const& column = compilation.table.Get(order->field);
-    keys.push_back(graph.Input(order->field, column.values));
-    keys.push_back(graph.Bool(order->isDescending.value_or(false)));
-  } else if (plan.x) {
-    keys.push_back(plan.x->numbers);
+  auto const change = [&](auto const& function) {
+    for (NodeId* column : {&lines.x, &lines.y, &lines.group, &lines.color, &order}) {
+      if (*column >= 0) *column = function(*column);
+    }
+  };
+  if (lines.color >= 0) {
+    NodeId const placed = PlacedRows(graph, {lines.color});
+    change([&](NodeId column) { return graph.Call("coloured rows", "filter", {column, placed}); });
   }
-  lines.x = x;
-  lines.y = y;
-  lines.color = StyleRows(plan, Channel::Color);
+  std::vector<NodeId> keys;
+  for (NodeId const key : {lines.group, order, isDescending}) {
+    if (key >= 0) keys.push_back(key);
+  }
   if (!keys.empty()) {
     NodeId const drawingOrder = graph.Call("drawing order", "sortIndices", keys);
-    for (NodeId* column : {&lines.x, &lines.y, &lines.group, &lines.color}) {
-      if (*column >= 0) *column = graph.Call("in drawing order", "take", {*column, drawingOrder});
-    }
+    change([&](NodeId column) { return graph.Call("in drawing order", "take", {column, drawingOrder}); });
   }
   for (NodeId const column : {lines.x, lines.y, lines.group, lines.color}) {
     if (column >= 0) graph.Keep(column);
@@ -144,6 +165,7 @@ StyleScale const* ChartPlan::Find(Channel channel) const {
 
 ChartPlan PlanChart(Compilation& compilation, ChartOptions const& options) {
   ChartDocument const& document = compilation.document;
+  CheckDocument(document);
   ChartPlan plan;
   plan.width = options.width.value_or(document.width.value_or(kDefaultLength));
   plan.height = options.height.value_or(document.height.value_or(kDefaultLength));

@@ -9,6 +9,18 @@ int CountSpecials(Results const& results, NodeId column) {
   return static_cast<int>(results[column]->AsColumn().GetSpecialRows().size());
 }
 
+// What the scale looks for in a row.
+char const* Wanted(Encoding const& encoding) {
+  switch (ResolveScaleType(encoding)) {
+    case ScaleType::Time:
+      return "date";
+    case ScaleType::Ordinal:
+      return encoding.scale.domain.empty() ? "value" : "value of the scale's domain";
+    default:
+      return "finite number";
+  }
+}
+
 char const* Consequence(ChartPlan const& plan) { return plan.lines ? "the line breaks there" : "not drawn"; }
 
 void DescribePosition(Compilation const& compilation, ChartPlan const& plan, Results const& results,
@@ -21,8 +33,9 @@ void DescribePosition(Compilation const& compilation, ChartPlan const& plan, Res
                                     scale.name, Consequence(plan)));
   }
   if (missing > 0) {
-    sentences.push_back(fmt::format("{} of {} rows have no value in '{}' for the {} axis; {}", missing, rows,
-                                    scale.encoding->field, scale.name, Consequence(plan)));
+    sentences.push_back(fmt::format("{} of {} rows have no {} in '{}' for the {} axis; {}", missing, rows,
+                                    Wanted(*scale.encoding), scale.encoding->field, scale.name,
+                                    Consequence(plan)));
   }
 }
 
@@ -34,12 +47,12 @@ std::vector<std::string> DescribeLeftOutRows(Compilation const& compilation, Cha
   for (auto const* scale : {&plan.x, &plan.y}) {
     if (*scale) DescribePosition(compilation, plan, results, **scale, sentences);
   }
-  if (plan.lines) return sentences;
   for (StyleScale const& style : plan.styles) {
     int const missing = CountSpecials(results, style.rows);
     if (missing == 0) continue;
-    sentences.push_back(fmt::format("{} of {} rows have no value in '{}' that its scale can place; not drawn",
-                                    missing, compilation.table.rowCount, style.encoding->field));
+    sentences.push_back(fmt::format("{} of {} rows have no {} in '{}' that its scale can place; not drawn",
+                                    missing, compilation.table.rowCount, Wanted(*style.encoding),
+                                    style.encoding->field));
   }
   return sentences;
 }

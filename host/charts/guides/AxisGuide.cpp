@@ -1,5 +1,6 @@
 #include "charts/guides/AxisGuide.h"
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 
@@ -104,7 +105,7 @@ void AddTitle(Side const& side, std::string const& text, Rect const& labels, Tex
     title.angle = -90;
     title.baseline = isRight ? TextBaseline::Top : TextBaseline::Bottom;
   }
-  setter.Add(axis, std::move(title), extent);
+  setter.Add(axis, title, extent);
 }
 
 }  // namespace
@@ -123,7 +124,9 @@ AxisGuide BuildAxis(PositionScale const& scale, Results const& results, double w
   RuleMarks lines{{{side.At(0, 0), side.At(side.GetLength(), 0)}}, {AxisColor(), 1, {}}};
   Extent own(Rect{side.At(0, 0).x, side.At(0, 0).y, 0, 0});
   auto const ticks = ReadTicks(scale, results);
+  bool const isCrowded = scale.scaleType == ScaleType::Ordinal && !std::ranges::all_of(ticks, &Tick::isShown);
   for (Tick const& tick : ticks) {
+    if (isCrowded && !tick.isShown) continue;
     gridLines.rules.push_back({side.At(tick.position, 0), side.Opposite(tick.position)});
     Point const tip = side.At(tick.position, kTickSize);
     lines.rules.push_back({side.At(tick.position, 0), tip});
@@ -134,7 +137,7 @@ AxisGuide BuildAxis(PositionScale const& scale, Results const& results, double w
     guide.grid.nodes.emplace_back(std::move(gridLines));
   for (Tick const& tick : ticks) {
     if (tick.isShown)
-      setter.Add(guide.axis, PlaceLabel(side, tick, spec.labelAngle.value_or(0), setter), own);
+      setter.Add(guide.axis, PlaceLabel(side, tick, spec.labelAngle.value_or(0), setter), own, kLabelLimit);
   }
   extent.Add(own.GetRect());
   if (auto const title = AxisTitle(*scale.encoding); !title.empty()) {

@@ -16,6 +16,11 @@ inline constexpr double kChartTitlePadding = 10;
 inline constexpr double kLegendOffset = 18;  ///< between the plotting area and a legend
 inline constexpr double kLegendGap = 16;     ///< between two legends
 inline constexpr double kLegendRowGap = 3;
+inline constexpr double kLegendTitlePadding = 5;
+inline constexpr double kTitleLineGap = 2;    ///< between the lines of a title
+inline constexpr double kLabelLimit = 180;    ///< longer labels are cut
+inline constexpr double kTitleLimit = 1'200;  ///< longer lines of titles are cut
+inline constexpr int kMostLegendEntries = 30;
 inline constexpr double kOuterPadding = 10;
 inline constexpr double kLabelFontSize = 10;
 inline constexpr double kTitleFontSize = 11;
@@ -61,8 +66,11 @@ class TextSetter {
   double MeasureWidth(std::string const& text, TextFont const& font) const;
   /// The rectangle around a text as it is turned and anchored.
   Rect MeasureRect(TextMark const& text) const;
-  /// Adds the text to a group and its room, moved by the group's origin, to the extent.
-  void Add(Group& group, TextMark text, Extent& extent) const;
+  /// The text, or as much of its beginning as the limit, in pixels, has room for before an ellipsis.
+  std::string Limit(std::string const& text, TextFont const& font, double limit) const;
+  /// Adds the text, line under line and each within the limit, to a group, and its room, moved by the group's
+  /// origin, to the extent. Gives that room in the group's coordinates.
+  Rect Add(Group& group, TextMark const& text, Extent& extent, double limit = GuideStyle::kTitleLimit) const;
 
  private:
   services::TextMeasurer const& measurer_;

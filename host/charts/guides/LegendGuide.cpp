@@ -1,7 +1,11 @@
 #include "charts/guides/LegendGuide.h"
 
+#include <fmt/format.h>
+
+#include <algorithm>
 #include <cmath>
 
+#include "charts/functions/LabelVisibility.h"
 #include "ostrelrtcore/Factory.h"
 
 namespace ostrel::charts {
@@ -10,6 +14,9 @@ namespace {
 namespace factory = ort::core::factory;
 using ort::core::OrtColor;
 using ort::core::StoreTypeInfo;
+
+// Of symbols whose size no field tells, in square pixels.
+constexpr double kSampleSize = 100;
 
 // What one line of a legend shows.
 struct Entry {
@@ -32,13 +39,31 @@ std::string LegendTitle(Encoding const& encoding) {
   return encoding.field;
 }
 
-std::vector<LegendContent> CollectLegends(ChartPlan const& plan) {
+using Texts = ort::core::ITypedArray<ort::core::RIndirectString>;
+
+Texts const& ReadLabels(StyleScale const& scale, Results const& results) {
+  return results[scale.entryLabels]->AsTypedArray<ort::core::RIndirectString>();
+}
+
+// Two categorical scales share a legend when they show the same values of a field.
+bool ShareLegend(StyleScale const& first, StyleScale const& second, Results const& results) {
+  if (!first.isCategorical || !second.isCategorical || first.encoding->field != second.encoding->field)
+    return false;
+  Texts const& labels = ReadLabels(first, results);
+  Texts const& others = ReadLabels(second, results);
+  if (labels.GetCount() != others.GetCount()) return false;
+  for (int row = 0; row < labels.GetCount(); ++row) {
+    if (labels.GetElement(row).Get() != others.GetElement(row).Get()) return false;
+  }
+  return true;
+}
+
+std::vector<LegendContent> CollectLegends(ChartPlan const& plan, Results const& results) {
   std::vector<LegendContent> legends;
   for (StyleScale const& scale : plan.styles) {
     if (scale.encoding->legend.isHidden) continue;
     auto const shares = [&](LegendContent const& legend) {
-      StyleScale const& first = *legend.scales.front();
-      return first.isCategorical && scale.isCategorical && first.encoding->field == scale.encoding->field;
+      return ShareLegend(*legend.scales.front(), scale, results);
     };
     auto const shared = std::ranges::find_if(legends, shares);
     if (shared != legends.end()) {
@@ -50,34 +75,71 @@ std::vector<LegendContent> CollectLegends(ChartPlan const& plan) {
   return legends;
 }
 
-std::vector<Entry> ReadEntries(LegendContent const& legend, Results const& results, MarkLook const& look) {
-  auto const& labels =
-      results[legend.scales.front()->entryLabels]->AsTypedArray<ort::core::RIndirectString>();
-  std::vector<Entry> entries;
+// Whether an entry's value lies in its scale's domain and gives something to see.
+bool IsEntryShown(LegendContent const& legend, Results const& results, int row) {
+  // A round value at an end of the domain may miss it by rounding.
+  constexpr double kPlaceTolerance = 1e-9;
+  for (StyleScale const* scale : legend.scales) {
+    if (results[scale->entries]->AsColumn().IsSpecial(row)) return false;
+    if (scale->channel == Channel::Size &&
+        !(results[scale->entries]->AsTypedArray<double>().GetElement(row) > 0))
+      return false;
+    if (scale->entryPlaces < 0) continue;
+    auto const& places = results[scale->entryPlaces]->AsTypedArray<double>();
+    double const place = places.GetElement(row);
+    if (places.IsSpecial(row) || !(place >= -kPlaceTolerance && place <= 1 + kPlaceTolerance)) return false;
+  }
+  return true;
+}
+
+void SetStyle(StyleScale const& scale, Results const& results, int row, Entry& entry) {
+  auto const& styles = results[scale.entries];
+  switch (scale.channel) {
+    case Channel::Color:
+      entry.color = styles->AsTypedArray<OrtColor>().GetElement(row);
+      break;
+    case Channel::Size:
+      entry.size = styles->AsTypedArray<double>().GetElement(row);
+      break;
+    case Channel::Opacity:
+      entry.opacity = styles->AsTypedArray<double>().GetElement(row);
+      break;
+    case Channel::Shape:
+      entry.shape = static_cast<SymbolShape>(styles->AsTypedArray<int>().GetElement(row));
+      break;
+    default:
+      break;
+  }
+}
+
+struct Entries {
+  std::vector<Entry> shown;
+  int moreCount = 0;
+};
+
+Entries ReadEntries(LegendContent const& legend, Results const& results, MarkLook const& look) {
+  Texts const& labels = ReadLabels(*legend.scales.front(), results);
+  Entries entries;
   for (int row = 0; row < labels.GetCount(); ++row) {
-    Entry entry{labels.GetElement(row).Get().toUtf8(), look.color, 100, look.opacity, look.shape};
-    for (StyleScale const* scale : legend.scales) {
-      auto const& styles = results[scale->entries];
-      switch (scale->channel) {
-        case Channel::Color:
-          entry.color = styles->AsTypedArray<OrtColor>().GetElement(row);
-          break;
-        case Channel::Size:
-          entry.size = styles->AsTypedArray<double>().GetElement(row);
-          break;
-        case Channel::Opacity:
-          entry.opacity = styles->AsTypedArray<double>().GetElement(row);
-          break;
-        case Channel::Shape:
-          entry.shape = static_cast<SymbolShape>(styles->AsTypedArray<int>().GetElement(row));
-          break;
-        default:
-          break;
-      }
+    if (!IsEntryShown(legend, results, row)) continue;
+    if (entries.shown.size() == GuideStyle::kMostLegendEntries) {
+      ++entries.moreCount;
+      continue;
     }
-    entries.push_back(std::move(entry));
+    Entry entry{labels.GetElement(row).Get().toUtf8(), look.color, kSampleSize, look.opacity, look.shape};
+    for (StyleScale const* scale : legend.scales) SetStyle(*scale, results, row, entry);
+    entries.shown.push_back(std::move(entry));
   }
   return entries;
+}
+
+// A count with its thousands set off, as in labels.
+std::string DescribeMore(int count) {
+  std::string digits = std::to_string(count);
+  for (int at = static_cast<int>(digits.size()) - 3; at > 0; at -= 3) {
+    digits.insert(static_cast<std::size_t>(at), ",");
+  }
+  return fmt::format("\u2026 {} more", digits);
 }
 
 // Draws one legend below `top` and gives its bottom.
@@ -93,20 +155,24 @@ class LegendBuilder {
     title.at = {0, top};
     title.baseline = TextBaseline::Top;
     title.font = setter_.MakeFont(GuideStyle::kTitleFontSize, true);
-    setter_.Add(group_, std::move(title), extent_);
-    return top + GuideStyle::kTitleFontSize + 8;
+    return setter_.Add(group_, title, extent_).Bottom() + GuideStyle::kLegendTitlePadding;
   }
 
-  double AddEntries(std::vector<Entry> const& entries, double top) {
+  double AddEntries(Entries const& entries, double top) {
     double widest = 10;
-    for (Entry const& entry : entries) widest = std::max(widest, std::sqrt(entry.size));
+    for (Entry const& entry : entries.shown) widest = std::max(widest, std::sqrt(entry.size));
     if (isOfLines_) widest = 16;
-    for (Entry const& entry : entries) {
-      double const rowHeight = std::max(std::sqrt(entry.size), GuideStyle::kLabelFontSize + 2);
+    double const least = GuideStyle::kLabelFontSize + 2;
+    for (Entry const& entry : entries.shown) {
+      double const rowHeight = isOfLines_ ? least : std::max(std::sqrt(entry.size), least);
       double const middle = top + rowHeight / 2;
       AddSample(entry, {widest / 2, middle}, widest);
       AddLabel(entry.label, {widest + 6, middle});
       top += rowHeight + GuideStyle::kLegendRowGap;
+    }
+    if (entries.moreCount > 0) {
+      AddLabel(DescribeMore(entries.moreCount), {widest + 6, top + least / 2});
+      top += least + GuideStyle::kLegendRowGap;
     }
     return top - GuideStyle::kLegendRowGap;
   }
@@ -121,19 +187,32 @@ class LegendBuilder {
     room.y += group_.origin.y;
     extent_.Add(room);
     group_.nodes.emplace_back(std::move(gradient));
-    auto const& places = results[scale.entryPlaces]->AsTypedArray<double>();
-    auto const& labels = results[scale.entryLabels]->AsTypedArray<ort::core::RIndirectString>();
-    for (int row = 0; row < places.GetCount(); ++row) {
-      if (places.IsSpecial(row)) continue;
-      double const y = top + kGradientLength * (1 - places.GetElement(row));
-      RuleMarks tick{{{{kGradientThickness, y}, {kGradientThickness + 3, y}}}, {AxisColor(), 1, {}}};
-      group_.nodes.emplace_back(std::move(tick));
-      AddLabel(labels.GetElement(row).Get().toUtf8(), {kGradientThickness + 6, y});
-    }
+    AddGradientLabels(scale, results, top);
     return top + kGradientLength;
   }
 
  private:
+  void AddGradientLabels(StyleScale const& scale, Results const& results, double top) {
+    using namespace GuideStyle;
+    auto const& places = results[scale.entryPlaces]->AsTypedArray<double>();
+    Texts const& labels = ReadLabels(scale, results);
+    std::vector<double> heights;
+    std::vector<std::string> texts;
+    for (int row = 0; row < places.GetCount(); ++row) {
+      if (!IsEntryShown({{}, {&scale}}, results, row)) continue;
+      heights.push_back(top + kGradientLength * (1 - places.GetElement(row)));
+      texts.push_back(labels.GetElement(row).Get().toUtf8());
+    }
+    std::vector<double> const sizes(heights.size(), kLabelFontSize);
+    auto const shown = VisibleLabels(heights, sizes, kLegendRowGap, LabelStrategy::Greedy);
+    for (std::size_t i = 0; i < heights.size(); ++i) {
+      RuleMarks tick{{{{kGradientThickness, heights[i]}, {kGradientThickness + 3, heights[i]}}},
+                     {AxisColor(), 1, {}}};
+      group_.nodes.emplace_back(std::move(tick));
+      if (shown[i] != 0) AddLabel(texts[i], {kGradientThickness + 6, heights[i]});
+    }
+  }
+
   void AddLabel(std::string const& text, Point at) {
     TextMark label;
     label.text = text;
@@ -141,7 +220,7 @@ class LegendBuilder {
     label.baseline = TextBaseline::Middle;
     label.font = setter_.MakeFont(GuideStyle::kLabelFontSize);
     label.color = GuideStyle::FaintTextColor();
-    setter_.Add(group_, std::move(label), extent_);
+    setter_.Add(group_, label, extent_, GuideStyle::kLabelLimit);
   }
 
   void AddSample(Entry const& entry, Point middle, double width) {
@@ -181,12 +260,12 @@ Group BuildLegends(ChartPlan const& plan, Results const& results, MarkLook const
   group.origin = at;
   LegendBuilder builder(group, setter, look, plan.lines.has_value(), extent);
   double top = 0;
-  for (LegendContent const& legend : CollectLegends(plan)) {
+  for (LegendContent const& legend : CollectLegends(plan, results)) {
     if (top > 0) top += GuideStyle::kLegendGap;
     top = builder.AddTitle(legend.title, top);
     StyleScale const& first = *legend.scales.front();
-    top = first.entryPlaces >= 0 ? builder.AddGradient(first, results, top)
-                                 : builder.AddEntries(ReadEntries(legend, results, look), top);
+    top = first.palette >= 0 ? builder.AddGradient(first, results, top)
+                             : builder.AddEntries(ReadEntries(legend, results, look), top);
   }
   return group;
 }

@@ -4,6 +4,8 @@
 
 #include <limits>
 
+#include "charts/document/Readers.h"
+#include "charts/graph/DocumentChecks.h"
 #include "charts/scales/ScaledField.h"
 #include "services/ValueConverter.h"
 
@@ -62,10 +64,10 @@ std::vector<LineMark> BuildLines(ChartDocument const& document, LinePlan const& 
     bool const isNew =
         row == 0 || (groups != nullptr && groups->GetElement(row) != groups->GetElement(row - 1));
     if (isNew) {
-      bool const isColored = colors != nullptr && !colors->IsSpecial(row);
       LineMark line;
       line.interpolation = document.mark.interpolation;
-      line.stroke = {isColored ? colors->GetElement(row) : look.color, look.strokeWidth, look.strokeDash};
+      line.stroke = {colors != nullptr ? colors->GetElement(row) : look.color, look.strokeWidth,
+                     look.strokeDash};
       line.opacity = look.opacity;
       lines.push_back(std::move(line));
     }
@@ -93,12 +95,30 @@ OrtColor ReadColor(ChartDocument const& document, std::string const& jsonPath, s
   ThrowDocumentError(document, jsonPath, fmt::format("\"{}\" is no colour", text));
 }
 
+namespace {
+
+// A channel with a value instead of a field.
+void ApplyConstant(ChartDocument const& document, Encoding const& encoding, MarkLook& look) {
+  if (auto const* text = std::get_if<std::string>(&encoding.value)) {
+    if (encoding.channel == Channel::Color) look.color = ReadColor(document, encoding.path + ".value", *text);
+    for (auto const& word : SymbolShapeNames()) {
+      if (encoding.channel == Channel::Shape && *text == word.name) look.shape = word.value;
+    }
+  }
+  if (auto const* number = std::get_if<double>(&encoding.value)) {
+    if (encoding.channel == Channel::Size) look.size = *number;
+    if (encoding.channel == Channel::Opacity) look.opacity = *number;
+  }
+}
+
+}  // namespace
+
 MarkLook ResolveMarkLook(ChartDocument const& document) {
   MarkSpec const& mark = document.mark;
   bool const isLine = mark.kind == MarkKind::Line;
   MarkLook look;
   look.color = kDefaultColor;
-  look.isFilled = mark.filled.value_or(mark.kind == MarkKind::Circle || mark.kind == MarkKind::Square);
+  look.isFilled = IsFilled(mark);
   if (auto const text = ColorText(document, look.isFilled); !text.empty()) {
     look.color = ReadColor(document, mark.path, text);
   }
@@ -108,16 +128,7 @@ MarkLook ResolveMarkLook(ChartDocument const& document) {
   look.strokeDash = mark.strokeDash;
   look.shape = mark.shape.value_or(mark.kind == MarkKind::Square ? SymbolShape::Square : SymbolShape::Circle);
 
-  for (Encoding const& encoding : document.encodings) {
-    if (auto const* text = std::get_if<std::string>(&encoding.value);
-        text && encoding.channel == Channel::Color) {
-      look.color = ReadColor(document, encoding.path + ".value", *text);
-    }
-    if (auto const* number = std::get_if<double>(&encoding.value)) {
-      if (encoding.channel == Channel::Size) (isLine ? look.strokeWidth : look.size) = *number;
-      if (encoding.channel == Channel::Opacity) look.opacity = *number;
-    }
-  }
+  for (Encoding const& encoding : document.encodings) ApplyConstant(document, encoding, look);
   return look;
 }
 

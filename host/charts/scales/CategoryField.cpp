@@ -24,14 +24,33 @@ Value MakeTextColumn(std::vector<Literal> const& literals) {
   return factory::MakeArray<RIndirectString>(ort::core::StoreTypeInfo::String, std::move(texts));
 }
 
-// The values in the field's own order, as text.
-NodeId SortedDomain(GraphBuilder& graph, std::string const& name, DataColumn const& column, NodeId texts) {
-  if (column.GetType() == ort::core::StoreType::String || column.GetType() == ort::core::StoreType::Bool) {
-    return graph.Call(name + " domain", "distinctSorted", {texts});
-  }
-  NodeId const distinct =
-      graph.Call(name + " distinct", "distinctSorted", {graph.Input(column.name, column.values)});
-  return graph.Map(name + " domain", "toString", distinct);
+// Rows without a value belong to no category.
+NodeId WithoutSpecials(GraphBuilder& graph, std::string const& name, NodeId column) {
+  NodeId const isOrdinary =
+      graph.Map(name + " is there", "not", graph.Map(name + " is none", "isSpecial", column));
+  return graph.Call(name, "filter", {column, isOrdinary});
+}
+
+// The different values in the field's own order, numbers and dates by size, or in that of the data, as text.
+NodeId FindDomain(GraphBuilder& graph, std::string const& name, Encoding const& encoding,
+                  DataColumn const& column, NodeId texts) {
+  char const* const function = encoding.keepsDataOrder ? "distinct" : "distinctSorted";
+  bool const isText =
+      column.GetType() == ort::core::StoreType::String || column.GetType() == ort::core::StoreType::Bool;
+  NodeId const values = isText ? texts : graph.Input(column.name, column.values);
+  NodeId const domain =
+      WithoutSpecials(graph, name + " distinct values", graph.Call(name + " distinct", function, {values}));
+  return isText ? domain : graph.Map(name + " domain", "toString", domain);
+}
+
+// The listed values that are there, then the others as they stand.
+NodeId SortByList(GraphBuilder& graph, std::string const& name, NodeId domain,
+                  std::vector<Literal> const& listed) {
+  NodeId const list = graph.Constant(name + " order", MakeTextColumn(listed));
+  // Values that are not listed are special, and those come last.
+  NodeId const places = graph.Call(name + " places in order", "indexIn", {domain, list});
+  return graph.Call(name + " sorted domain", "take",
+                    {domain, graph.Call(name + " sorting", "sortIndices", {places})});
 }
 
 }  // namespace
@@ -48,17 +67,25 @@ CategoryField IndexCategories(Compilation& compilation, Encoding const& encoding
   field.name = name;
   if (!encoding.scale.domain.empty()) {
     field.domain = graph.Constant(name + " domain", MakeTextColumn(encoding.scale.domain));
-  } else if (!encoding.sort.empty()) {
-    field.domain = graph.Constant(name + " order", MakeTextColumn(encoding.sort));
   } else {
-    field.domain = SortedDomain(graph, name, column, texts);
-    if (encoding.isDescending.value_or(false)) {
+    field.domain = FindDomain(graph, name, encoding, column, texts);
+    if (!encoding.sort.empty()) field.domain = SortByList(graph, name, field.domain, encoding.sort);
+    if (encoding.isDescending.value_or(false))
       field.domain = graph.Call(name + " descending domain", "reverse", {field.domain});
-    }
   }
   field.indices = graph.Call(name + " indices", "indexIn", {texts, field.domain});
   field.count = graph.Call(name + " count", "count", {field.domain});
   return field;
+}
+
+CategoryEntries ListEntries(GraphBuilder& graph, CategoryField const& field,
+                            std::vector<Literal> const& listed) {
+  if (listed.empty()) {
+    return {field.domain,
+            graph.Call(field.name + " entry indices", "sequence", {graph.Int(0), graph.Int(1), field.count})};
+  }
+  NodeId const labels = graph.Constant(field.name + " listed values", MakeTextColumn(listed));
+  return {labels, graph.Call(field.name + " entry indices", "indexIn", {labels, field.domain})};
 }
 
 }  // namespace ostrel::charts

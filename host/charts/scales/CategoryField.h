@@ -12,6 +12,16 @@ struct CategoryField {
   NodeId count = -1;    ///< Int32 scalar
 };
 
+/// The values come in the order of the scale's domain or of the encoding's sort: ascending where it has none,
+/// and behind those that a list names.
 CategoryField IndexCategories(Compilation& compilation, Encoding const& encoding, std::string const& name);
+
+/// What a guide shows of the values: all of them, or those that the document lists.
+struct CategoryEntries {
+  NodeId labels = -1;   ///< String column
+  NodeId indices = -1;  ///< Int32 column; special where a listed value is not in the domain
+};
+CategoryEntries ListEntries(GraphBuilder& graph, CategoryField const& field,
+                            std::vector<Literal> const& listed);
 
 }  // namespace ostrel::charts

@@ -3,23 +3,15 @@
 #include <cmath>
 #include <numbers>
 
+#include "charts/scales/GuideValues.h"
+
 namespace ostrel::charts {
 namespace {
-
-namespace factory = ort::core::factory;
 
 // Pixels for one tick where the document does not say how many.
 constexpr double kPixelsPerTick = 40;
 constexpr double kLabelGapAlong = 6;
 constexpr double kLabelGapAcross = 2;
-constexpr int kLogLabelGap = 8;
-
-NodeId MakeFont(GraphBuilder& graph, AxisSpace const& space) {
-  return graph.Constant("label font",
-                        factory::MakeTuple({factory::MakeString(OStringCore::fromUtf8(space.fontFamily)),
-                                            factory::MakeReal64(space.labelFontSize), factory::MakeInt32(400),
-                                            factory::MakeInt32(0)}));
-}
 
 double DefaultTickCount(Encoding const& encoding, AxisSpace const& space) {
   return encoding.axis.tickCount.value_or(std::ceil(space.length / kPixelsPerTick));
@@ -30,39 +22,9 @@ struct Range {
   double end;
 };
 
-// Pixels run to the right and upwards, or the other way where the document reverses the scale.
-Range PixelRange(Encoding const& encoding, AxisSpace const& space) {
-  Range range = space.isHorizontal ? Range{0, space.length} : Range{space.length, 0};
-  if (encoding.scale.reverse.value_or(encoding.isDescending.value_or(false)))
-    std::swap(range.start, range.end);
-  return range;
-}
-
-NodeId GivenTicks(Compilation& compilation, Encoding const& encoding) {
-  auto values = std::make_unique<std::vector<double>>();
-  for (Literal const& literal : encoding.axis.values) {
-    auto const* number = std::get_if<double>(&literal);
-    if (number == nullptr) {
-      ThrowDocumentError(compilation.document, encoding.path + ".axis.values", "expects numbers");
-    }
-    values->push_back(*number);
-  }
-  return compilation.graph.Constant(
-      "given ticks", factory::MakeArray<double>(ort::core::StoreTypeInfo::Real64, std::move(values)));
-}
-
-// A logarithmic axis takes the densest ticks whose labels fit.
-NodeId LogTicks(GraphBuilder& graph, Encoding const& encoding, ScaledField const& field,
-                AxisSpace const& space) {
-  NodeId const format = graph.Constant(
-      "label format", factory::MakeTuple({factory::MakeString(OStringCore::fromUtf8(encoding.axis.format))}));
-  NodeId const positions =
-      graph.Call(field.name + " log ticks", "calcLogTicks",
-                 {field.minimum, field.maximum, graph.Int(static_cast<int>(space.length)),
-                  graph.Bool(space.isHorizontal), graph.Int(kLogLabelGap), format, MakeFont(graph, space),
-                  graph.Real(1), graph.Real(encoding.scale.base.value_or(10))});
-  return graph.Call(field.name + " ticks", "logTickValues",
-                    {positions, field.minimum, field.maximum, graph.Real(DefaultTickCount(encoding, space))});
+// Pixels run to the right and upwards, or the other way.
+Range PixelRange(AxisSpace const& space, bool isReversed) {
+  return space.isHorizontal != isReversed ? Range{0, space.length} : Range{space.length, 0};
 }
 
 // How far labels reach along the axis, turned by their angle.
@@ -83,8 +45,10 @@ NodeId LabelExtents(GraphBuilder& graph, PositionScale const& scale) {
 }
 
 void PlanLabels(GraphBuilder& graph, PositionScale& scale) {
-  scale.labelWidths = graph.Call(scale.name + " label widths", "measureTexts",
-                                 {scale.tickLabels, MakeFont(graph, scale.space)});
+  NodeId const widths = graph.Call(scale.name + " whole label widths", "measureTexts",
+                                   {scale.tickLabels, MakeLabelFont(graph, scale.space.labelFontSize)});
+  scale.labelWidths =
+      graph.Map(scale.name + " label widths", "clampMax", widths, {graph.Real(scale.space.labelLimit)});
   double const gap = scale.space.isHorizontal ? kLabelGapAlong : kLabelGapAcross;
   char const* const strategy = scale.scaleType == ScaleType::Log ? "greedy" : "parity";
   scale.shownLabels =
@@ -92,66 +56,54 @@ void PlanLabels(GraphBuilder& graph, PositionScale& scale) {
                  {scale.tickPositions, LabelExtents(graph, scale), graph.Real(gap), graph.Text(strategy)});
 }
 
-// Ticks as numbers on the axis, and what they say.
-NodeId PlanTicks(Compilation& compilation, Encoding const& encoding, ScaledField const& field,
-                 PositionScale& scale) {
-  GraphBuilder& graph = compilation.graph;
-  NodeId const count = graph.Real(DefaultTickCount(encoding, scale.space));
-  if (field.scaleType == ScaleType::Time) {
-    NodeId const dates =
-        graph.Call(field.name + " tick dates", "timeTicks", {field.minimum, field.maximum, count});
-    scale.tickLabels =
-        graph.Call(field.name + " tick labels", "formatDates", {dates, graph.Text(encoding.axis.format)});
-    return graph.Map(field.name + " ticks", "toReal64", dates);
-  }
-  NodeId ticks = -1;
-  if (!encoding.axis.values.empty()) {
-    ticks = GivenTicks(compilation, encoding);
-  } else if (field.scaleType == ScaleType::Log) {
-    ticks = LogTicks(graph, encoding, field, scale.space);
-  } else {
-    ticks = graph.Call(field.name + " ticks", "linearTicks", {field.minimum, field.maximum, count});
-  }
-  scale.tickLabels =
-      graph.Call(field.name + " tick labels", "formatTicks", {ticks, graph.Text(encoding.axis.format)});
-  return ticks;
-}
-
 void PlanContinuous(Compilation& compilation, Encoding const& encoding, PositionScale& scale) {
   GraphBuilder& graph = compilation.graph;
   bool const isTime = scale.scaleType == ScaleType::Time;
   ScaledField const field =
       ScaleField(compilation, encoding, scale.name, {.includesZero = !isTime, .isNice = !isTime});
-  Range const range = PixelRange(encoding, scale.space);
+  Range const range = PixelRange(scale.space, IsReversed(encoding, field));
   bool const isClamped = encoding.scale.clamp.value_or(false);
   NodeId const fraction = ToFraction(graph, field, scale.name, field.scaled, isClamped);
   scale.positions = ToRange(graph, scale.name + " positions", fraction, range.start, range.end);
   scale.numbers = field.numbers;
   if (scale.scaleType == ScaleType::Log) scale.unscaled = field.numbers;
 
-  NodeId const ticks = PlanTicks(compilation, encoding, field, scale);
   std::string const tickName = scale.name + " tick";
+  GuideValues const ticks =
+      PlanGuideValues(compilation, encoding, field,
+                      {.name = tickName,
+                       .place = ".axis.values",
+                       .values = encoding.axis.values,
+                       .format = encoding.axis.format,
+                       .count = DefaultTickCount(encoding, scale.space),
+                       .length = scale.space.length,
+                       .isHorizontal = scale.space.isHorizontal,
+                       .font = MakeLabelFont(compilation.graph, scale.space.labelFontSize)});
+  scale.tickLabels = ticks.labels;
   NodeId const tickFraction =
-      ToFraction(graph, field, tickName, ToScaleSpace(graph, field, tickName, ticks), false);
+      ToFraction(graph, field, tickName, ToScaleSpace(graph, field, tickName, ticks.numbers), false);
   scale.tickPositions = ToRange(graph, tickName + " positions", tickFraction, range.start, range.end);
 }
 
-// Every value has a step of its own, with its place in the middle of it.
+// Every value has a step of its own, with its place in the middle of it, from the left or the top.
 void PlanDiscrete(Compilation& compilation, Encoding const& encoding, PositionScale& scale) {
   GraphBuilder& graph = compilation.graph;
   CategoryField const field = IndexCategories(compilation, encoding, scale.name);
   NodeId const count = graph.Map(scale.name + " steps", "asReal64", field.count);
   NodeId const step = graph.Zip(scale.name + " step", "divide", graph.Real(scale.space.length), count);
+  bool const isReversed = encoding.scale.reverse.value_or(false);
   auto const place = [&](std::string const& name, NodeId index) {
     NodeId const middle =
         graph.Zip(name + " middle", "add", graph.Map(name + " number", "asReal64", index), graph.Real(0.5));
-    return graph.Zip(name + " positions", "multiply", middle, step);
+    NodeId const position = graph.Zip(name + " positions", "multiply", middle, step);
+    if (!isReversed) return position;
+    return graph.Zip(name + " reversed positions", "subtract", graph.Real(scale.space.length), position);
   };
   scale.positions = place(scale.name, field.indices);
   scale.numbers = graph.Map(scale.name + " order", "asReal64", field.indices);
-  scale.tickLabels = field.domain;
-  scale.tickPositions = place(scale.name + " tick", graph.Call(scale.name + " tick indices", "sequence",
-                                                               {graph.Int(0), graph.Int(1), field.count}));
+  CategoryEntries const ticks = ListEntries(graph, field, encoding.axis.values);
+  scale.tickLabels = ticks.labels;
+  scale.tickPositions = place(scale.name + " tick", ticks.indices);
 }
 
 }  // namespace

@@ -10,7 +10,7 @@ struct AxisSpace {
   bool isHorizontal = true;
   double length = 0;  ///< pixels
   double labelFontSize = 10;
-  std::string fontFamily;
+  double labelLimit = 180;  ///< pixels; longer labels are cut
 };
 
 /// The nodes of one position channel: where rows and ticks stand, and what ticks say.
@@ -28,8 +28,7 @@ struct PositionScale {
   NodeId shownLabels = -1;    ///< Bool column
 };
 
-/// Plans the scale of channel x or y. A length of 0 leaves the length of a discrete scale to its number of
-/// values.
+/// Plans the scale of channel x or y.
 PositionScale PlanPositionScale(Compilation& compilation, Encoding const& encoding, AxisSpace const& space);
 
 }  // namespace ostrel::charts

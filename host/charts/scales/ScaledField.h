@@ -27,6 +27,8 @@ struct ScaledField {
   NodeId maximum = -1;
   NodeId lower = -1;  ///< Real64 scalars: the domain's ends in the scale's own space
   NodeId upper = -1;
+  bool isReversed = false;    ///< the document gives the domain's larger end first
+  bool hasNegatives = false;  ///< the data or the domain reach below 0
 };
 
 /// How a channel's domain is rounded and widened where the document leaves it open.
@@ -34,6 +36,14 @@ struct DomainRules {
   bool includesZero = false;
   bool isNice = false;
 };
+
+/// Whether a continuous scale runs from its range's end to its start.
+bool IsReversed(Encoding const& encoding, ScaledField const& field);
+
+/// The number, or the day number of an ISO date, that a value of the document stands for. `place` is the JSON
+/// path below the encoding: ".axis.values".
+double ReadFieldNumber(Compilation const& compilation, Encoding const& encoding, Literal const& literal,
+                       std::string const& place);
 
 /// The scale type that an encoding has or gets by its field's type.
 ScaleType ResolveScaleType(Encoding const& encoding);

@@ -1,5 +1,9 @@
 #include "charts/scales/StyleScale.h"
 
+#include <algorithm>
+
+#include "charts/document/Readers.h"
+#include "charts/scales/GuideValues.h"
 #include "services/ValueConverter.h"
 
 namespace ostrel::charts {
@@ -12,8 +16,9 @@ using ort::core::StoreTypeInfo;
 constexpr char const* kCategoricalScheme = "tableau10";
 constexpr char const* kSequentialScheme = "blues";
 constexpr int kSchemeStops = 9;
-constexpr int kShapeCount = 8;
 constexpr double kLegendTickCount = 5;
+constexpr double kLegendLength = 160;  // of a colour ramp, pixels
+constexpr double kLabelFontSize = 10;
 
 bool IsContinuous(Encoding const& encoding) { return ResolveScaleType(encoding) != ScaleType::Ordinal; }
 
@@ -28,7 +33,7 @@ OrtColor ReadColor(Compilation const& compilation, Encoding const& encoding, Lit
 
 // The palette as Int32 ARGB values: the document's own, or a named scheme.
 NodeId MakePalette(Compilation& compilation, Encoding const& encoding, std::string const& name, NodeId count,
-                   char const* defaultScheme) {
+                   char const* defaultScheme, bool isReversed) {
   GraphBuilder& graph = compilation.graph;
   ScaleSpec const& scale = encoding.scale;
   NodeId palette = -1;
@@ -43,8 +48,7 @@ NodeId MakePalette(Compilation& compilation, Encoding const& encoding, std::stri
     std::string const scheme = scale.scheme.empty() ? defaultScheme : scale.scheme;
     palette = graph.Call(name + " palette", "colorScheme", {graph.Text(scheme), count});
   }
-  return scale.reverse.value_or(false) ? graph.Call(name + " reversed palette", "reverse", {palette})
-                                       : palette;
+  return isReversed ? graph.Call(name + " reversed palette", "reverse", {palette}) : palette;
 }
 
 // Indices that start again from 0 where they reach the count.
@@ -55,27 +59,25 @@ NodeId WrapIndices(GraphBuilder& graph, std::string const& name, NodeId indices,
   return graph.Map(name + " wrapped", "toInt32", place);
 }
 
-// The legend's values of a continuous scale, as data numbers, and their labels.
-NodeId PlanEntryNumbers(GraphBuilder& graph, Encoding const& encoding, ScaledField const& field,
-                        StyleScale& scale) {
-  NodeId const count = graph.Real(encoding.legend.tickCount.value_or(kLegendTickCount));
-  if (field.scaleType == ScaleType::Time) {
-    NodeId const dates =
-        graph.Call(field.name + " legend dates", "timeTicks", {field.minimum, field.maximum, count});
-    scale.entryLabels =
-        graph.Call(field.name + " legend labels", "formatDates", {dates, graph.Text(encoding.legend.format)});
-    return graph.Map(field.name + " legend values", "toReal64", dates);
-  }
-  NodeId const values =
-      graph.Call(field.name + " legend values", "linearTicks", {field.minimum, field.maximum, count});
-  scale.entryLabels =
-      graph.Call(field.name + " legend labels", "formatTicks", {values, graph.Text(encoding.legend.format)});
-  return values;
-}
-
-NodeId PlaceEntries(GraphBuilder& graph, ScaledField const& field, NodeId values) {
+// The values that a continuous legend shows: their labels, and their places in the domain. Gives the places
+// held within the domain.
+NodeId PlanEntries(Compilation& compilation, Encoding const& encoding, ScaledField const& field,
+                   StyleScale& scale) {
+  GraphBuilder& graph = compilation.graph;
   std::string const name = field.name + " legend";
-  return ToFraction(graph, field, name, ToScaleSpace(graph, field, name, values), true);
+  GuideValues const values = PlanGuideValues(compilation, encoding, field,
+                                             {.name = name,
+                                              .place = ".legend.values",
+                                              .values = encoding.legend.values,
+                                              .format = encoding.legend.format,
+                                              .count = encoding.legend.tickCount.value_or(kLegendTickCount),
+                                              .length = kLegendLength,
+                                              .isHorizontal = false,
+                                              .font = MakeLabelFont(graph, kLabelFontSize)});
+  scale.entryLabels = values.labels;
+  NodeId const scaled = ToScaleSpace(graph, field, name, values.numbers);
+  scale.entryPlaces = ToFraction(graph, field, name + " place", scaled, false);
+  return ToFraction(graph, field, name, scaled, true);
 }
 
 void KeepAll(GraphBuilder& graph, StyleScale const& scale) {
@@ -88,7 +90,8 @@ StyleScale PlanCategoricalColor(Compilation& compilation, Encoding const& encodi
   GraphBuilder& graph = compilation.graph;
   CategoryField const field = IndexCategories(compilation, encoding, "color");
   char const* const scheme = encoding.type == FieldType::Ordinal ? kSequentialScheme : kCategoricalScheme;
-  NodeId const palette = MakePalette(compilation, encoding, "color", field.count, scheme);
+  NodeId const palette = MakePalette(compilation, encoding, "color", field.count, scheme,
+                                     encoding.scale.reverse.value_or(false));
   NodeId const wide = graph.Map("color palette values", "toInt64", palette);
   NodeId const size = graph.Call("color palette size", "count", {palette});
   auto const lookUp = [&](std::string const& name, NodeId indices) {
@@ -99,9 +102,9 @@ StyleScale PlanCategoricalColor(Compilation& compilation, Encoding const& encodi
   };
   StyleScale scale{.channel = Channel::Color, .encoding = &encoding, .isCategorical = true};
   scale.rows = lookUp("color row", field.indices);
-  scale.entryLabels = field.domain;
-  scale.entries = lookUp("color legend", graph.Call("color legend indices", "sequence",
-                                                    {graph.Int(0), graph.Int(1), field.count}));
+  CategoryEntries const entries = ListEntries(graph, field, encoding.legend.values);
+  scale.entryLabels = entries.labels;
+  scale.entries = lookUp("color legend", entries.indices);
   return scale;
 }
 
@@ -109,12 +112,13 @@ StyleScale PlanContinuousColor(Compilation& compilation, Encoding const& encodin
   GraphBuilder& graph = compilation.graph;
   ScaledField const field = ScaleField(compilation, encoding, "color", {});
   StyleScale scale{.channel = Channel::Color, .encoding = &encoding};
-  scale.palette = MakePalette(compilation, encoding, "color", graph.Int(kSchemeStops), kSequentialScheme);
+  scale.palette = MakePalette(compilation, encoding, "color", graph.Int(kSchemeStops), kSequentialScheme,
+                              IsReversed(encoding, field));
   NodeId const fraction =
       ToFraction(graph, field, "color", field.scaled, encoding.scale.clamp.value_or(false));
   scale.rows = graph.Map("row colors", "cinterp", fraction, {scale.palette});
-  scale.entryPlaces = PlaceEntries(graph, field, PlanEntryNumbers(graph, encoding, field, scale));
-  scale.entries = graph.Map("color legend colors", "cinterp", scale.entryPlaces, {scale.palette});
+  NodeId const places = PlanEntries(compilation, encoding, field, scale);
+  scale.entries = graph.Map("color legend colors", "cinterp", places, {scale.palette});
   return scale;
 }
 
@@ -143,14 +147,30 @@ StyleScale PlanNumericScale(Compilation& compilation, Encoding const& encoding, 
                        "this channel needs numbers; use \"quantitative\"");
   }
   extent = ReadExtent(compilation, encoding, extent);
-  if (encoding.scale.reverse.value_or(false)) std::swap(extent.low, extent.high);
   ScaledField const field = ScaleField(compilation, encoding, name, {.includesZero = includesZero});
+  if (IsReversed(encoding, field)) std::swap(extent.low, extent.high);
   StyleScale scale{.channel = encoding.channel, .encoding = &encoding};
   NodeId const fraction = ToFraction(graph, field, name, field.scaled, encoding.scale.clamp.value_or(true));
   scale.rows = ToRange(graph, name + " of rows", fraction, extent.low, extent.high);
-  NodeId const places = PlaceEntries(graph, field, PlanEntryNumbers(graph, encoding, field, scale));
+  NodeId const places = PlanEntries(compilation, encoding, field, scale);
   scale.entries = ToRange(graph, name + " of legend", places, extent.low, extent.high);
   return scale;
+}
+
+// Int32 column of SymbolShape values: the document's own, or all.
+NodeId MakeShapes(GraphBuilder& graph, Encoding const& encoding) {
+  auto shapes = std::make_unique<std::vector<int>>();
+  auto const names = SymbolShapeNames();
+  for (Literal const& literal : encoding.scale.range) {
+    auto const found = std::ranges::find(names, std::get<std::string>(literal),
+                                         [](auto const& word) { return std::string(word.name); });
+    shapes->push_back(static_cast<int>(found->value));
+  }
+  for (auto const& word : names) {
+    if (encoding.scale.range.empty()) shapes->push_back(static_cast<int>(word.value));
+  }
+  if (encoding.scale.reverse.value_or(false)) std::ranges::reverse(*shapes);
+  return graph.Constant("shapes", factory::MakeArray<int>(StoreTypeInfo::Int32, std::move(shapes)));
 }
 
 }  // namespace
@@ -180,13 +200,17 @@ StyleScale PlanOpacityScale(Compilation& compilation, Encoding const& encoding) 
 StyleScale PlanShapeScale(Compilation& compilation, Encoding const& encoding) {
   GraphBuilder& graph = compilation.graph;
   CategoryField const field = IndexCategories(compilation, encoding, "shape");
-  NodeId const shapes = graph.Int(kShapeCount);
+  NodeId const shapes = MakeShapes(graph, encoding);
+  NodeId const count = graph.Call("shape number", "count", {shapes});
+  auto const lookUp = [&](std::string const& name, NodeId indices) {
+    // As with colours, the shapes start again where they end.
+    return graph.Call(name, "take", {shapes, WrapIndices(graph, name, indices, count)});
+  };
   StyleScale scale{.channel = Channel::Shape, .encoding = &encoding, .isCategorical = true};
-  scale.rows = WrapIndices(graph, "row shapes", field.indices, shapes);
-  scale.entryLabels = field.domain;
-  NodeId const indices =
-      graph.Call("shape legend indices", "sequence", {graph.Int(0), graph.Int(1), field.count});
-  scale.entries = WrapIndices(graph, "shape legend", indices, shapes);
+  scale.rows = lookUp("row shapes", field.indices);
+  CategoryEntries const entries = ListEntries(graph, field, encoding.legend.values);
+  scale.entryLabels = entries.labels;
+  scale.entries = lookUp("shape legend", entries.indices);
   KeepAll(graph, scale);
   return scale;
 }

@@ -15,7 +15,7 @@ struct StyleScale {
   NodeId rows = -1;         ///< a style for each row: Color, Real64 or Int32 (shape) column
   NodeId entryLabels = -1;  ///< String column, one for each entry of the legend
   NodeId entries = -1;      ///< the entries' styles
-  NodeId entryPlaces = -1;  ///< of a continuous colour legend: the entries' places, 0 to 1
+  NodeId entryPlaces = -1;  ///< of a continuous legend: the entries' places; outside of 0 to 1 not shown
   NodeId palette = -1;      ///< of a continuous colour legend: Int32 column of its stops
 };
 

@@ -22,8 +22,7 @@ void AddTitles(ChartDocument const& document, TextSetter const& setter, Group& p
     mark.baseline = TextBaseline::Bottom;
     mark.font = setter.MakeFont(size, isBold);
     mark.color = color;
-    setter.Add(titles, std::move(mark), extent);
-    bottom -= size + 6;
+    bottom = setter.Add(titles, mark, extent).y - kTitleLineGap;
   };
   add(document.subtitle, kTitleFontSize, false, FaintTextColor());
   add(document.title, kChartTitleFontSize, true, TextColor());
@@ -57,12 +56,12 @@ Scene BuildScene(Compilation const& compilation, ChartPlan const& plan, Results 
 
   Rect const used = extent.GetRect();
   Scene scene;
-  scene.width = std::ceil(used.width + 2 * GuideStyle::kOuterPadding);
-  scene.height = std::ceil(used.height + 2 * GuideStyle::kOuterPadding);
+  double const padding = document.padding.value_or(GuideStyle::kOuterPadding);
   // Half a pixel lets one-pixel lines at whole positions fill their pixel.
-  plot.origin = {std::ceil(GuideStyle::kOuterPadding - used.x) + 0.5,
-                 std::ceil(GuideStyle::kOuterPadding - used.y) + 0.5};
-  scene.title = document.title;
+  plot.origin = {std::ceil(padding - used.x) + 0.5, std::ceil(padding - used.y) + 0.5};
+  scene.width = std::ceil(plot.origin.x + used.Right() + padding);
+  scene.height = std::ceil(plot.origin.y + used.Bottom() + padding);
+  scene.title = document.title.empty() ? document.name : document.title;
   scene.description = document.description;
   if (!document.background.empty())
     scene.background = ReadColor(document, "$.background", document.background);

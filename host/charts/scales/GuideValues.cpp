@@ -1,0 +1,85 @@
+#include "charts/scales/GuideValues.h"
+
+#include <algorithm>
+
+#include "charts/scene/Scene.h"
+#include "ostrelrtcore/OrtDateTime.h"
+
+namespace ostrel::charts {
+namespace {
+
+namespace factory = ort::core::factory;
+using ort::core::StoreTypeInfo;
+
+constexpr int kLogLabelGap = 8;
+constexpr double kDefaultLogBase = 10;
+
+std::unique_ptr<std::vector<double>> ReadGivenNumbers(Compilation const& compilation,
+                                                      Encoding const& encoding, GuideRequest const& request) {
+  auto numbers = std::make_unique<std::vector<double>>();
+  for (Literal const& literal : request.values) {
+    numbers->push_back(ReadFieldNumber(compilation, encoding, literal, request.place));
+  }
+  return numbers;
+}
+
+GuideValues PlanDates(Compilation& compilation, Encoding const& encoding, ScaledField const& field,
+                      GuideRequest const& request) {
+  GraphBuilder& graph = compilation.graph;
+  NodeId dates = -1;
+  if (request.values.empty()) {
+    dates = graph.Call(request.name + " dates", "timeTicks",
+                       {field.minimum, field.maximum, graph.Real(request.count)});
+  } else {
+    auto const days = graph.Constant(
+        request.name + " days",
+        factory::MakeArray<double>(StoreTypeInfo::Real64, ReadGivenNumbers(compilation, encoding, request)));
+    dates = graph.Map(request.name + " dates", "toDateTime", days);
+  }
+  return {graph.Map(request.name + " values", "toReal64", dates),
+          graph.Call(request.name + " labels", "formatDates", {dates, graph.Text(request.format)})};
+}
+
+NodeId PlanLogNumbers(GraphBuilder& graph, Encoding const& encoding, ScaledField const& field,
+                      GuideRequest const& request) {
+  NodeId const format = graph.Constant(
+      "label format", factory::MakeTuple({factory::MakeString(OStringCore::fromUtf8(request.format))}));
+  NodeId const positions =
+      graph.Call(request.name + " places", "calcLogTicks",
+                 {field.minimum, field.maximum, graph.Int(std::max(static_cast<int>(request.length), 1)),
+                  graph.Bool(request.isHorizontal), graph.Int(kLogLabelGap), format, request.font,
+                  graph.Real(1), graph.Real(encoding.scale.base.value_or(kDefaultLogBase))});
+  return graph.Call(request.name + " values", "logTickValues",
+                    {positions, field.minimum, field.maximum, graph.Real(request.count)});
+}
+
+}  // namespace
+
+GuideValues PlanGuideValues(Compilation& compilation, Encoding const& encoding, ScaledField const& field,
+                            GuideRequest const& request) {
+  if (field.scaleType == ScaleType::Time) return PlanDates(compilation, encoding, field, request);
+  GraphBuilder& graph = compilation.graph;
+  GuideValues values;
+  if (!request.values.empty()) {
+    values.numbers = graph.Constant(
+        request.name + " values",
+        factory::MakeArray<double>(StoreTypeInfo::Real64, ReadGivenNumbers(compilation, encoding, request)));
+  } else if (field.scaleType == ScaleType::Log) {
+    values.numbers = PlanLogNumbers(graph, encoding, field, request);
+  } else {
+    values.numbers = graph.Call(request.name + " values", "linearTicks",
+                                {field.minimum, field.maximum, graph.Real(request.count)});
+  }
+  values.labels =
+      graph.Call(request.name + " labels", "formatTicks", {values.numbers, graph.Text(request.format)});
+  return values;
+}
+
+NodeId MakeLabelFont(GraphBuilder& graph, double size) {
+  return graph.Constant(
+      "label font",
+      factory::MakeTuple({factory::MakeString(OStringCore::fromUtf8(kFontFamily)), factory::MakeReal64(size),
+                          factory::MakeInt32(400), factory::MakeInt32(0)}));
+}
+
+}  // namespace ostrel::charts
