@@ -114,7 +114,7 @@ constexpr Row kRows[] = {
     Multinary<Subscripted<Calendar::DaysToWeekStart>>(
         {.name = TransformNames::DAYS_TO_WEEK_START,
          .inputs = {kDate, {"weekStart", StoreType::Int32}},
-         .help = "The days from the start of the week, 1 to 7; below 0 where it starts later.",
+         .help = "The days since the week began, on day 1 (Sunday) to 7; below 0 where it begins later.",
          .example = R"("inputs": [{"DateTime": "2020-03-01T12:00:00.0000"}, {"Int32": 1}])"}),
     Multinary<Subscripted<Calendar::FiscalYear>>(
         {.name = TransformNames::FISCAL_YEAR,
