@@ -1,6 +1,5 @@
 #include "charts/guides/AxisGuide.h"
 
-#include <algorithm>
 #include <cmath>
 #include <numbers>
 
@@ -124,7 +123,8 @@ AxisGuide BuildAxis(PositionScale const& scale, Results const& results, double w
   RuleMarks lines{{{side.At(0, 0), side.At(side.GetLength(), 0)}}, {AxisColor(), 1, {}}};
   Extent own(Rect{side.At(0, 0).x, side.At(0, 0).y, 0, 0});
   auto const ticks = ReadTicks(scale, results);
-  bool const isCrowded = scale.scaleType == ScaleType::Ordinal && !std::ranges::all_of(ticks, &Tick::isShown);
+  // Ticks that would run together mark the shown labels alone.
+  bool const isCrowded = static_cast<double>(ticks.size()) * kLeastTickGap > side.GetLength();
   for (Tick const& tick : ticks) {
     if (isCrowded && !tick.isShown) continue;
     gridLines.rules.push_back({side.At(tick.position, 0), side.Opposite(tick.position)});

@@ -10,6 +10,7 @@ namespace ostrel::charts {
 /// How axes, legends and titles look: lengths in pixels, colours as ARGB.
 namespace GuideStyle {
 inline constexpr double kTickSize = 5;
+inline constexpr double kLeastTickGap = 4;
 inline constexpr double kLabelPadding = 3;  ///< between a tick and its label
 inline constexpr double kTitlePadding = 8;  ///< between labels and the axis title
 inline constexpr double kChartTitlePadding = 10;

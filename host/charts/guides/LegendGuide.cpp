@@ -206,10 +206,11 @@ class LegendBuilder {
     std::vector<double> const sizes(heights.size(), kLabelFontSize);
     auto const shown = VisibleLabels(heights, sizes, kLegendRowGap, LabelStrategy::Greedy);
     for (std::size_t i = 0; i < heights.size(); ++i) {
+      if (shown[i] == 0) continue;
       RuleMarks tick{{{{kGradientThickness, heights[i]}, {kGradientThickness + 3, heights[i]}}},
                      {AxisColor(), 1, {}}};
       group_.nodes.emplace_back(std::move(tick));
-      if (shown[i] != 0) AddLabel(texts[i], {kGradientThickness + 6, heights[i]});
+      AddLabel(texts[i], {kGradientThickness + 6, heights[i]});
     }
   }
 

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <cmath>
 #include <limits>
 
 #include "charts/document/Readers.h"
@@ -137,7 +138,10 @@ Group BuildMarks(ChartDocument const& document, ChartPlan const& plan, Results c
   Group group;
   group.role = "marks";
   if (document.mark.clip.value_or(HasGivenDomain(plan.x) || HasGivenDomain(plan.y))) {
-    group.clip = Rect{0, 0, plan.width, plan.height};
+    // What stands on an edge is not cut in halves where the document does not ask for it.
+    double const reach = ((plan.lines ? 0 : std::sqrt(look.size)) + look.strokeWidth) / 2;
+    double const margin = document.mark.clip ? 0 : reach;
+    group.clip = Rect{-margin, -margin, plan.width + 2 * margin, plan.height + 2 * margin};
   }
   if (plan.lines) {
     for (LineMark& line : BuildLines(document, *plan.lines, results, look))

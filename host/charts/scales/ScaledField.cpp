@@ -227,7 +227,9 @@ void PlanNumbers(Compilation& compilation, Encoding const& encoding, DomainRules
   NumberExtent const extent = FindExtent(numbers, isLog);
   if (isLog) CheckLog(compilation, encoding, extent);
   CheckGivenEnds(compilation, encoding, extent);
-  field.hasNegatives = extent.lowest < 0 || encoding.scale.domainMin.value_or(0) < 0;
+  // Zeros alone are widened to either side.
+  bool const isZero = extent.lowest == 0 && extent.highest == 0;
+  field.hasNegatives = extent.lowest < 0 || isZero || encoding.scale.domainMin.value_or(0) < 0;
   field.numbers = graph.Input(numbers.name, numbers.values);
   if (numbers.GetType() != StoreType::Real64)
     field.numbers = graph.Map(field.name + " numbers", "asReal64", field.numbers);
