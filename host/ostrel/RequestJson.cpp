@@ -42,8 +42,10 @@ class RequestBuilder final : public nlohmann::json_sax<Json> {
     return true;
   }
 
-  bool parse_error(std::size_t, std::string const&, Json::exception const& error) override {
-    throw InvalidRequest(ShortenCause(error.what()));
+  bool parse_error(std::size_t position, std::string const&, Json::exception const& error) override {
+    std::string const cause = ShortenCause(error.what());
+    throw InvalidRequest(cause.starts_with("parse error at") ? cause
+                                                             : fmt::format("column {}: {}", position, cause));
   }
 
   Json TakeRoot() { return std::move(root_); }

@@ -20,7 +20,13 @@ void AddRender(CLI::App& app, RenderOptions& options, std::function<int()>& run)
                    "The SVG's file, a directory, or - for standard output; NAME.svg when left out")
       ->type_name("FILE|DIR");
   command->add_flag("--png", options.makesPng, "Write NAME.png as well");
-  auto const isSize = CLI::Range(1.0, 32767.0);
+  CLI::Validator const isSize(
+      [](std::string& text) {
+        double size = 0;
+        bool const isNumber = CLI::detail::lexical_cast(text, size);
+        return isNumber && size >= 1 && size <= 32767 ? "" : text + " is no number from 1 to 32767";
+      },
+      "NUMBER");
   command->add_option("--width", options.width, "Width of the plotting area in pixels")->check(isSize);
   command->add_option("--height", options.height, "Height of the plotting area in pixels")->check(isSize);
   AddDataRoot(*command, options.dataRoot);
