@@ -32,7 +32,8 @@ KeySegmentType GetSegment(StoreValue const& value) {
 }
 
 bool SuitsWhole(KeySegmentType const& slot, StoreValue const& value) {
-  return slot.GetMainType().GetStoreType() == value.GetStoreType() && Matches(slot, GetSegment(value));
+  StoreType const main = slot.GetMainType().GetStoreType();
+  return (main == value.GetStoreType() || main == StoreType::Empty) && Matches(slot, GetSegment(value));
 }
 
 bool SuitsRows(KeySegmentType const& slot, StoreValue const& value) {
