@@ -42,7 +42,7 @@ std::optional<double> FindStep(std::span<double const> ticks) {
   for (std::size_t i = 1; i < ticks.size(); ++i) {
     if (std::abs(ticks[i] - ticks[i - 1] - step) > kEvenness * std::abs(step)) return std::nullopt;
   }
-  if (ticks.size() == 2) {
+  if (ticks.size() == 2 && ticks[0] != 0 && ticks[1] != 0) {
     double const ratio = ticks[1] / ticks[0];
     if (ratio >= kDecade || (ratio > 0 && ratio <= 1 / kDecade)) return std::nullopt;
   }
@@ -56,6 +56,13 @@ std::optional<int> CountDecimals(double value, double tolerance) {
     if (std::abs(std::round(value * scale) / scale - value) <= tolerance) return decimals;
   }
   return std::nullopt;
+}
+
+// Whether neighbouring ticks can be told apart under the pattern by a precision of its type: significant
+// digits are counted from the largest tick down to the step.
+bool CanTellApart(NumberFormat const& format, double step, double largest) {
+  char const type = format.GetType();
+  return step < largest || type == 's' || type == 'f' || type == '%';
 }
 
 // The pattern with zeros at the end of decimals left out.
@@ -72,12 +79,13 @@ NumberFormat TrimZeros(NumberFormat const& format) {
 TickFormat::TickFormat(std::span<double const> ticks, std::u16string_view pattern)
     : usual_(pattern.empty() ? u",.12~g" : pattern), power_(u".11~e"), usesPowers_(pattern.empty()) {
   std::vector<double> const finite = ListFinite(ticks);
-  auto const step = FindStep(finite);
   largest_ = LargestMagnitude(finite);
-  sharesUnit_ = usual_.GetType() == 's' && step.has_value();
+  auto const step = FindStep(finite);
   if (!pattern.empty()) {
+    bool const isTold = step && CanTellApart(usual_, *step, largest_);
+    sharesUnit_ = step && usual_.GetType() == 's';
     usual_ =
-        step ? NumberFormat(services::GetTickPattern(*step, largest_, pattern).view()) : TrimZeros(usual_);
+        isTold ? NumberFormat(services::GetTickPattern(*step, largest_, pattern).view()) : TrimZeros(usual_);
     return;
   }
   if (!step) return;
