@@ -1,8 +1,12 @@
 #include "charts/functions/LinearTicks.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
+#include <charconv>
 #include <cmath>
 #include <optional>
+#include <string>
 #include <utility>
 
 namespace ostrel::charts {
@@ -11,23 +15,41 @@ namespace {
 // The step may be smaller than asked for by a factor of up to 1.6, so there are fewer than kMostTicks.
 constexpr double kMostAskedFor = 6'000;
 constexpr int kNiceRounds = 10;
-
-// Multiples first to last of a step. Steps below 1 are kept as their inverse, a whole number, so that
-// dividing by it gives the double nearest to the decimal number.
-struct TickMultiples {
-  double first;
-  double last;
-  double step;
-  bool isInverse;
-
-  double Get(double multiple) const { return isInverse ? multiple / step : multiple * step; }
-  double In(double value) const { return isInverse ? value * step : value / step; }
-};
+// Powers of ten up to this one are doubles.
+constexpr double kLargestExactPower = 22;
 
 double Round(double value) {
   double const whole = std::floor(value);
   return value - whole >= 0.5 ? whole + 1 : whole;
 }
+
+double ReadDecimal(double digits, double power) {
+  std::string const text = fmt::format("{:.0f}e{:.0f}", digits, power);
+  double value = 0;
+  auto const end = std::from_chars(text.data(), text.data() + text.size(), value);
+  return end.ec == std::errc() ? value : digits * std::pow(10, power);
+}
+
+// Multiples first to last of a step, which is a factor times a power of ten. Steps below 1 are kept as their
+// inverse, a whole number, so that dividing by it gives the double nearest to the decimal number.
+struct TickMultiples {
+  double first;
+  double last;
+  double step;
+  bool isInverse;
+  double factor;
+  double power;
+
+  double Get(double multiple) const {
+    if (std::abs(power) > kLargestExactPower) return ReadDecimal(multiple * factor, power);
+    return isInverse ? multiple / step : multiple * step;
+  }
+  double In(double value) const { return isInverse ? value * step : value / step; }
+  // What is a multiple already stays one, also where the division is rounded.
+  double Below(double value) const { return IsMultiple(value) ? value : Get(std::floor(In(value))); }
+  double Above(double value) const { return IsMultiple(value) ? value : Get(std::ceil(In(value))); }
+  bool IsMultiple(double value) const { return Get(Round(In(value))) == value; }
+};
 
 // For minimum < maximum; nothing where the step leaves the range of doubles.
 std::optional<TickMultiples> FindMultiples(double minimum, double maximum, double count) {
@@ -39,6 +61,8 @@ std::optional<TickMultiples> FindMultiples(double minimum, double maximum, doubl
                         : rest >= std::sqrt(2.0)  ? 2
                                                   : 1;
   TickMultiples ticks{};
+  ticks.factor = factor;
+  ticks.power = power;
   ticks.isInverse = power < 0;
   ticks.step = ticks.isInverse ? std::pow(10, -power) / factor : std::pow(10, power) * factor;
   if (!std::isfinite(ticks.step) || ticks.step == 0) return std::nullopt;
@@ -92,8 +116,8 @@ Domain NiceLinearDomain(Domain domain, double count) {
     if (!ticks) break;
     double const step = ticks->isInverse ? -ticks->step : ticks->step;
     if (step == lastStep) return isReversed ? Domain{nice.maximum, nice.minimum} : nice;
-    nice.minimum = ticks->Get(std::floor(ticks->In(nice.minimum))) + 0.0;
-    nice.maximum = ticks->Get(std::ceil(ticks->In(nice.maximum))) + 0.0;
+    nice.minimum = ticks->Below(nice.minimum) + 0.0;
+    nice.maximum = ticks->Above(nice.maximum) + 0.0;
     if (!std::isfinite(nice.minimum) || !std::isfinite(nice.maximum)) break;
     lastStep = step;
   }

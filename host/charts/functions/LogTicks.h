@@ -15,7 +15,7 @@ Domain NiceLogDomain(Domain domain, double base);
 /// The numbers that stand at positions from 0 (the domain's minimum) to 1 (its maximum) of a logarithmic
 /// axis, in their order, each the number of at most twelve significant digits that is nearest. Those outside
 /// the domain are left out. Where fewer than two are left, two or more linear ticks, about `count`, take
-/// their place. The logarithm of an end not above 0 counts as 0.
+/// their place; equal ends have but one. The logarithm of an end not above 0 counts as 0.
 std::vector<double> LogTickValues(std::span<double const> positions, Domain domain, double count);
 
 /// The number of at most twelve significant digits that is nearest.
