@@ -9,7 +9,7 @@ using namespace ort::core;
 
 // What a constant is, in a few words; short scalars are shown.
 std::string DescribeConstant(StoreValue const& value) {
-  std::string const type = StoreTypeToString(value.GetStoreType()).toUtf8();
+  std::string type = StoreTypeToString(value.GetStoreType()).toUtf8();
   if (value.IsSpecial())
     return fmt::format("special {} of kind {}", type, static_cast<int>(value.GetSpecialKind()));
   switch (value.GetStoreType()) {
