@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
 namespace ostrel::charts {
 namespace {
 
@@ -50,9 +52,11 @@ std::vector<std::string> DescribeLeftOutRows(Compilation const& compilation, Cha
   for (StyleScale const& style : plan.styles) {
     int const missing = CountSpecials(results, style.rows);
     if (missing == 0) continue;
-    sentences.push_back(fmt::format("{} of {} rows have no {} in '{}' that its scale can place; not drawn",
-                                    missing, compilation.table.rowCount, Wanted(*style.encoding),
-                                    style.encoding->field));
+    std::string sentence =
+        fmt::format("{} of {} rows have no {} in '{}' that its scale can place; not drawn", missing,
+                    compilation.table.rowCount, Wanted(*style.encoding), style.encoding->field);
+    // Two channels may show the same field.
+    if (std::ranges::find(sentences, sentence) == sentences.end()) sentences.push_back(std::move(sentence));
   }
   return sentences;
 }
