@@ -92,8 +92,10 @@ std::vector<double> LinearTicks(double minimum, double maximum, double count) {
   for (double i = 0; i <= ticks->last - ticks->first; ++i) {
     // Adding zero makes a negative zero positive.
     double const value = ticks->Get(ticks->first + i) + 0.0;
-    // Where doubles are farther apart than the step, several multiples give one of them.
-    if (values.empty() || values.back() != value) values.push_back(value);
+    // Where doubles are farther apart than the step, several multiples give one of them, which may lie
+    // outside.
+    bool const isInside = std::min(minimum, maximum) <= value && value <= std::max(minimum, maximum);
+    if (isInside && (values.empty() || values.back() != value)) values.push_back(value);
   }
   if (isReversed) std::ranges::reverse(values);
   return values;

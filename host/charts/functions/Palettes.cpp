@@ -61,9 +61,12 @@ class Stops {
   int GetColor(std::size_t stop) const {
     return MakeOpaque(GetChannel(stop, 0), GetChannel(stop, 1), GetChannel(stop, 2));
   }
-  /// The colour at a place from 0, the first stop, to 1, the last.
-  int Interpolate(double place) const {
-    double const along = place * static_cast<double>(GetCount() - 1);
+  /// The i-th of `count` colours at even distances from the first stop to the last, the middle of one. The
+  /// place is divided once, so that middles between stops are exact.
+  int Interpolate(std::size_t i, std::size_t count) const {
+    double const last = static_cast<double>(GetCount() - 1);
+    double const along =
+        count == 1 ? last / 2 : static_cast<double>(i) * last / static_cast<double>(count - 1);
     auto const stop = std::min(static_cast<std::size_t>(along), GetCount() - 2);
     double const part = along - static_cast<double>(stop);
     auto const mix = [&](std::size_t channel) {
@@ -118,10 +121,7 @@ std::vector<int> MakePaletteColors(std::string_view name, int count) {
   PaletteRow const* row = Find(kRamps, lower);
   if (row == nullptr) ThrowUnknown(name);
   Stops const stops(*row);
-  for (std::size_t i = 0; i < colors.size(); ++i) {
-    double const place = count == 1 ? 0.5 : static_cast<double>(i) / (count - 1);
-    colors[i] = stops.Interpolate(place);
-  }
+  for (std::size_t i = 0; i < colors.size(); ++i) colors[i] = stops.Interpolate(i, colors.size());
   return colors;
 }
 

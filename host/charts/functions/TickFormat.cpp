@@ -19,6 +19,9 @@ constexpr int kMostDecimals = 20;
 // As parts of the step. Uneven ticks differ by far more; rounding errors of even ones are far less.
 constexpr double kEvenness = 1e-3;
 constexpr double kRounding = 1e-6;
+// Part of the largest tick by which it is taken for larger, so that 0.105 - 0.005 is not below 0.1: far above
+// the rounding of that difference, far below a step.
+constexpr double kDifferenceRounding = 1e-14;
 // Two ticks are always evenly spaced; from this ratio on they are taken for those of a logarithmic axis.
 constexpr double kDecade = 10;
 
@@ -84,8 +87,9 @@ TickFormat::TickFormat(std::span<double const> ticks, std::u16string_view patter
   if (!pattern.empty()) {
     bool const isTold = step && CanTellApart(usual_, *step, largest_);
     sharesUnit_ = step && usual_.GetType() == 's';
+    double const reach = largest_ * (1 + kDifferenceRounding);
     usual_ =
-        isTold ? NumberFormat(services::GetTickPattern(*step, largest_, pattern).view()) : TrimZeros(usual_);
+        isTold ? NumberFormat(services::GetTickPattern(*step, reach, pattern).view()) : TrimZeros(usual_);
     return;
   }
   if (!step) return;

@@ -1,3 +1,4 @@
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include <set>
@@ -64,7 +65,7 @@ std::string ShowRows(Value const& column, ShowRow const& showRow) {
     auto const kind = column->AsColumn().GetSpecialKind(row);
     text += row > 0 ? "|" : "";
     text += kind == SpecialKind::None ? showRow(rows.GetElement(row))
-                                      : "<" + std::to_string(static_cast<int>(kind)) + ">";
+                                      : fmt::format("<{}>", static_cast<int>(kind));
   }
   return text;
 }
@@ -74,7 +75,7 @@ std::string Show(Value const& value) {
   if (value->GetStoreType() == StoreType::Tuple) {
     std::string text;
     auto const& tuple = value->AsTuple();
-    for (int i = 0; i < tuple.GetCount(); ++i) text += (i > 0 ? "|" : "") + Show(tuple.GetElement(i));
+    for (int i = 0; i < tuple.GetCount(); ++i) text.append(i > 0 ? "|" : "").append(Show(tuple.GetMember(i)));
     return text;
   }
   auto const showReal = [](double number) {
@@ -173,11 +174,18 @@ TEST(ChartFunctions, RefuseWithCodeAndMessage) {
        2,
        "the strategy is \"parity\" or \"greedy\", not \"all\""},
       {"visibleLabels", {Reals({0, 1}), Reals({1}), Real(0), Text("parity")}, 259, "sizes: 1 rows beside 2"},
-      {"formatNumbers", {Reals({}), Text("wrong")}, 55, "invalid number format: wrong"},
-      {"measureTexts", {Texts({}), noFont}, 55, "?"},
-      {"linearTicks", {SpecialReal(), Real(1), Real(5)}, 55, "?"},
-      {"niceLinearDomain", {Real(0), SpecialReal(), Real(5)}, 55, "?"},
-      {"timeTicks", {Real(0), Real(1), SpecialReal()}, 55, "?"},
+      {"formatNumbers",
+       {Reals({}), Text("wrong")},
+       55,
+       "the number format \"wrong\" is not of the form "
+       "[[fill]align][sign][symbol][0][width][,][.precision][~][type]"},
+      {"measureTexts",
+       {Texts({}), noFont},
+       55,
+       "a font is a tuple (family String, size Real64, weight Int32, slant Int32)"},
+      {"linearTicks", {SpecialReal(), Real(1), Real(5)}, 55, "special Real64 read as Real64"},
+      {"niceLinearDomain", {Real(0), SpecialReal(), Real(5)}, 55, "special Real64 read as Real64"},
+      {"timeTicks", {Real(0), Real(1), SpecialReal()}, 55, "special Real64 read as Real64"},
   };
   for (auto const& [function, inputs, code, message] : cases) {
     EXPECT_EQ(ErrorOf([&] { Call(function, inputs); }), Error(code, message)) << function;
@@ -186,9 +194,14 @@ TEST(ChartFunctions, RefuseWithCodeAndMessage) {
 
 TEST(ChartFunctions, RefuseAnotherNumberOfInputs) {
   for (auto const& entry : Registry().GetMultinaryFunctions().GetEntries()) {
-    std::size_t const wanted = entry.GetKey().GetInputTypes().size();
-    auto const functor = std::any_cast<std::unique_ptr<IMultinaryFunctor>>(nullptr);
-    EXPECT_EQ(wanted, 0U);
+    auto const wanted = entry.GetKey().GetInputTypes().size();
+    for (std::size_t const given : {wanted - 1, wanted + 1}) {
+      auto const functor = entry.GetFactory()({});
+      auto& multinary = dynamic_cast<IMultinaryFunctor&>(*functor);
+      EXPECT_EQ(ErrorOf([&] { multinary.Apply(Values(given, Real(1))); }),
+                Error(219, fmt::format("{} input(s) wanted, {} given", wanted, given)))
+          << entry.GetKey().GetName().toUtf8();
+    }
   }
 }
 
