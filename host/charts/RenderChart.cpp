@@ -8,13 +8,22 @@
 namespace ostrel::charts {
 namespace {
 
-// A data file is named as the chart names it; inline values by the document.
-DataTable LoadChartData(ChartDocument const& document, DataRoots const& roots) {
+// A data file is named as the chart names it; the document is named here.
+template <class Step>
+auto NameDocument(ChartDocument const& document, Step const& step) {
   try {
-    return LoadTable(*document.data, "$.data", roots);
+    return step();
   } catch (DataError const& error) {
     throw DataError(document.path.string() + ": " + error.what());
   }
+}
+
+DataTable LoadChartData(ChartDocument const& document, DataRoots const& roots) {
+  return NameDocument(document, [&] { return LoadTable(*document.data, "$.data", roots); });
+}
+
+ChartPlan Plan(Compilation& compilation, ChartOptions const& options) {
+  return NameDocument(compilation.document, [&] { return PlanChart(compilation, options); });
 }
 
 }  // namespace
@@ -23,7 +32,7 @@ DrawnChart DrawChart(ChartDocument const& document, DataRoots const& roots, Char
                      ChartEnvironment const& environment) {
   DataTable const table = LoadChartData(document, roots);
   Compilation compilation{document, table, {}};
-  ChartPlan const plan = PlanChart(compilation, options);
+  ChartPlan const plan = Plan(compilation, options);
   Results const results = compilation.graph.Evaluate(environment.registry);
   TextSetter const setter(environment.measurer, kFontFamily);
   return {BuildScene(compilation, plan, results, setter), DescribeLeftOutRows(compilation, plan, results)};
@@ -33,7 +42,7 @@ ort::core::FunctionGraph MakeChartGraph(ChartDocument const& document, DataRoots
                                         ChartOptions const& options) {
   DataTable const table = LoadChartData(document, roots);
   Compilation compilation{document, table, {}};
-  PlanChart(compilation, options);
+  Plan(compilation, options);
   return compilation.graph.GetGraph();
 }
 

@@ -35,6 +35,8 @@ class ChartDrawing {
       Draw(json);
     } catch (DocumentError const& error) {
       return error.what();
+    } catch (DataError const& error) {
+      return error.what();
     }
     return "no error";
   }

@@ -90,7 +90,11 @@ DataColumn ReadNumbers(Compilation const& compilation, Encoding const& encoding)
     }
   }
   numbers = WithoutInfinities(std::move(numbers));
-  RequireValues(compilation.table, numbers);
+  if (FindExtent(numbers, false).IsEmpty()) {
+    ThrowDocumentError(
+        compilation.document, encoding.path + ".field",
+        fmt::format("field '{}' of {} has no finite number", encoding.field, compilation.table.sourceName));
+  }
   return numbers;
 }
 
