@@ -3,6 +3,7 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
+#include "TestPaths.h"
 #include "charts/data/LoadTable.h"
 #include "charts/data/TableText.h"
 

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "TestPaths.h"
 #include "charts/data/LoadTable.h"
 #include "charts/data/SeparatedRecords.h"
 #include "charts/data/TableText.h"
