@@ -187,8 +187,8 @@ TEST(ChartFunctions, RefuseWithCodeAndMessage) {
       {"niceLinearDomain", {Real(0), SpecialReal(), Real(5)}, 55, "special Real64 read as Real64"},
       {"timeTicks", {Real(0), Real(1), SpecialReal()}, 55, "special Real64 read as Real64"},
   };
-  for (auto const& [function, inputs, code, message] : cases) {
-    EXPECT_EQ(ErrorOf([&] { Call(function, inputs); }), Error(code, message)) << function;
+  for (auto const& row : cases) {
+    EXPECT_EQ(ErrorOf([&] { Call(row.function, row.inputs); }), Error(row.code, row.message)) << row.function;
   }
 }
 

@@ -72,8 +72,8 @@ TEST(NiceLogDomain, RefusesWhatHasNoLogarithm) {
       {{1, 10}, kNaN, "the base of a logarithmic scale must be above 1, not nan"},
       {{1, 10}, kInfinity, "the base of a logarithmic scale must be above 1, not inf"},
   };
-  for (auto const& [domain, base, message] : cases) {
-    EXPECT_EQ(ErrorOf([&] { NiceLogDomain(domain, base); }), Error(2, message));
+  for (auto const& row : cases) {
+    EXPECT_EQ(ErrorOf([&] { NiceLogDomain(row.domain, row.base); }), Error(2, row.message));
   }
 }
 

@@ -93,8 +93,8 @@ TEST(Palettes, RefuseWhatIsNone) {
       {"viridis", 1'000'001, {55, "a palette of 1000001 colours"}},
       {"something", -1, {55, "a palette of -1 colours"}},
   };
-  for (auto const& [name, count, error] : cases) {
-    EXPECT_EQ(ErrorOf([&] { MakePaletteColors(name, count); }), error);
+  for (auto const& row : cases) {
+    EXPECT_EQ(ErrorOf([&] { MakePaletteColors(row.name, row.count); }), row.error);
   }
   EXPECT_EQ(MakePaletteColors("set1", 1'000'000).size(), 1'000'000U);
 }
