@@ -10,17 +10,17 @@ namespace OstrelTransforms {
 
 // A hash table that only grows, in one block of memory: a look-up costs a look at one or two neighbouring
 // slots, where the nodes of the standard containers cost an allocation for each new key. Slot has a member
-// `key`; a key of T{} marks a free slot, and is held apart by the table's user.
+// `key` and tells by IsFree whether it holds one; Slot{} is free.
 template <class Slot>
 class FlatTable {
  public:
   using Key = decltype(Slot::key);
 
-  // The slot of a key other than Key{}, and whether it is new: then only its key is set. Valid until the next
-  // call.
+  // The slot of a key, and whether it is new: then it is free, and the caller fills all of it but the key at
+  // once. Valid until the next call.
   std::pair<Slot*, bool> FindOrAdd(Key const& key) {
     Slot* slot = &FindSlot(key);
-    if (slot->key == key) return {slot, false};
+    if (!slot->IsFree()) return {slot, false};
     if (2 * (count_ + 1) > slots_.size()) {
       Grow();
       slot = &FindSlot(key);
@@ -39,7 +39,7 @@ class FlatTable {
     std::uint64_t const mixed = std::hash<Key>{}(key)*UINT64_C(0x9E3779B97F4A7C15);
     std::size_t const mask = slots_.size() - 1;
     std::size_t index = mixed >> shift_;
-    while (slots_[index].key != key && slots_[index].key != Key{}) index = (index + 1) & mask;
+    while (slots_[index].key != key && !slots_[index].IsFree()) index = (index + 1) & mask;
     return slots_[index];
   }
 
@@ -48,7 +48,7 @@ class FlatTable {
     former.swap(slots_);
     --shift_;
     for (Slot& slot : former) {
-      if (slot.key != Key{}) FindSlot(slot.key) = std::move(slot);
+      if (!slot.IsFree()) FindSlot(slot.key) = std::move(slot);
     }
   }
 

@@ -17,8 +17,10 @@ class SeenValues {
   }
 
  private:
+  // The default value marks a free slot and is held apart.
   struct Slot {
-    T key;
+    T key{};
+    bool IsFree() const { return key == T{}; }
   };
   FlatTable<Slot> table_;
   bool hasDefault_ = false;

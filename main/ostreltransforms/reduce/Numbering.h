@@ -9,23 +9,19 @@ template <class T>
 class Numbering {
  public:
   int GetNumber(T const& value) {
-    if (value == T{}) {
-      if (defaultNumber_ < 0) defaultNumber_ = nextNumber_++;
-      return defaultNumber_;
-    }
     auto const [slot, isNew] = table_.FindOrAdd(value);
-    if (isNew) slot->number = nextNumber_++;
-    return slot->number;
+    if (isNew) slot->place = ++count_;
+    return slot->place - 1;
   }
 
  private:
   struct Slot {
-    T key;
-    int number;
+    T key{};
+    int place = 0;  // the number plus 1; 0 in a free slot
+    bool IsFree() const { return place == 0; }
   };
   FlatTable<Slot> table_;
-  int defaultNumber_ = -1;
-  int nextNumber_ = 0;
+  int count_ = 0;
 };
 
 }  // namespace OstrelTransforms

@@ -4,6 +4,7 @@
 #include <bit>
 #include <cstdint>
 #include <span>
+#include <type_traits>
 #include <utility>
 
 #include "ostrelrtcore/StoreType.h"
@@ -20,46 +21,39 @@ class StackValuesTCFunctor {
 
  public:
   std::pair<T, SpecialKind> Apply(T, SpecialKind, T value, SpecialKind kind) {
-    return {Stack(positiveSum_, negativeSum_, value, kind), SpecialKind::None};
+    return {Stack(sums_, value, kind), SpecialKind::None};
   }
 
   // Reads the second input alone. The sums stay out of memory while the rows are written.
   void ApplyToArrays(std::span<T const>, std::span<SpecialKind const>, std::span<T const> values,
                      std::span<SpecialKind const> kinds, std::span<T> output,
                      std::span<SpecialKind> outputKinds) {
-    T positive = positiveSum_;
-    T negative = negativeSum_;
-    for (std::size_t row = 0; row < values.size(); ++row) {
-      output[row] = Stack(positive, negative, values[row], kinds[row]);
-    }
-    positiveSum_ = positive;
-    negativeSum_ = negative;
+    Pair sums = sums_;
+    for (std::size_t row = 0; row < values.size(); ++row) output[row] = Stack(sums, values[row], kinds[row]);
+    sums_ = sums;
     // Not before the kinds have been read: both may be one view.
     std::fill(outputKinds.begin(), outputKinds.end(), SpecialKind::None);
   }
 
  private:
-  using Bits = std::conditional_t<sizeof(T) == 8, std::uint64_t, std::uint32_t>;
+  // Both piles in one register: the positive sum and the negative one.
+  using Bits = std::conditional_t<sizeof(T) == 8, std::int64_t, std::int32_t>;
+  typedef T Pair __attribute__((vector_size(2 * sizeof(T))));
+  typedef Bits BitPair __attribute__((vector_size(2 * sizeof(T))));
 
   // Signs follow no pattern, so both piles grow, one of them by zero, and no branch asks for the sign. No
   // pile is ever minus zero, so adding zero changes none.
-  [[gnu::always_inline]] static T Stack(T& positive, T& negative, T value, SpecialKind kind) {
-    bool isNegative = value < T{0};
+  [[gnu::always_inline]] static T Stack(Pair& sums, T value, SpecialKind kind) {
+    BitPair isOn = (Pair{value, value} < Pair{}) ^ BitPair { -1, 0 };
     if (kind != SpecialKind::None) [[unlikely]]
-      isNegative = positive == T{0};
-    Bits const mask = Bits{0} - static_cast<Bits>(isNegative);
-    T const formerPositive = positive;
-    T const formerNegative = negative;
-    positive += std::bit_cast<T>(static_cast<Bits>(std::bit_cast<Bits>(value) & ~mask));
-    negative += std::bit_cast<T>(static_cast<Bits>(std::bit_cast<Bits>(value) & mask));
-    T const onPositive = top ? positive : formerPositive;
-    T const onNegative = top ? negative : formerNegative;
-    return std::bit_cast<T>(static_cast<Bits>((std::bit_cast<Bits>(onNegative) & mask) |
-                                              (std::bit_cast<Bits>(onPositive) & ~mask)));
+      isOn = sums[0] == T{0} ? BitPair{0, -1} : BitPair{-1, 0};
+    Pair const before = sums;
+    sums += std::bit_cast<Pair>(std::bit_cast<BitPair>(Pair{value, value}) & isOn);
+    BitPair const chosen = std::bit_cast<BitPair>(top ? sums : before) & isOn;
+    return std::bit_cast<T>(chosen[0] | chosen[1]);
   }
 
-  T positiveSum_ = 0;
-  T negativeSum_ = 0;
+  Pair sums_{};
 };
 
 }  // namespace OstrelTransforms

@@ -1,10 +1,13 @@
 #pragma once
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
+#include <cstdint>
 #include <limits>
 
 #include "ostrelrtcore/OrtColor.h"
+#include "ostreltransforms/map/ElementaryFunctions.h"
 
 // Zip-withs of colours and of positions in palettes.
 namespace OstrelTransforms {
@@ -25,33 +28,45 @@ class AdjustTotalColorFunctor {
 class ApplySteppingForDivergingPaletteFunctor {
  public:
   ApplySteppingForDivergingPaletteFunctor(double nStepsLeft, double nStepsRight)
-      : left_(nStepsLeft, true), right_(nStepsRight, false) {}
+      : left_(MakeSide(nStepsLeft, true)), right_(MakeSide(nStepsRight, false)) {}
 
-  double Apply(double position, bool isLeft) const { return (isLeft ? left_ : right_).Apply(position); }
+  // Sides follow no pattern, so each number is chosen by its bits and rows need no branch.
+  double Apply(double position, bool isLeft) const {
+    auto const choose = [&](double Side::*number) {
+      auto const right = std::bit_cast<std::uint64_t>(right_.*number);
+      auto const left = std::bit_cast<std::uint64_t>(left_.*number);
+      return std::bit_cast<double>(right ^ detail::BitsIf(isLeft, right ^ left));
+    };
+    double const step = std::floor(position * choose(&Side::steps) + choose(&Side::shift));
+    double const bounded =
+        std::max(std::min(step, choose(&Side::highest)), choose(&Side::lowest)) / choose(&Side::divisor);
+    // A side without a whole step shows the middle wherever the position lies.
+    double const middle = choose(&Side::middle);
+    return middle == middle ? middle : bounded;
+  }
 
  private:
-  class Side {
-   public:
-    Side(double steps, bool isLeft)
-        : steps_(steps), isHalf_(std::fabs(std::fmod(steps, 1.0)) > 0.25), middle_(isLeft ? 1.0 : 0.0) {
-      // Minus zero leaves every number as it is, minus zero too.
-      shift_ = isLeft ? -0.0 : isHalf_ ? 0.5 : 1.0;
-    }
-
-    double Apply(double position) const {
-      double const step = std::floor(position * steps_ + shift_);
-      if (!isHalf_) return step / steps_;
-      double const whole = steps_ - 0.5;
-      if (whole < 0.25) return middle_;
-      return std::max(std::min(step, std::floor(steps_)), 0.0) / whole;
-    }
-
-   private:
-    double steps_;
-    bool isHalf_;
-    double middle_;
-    double shift_;
+  struct Side {
+    double steps;
+    double shift;
+    double lowest;
+    double highest;
+    double divisor;
+    double middle;  // NaN where there are steps
   };
+
+  static Side MakeSide(double steps, bool isLeft) {
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+    constexpr double none = std::numeric_limits<double>::quiet_NaN();
+    // Minus zero leaves every number as it is, minus zero too.
+    if (!(std::fabs(std::fmod(steps, 1.0)) > 0.25)) {
+      return {steps, isLeft ? -0.0 : 1.0, -infinity, infinity, steps, none};
+    }
+    double const whole = steps - 0.5;
+    return {steps, isLeft ? -0.0 : 0.5,
+            0.0,   std::floor(steps),
+            whole, whole < 0.25 ? (isLeft ? 1.0 : 0.0) : none};
+  }
 
   Side left_;
   Side right_;

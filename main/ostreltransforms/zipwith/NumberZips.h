@@ -1,5 +1,6 @@
 #pragma once
 
+#include <bit>
 #include <cstdint>
 #include <utility>
 
@@ -40,17 +41,17 @@ inline std::pair<double, ort::core::SpecialKind> DivideSpecial(double a, ort::co
   return {detail::NumberIf(isOrdinary, a / b), isOrdinary ? SpecialKind::None : SpecialKind::Missing};
 }
 
-template <class T>
+// Positions on the left stay as they are: adding minus zero changes no number. So rows need no branch.
 class AddToRightFunctor {
  public:
-  explicit AddToRightFunctor(T offset) : offset_(offset) {}
-  T Apply(T position, bool isLeft) const {
-    T const moved = position + offset_;
-    return isLeft ? position : moved;
+  explicit AddToRightFunctor(double offset) : offset_(std::bit_cast<std::uint64_t>(offset)) {}
+  double Apply(double position, bool isLeft) const {
+    constexpr auto nothing = std::bit_cast<std::uint64_t>(-0.0);
+    return position + std::bit_cast<double>(offset_ ^ detail::BitsIf(isLeft, offset_ ^ nothing));
   }
 
  private:
-  T offset_;
+  std::uint64_t offset_;
 };
 
 // The mark's index is not read.

@@ -42,7 +42,7 @@ constexpr Row kRows[] = {
          .inputs = {"a", "b"},
          .help = "The bits that are set in either number.",
          .example = R"("inputs": [{"Array": {"type": "Int32", "values": [1, 6]}}, {"Int32": 3}])"}),
-    BinaryOperation<AddToRightFunctor<double>, double>(
+    BinaryOperation<AddToRightFunctor, double>(
         {.name = TransformNames::ADD_TO_RIGHT,
          .inputs = {"positions", "isLeft"},
          .parameters = {"offset"},
