@@ -86,10 +86,14 @@ class OrtBinarySpecialFunctor : public IBinarySpecialFunctor<In1, In2, Out> {
     bool const isStored = output.data() != nullptr;
     if (isStored) detail::RequireOneLength(input.size(), {output.size(), outputKinds.size()});
     if constexpr (std::is_same_v<In1, Out>) {
+      // Where it can be copied, a copy that no other memory can refer to carries the state from row to row:
+      // it need not be written and read again for each.
+      constexpr bool kIsCopied = std::is_trivially_copyable_v<F> && std::is_copy_assignable_v<F>;
+      std::conditional_t<kIsCopied, F, F&> operation{operation_};
       std::size_t const count = input.size();
       for (std::size_t i = 0; i < count; ++i) {
         std::size_t const row = Forward ? i : count - 1 - i;
-        auto result = operation_.Apply(accumulator, accumulatorKind, input[row], inputKinds[row]);
+        auto result = operation.Apply(accumulator, accumulatorKind, input[row], inputKinds[row]);
         accumulator = std::move(result.first);
         accumulatorKind = result.second;
         if (isStored) {
@@ -97,6 +101,7 @@ class OrtBinarySpecialFunctor : public IBinarySpecialFunctor<In1, In2, Out> {
           outputKinds[row] = accumulatorKind;
         }
       }
+      if constexpr (kIsCopied) operation_ = operation;
     } else {
       detail::ThrowNotAFold();
     }
