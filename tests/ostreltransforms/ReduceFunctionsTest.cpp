@@ -183,7 +183,7 @@ TEST_F(ReduceFunctions, NewValuesAreNumberedInOrder) {
   check({5, 5, 9, 5, 2}, {0, 0, 1, 0, 2});
   check({1, 0, 0, -1, 1, INT_MIN, INT_MAX}, {0, 1, 1, 2, 0, 3, 4});
   std::mt19937 random(5);
-  for (unsigned const spread : {2U, 90U, 1U << 30}) {
+  for (unsigned const spread : {2U, 90U, 900U, 1U << 30}) {
     for (int const shift : {0, 12, 24}) {
       std::vector<int> rows(300), expected;
       std::unordered_map<int, int> numbers;

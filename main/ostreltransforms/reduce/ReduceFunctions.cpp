@@ -98,7 +98,7 @@ constexpr Row kRows[] = {
                       .inputs = {"running", "values"},
                       .help = "The row's own number: the last one, folded.",
                       .example = R"("inputs": [{"Array": {"type": "Int32", "values": [1, 2, 3]}}])"}),
-    BinaryOperation<IncOnNewFunctor<int>>(
+    BinaryOperation<IncOnNewFunctor>(
         {.name = TransformNames::INC_ON_NEW,
          .inputs = {"running", "values"},
          .isOrderDependent = true,

@@ -73,13 +73,12 @@ class IsPreviousValueNullSpecialFunctor {
   bool isFirst_ = true;
 };
 
-template <class T>
 class IncOnNewFunctor {
  public:
-  int Apply(int, T b) { return numbering_.GetNumber(b); }
+  int Apply(int, int b) { return numbering_.GetNumber(b); }
 
  private:
-  Numbering<T> numbering_;
+  Numbering numbering_;
 };
 
 }  // namespace OstrelTransforms
