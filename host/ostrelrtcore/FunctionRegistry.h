@@ -47,12 +47,19 @@ class ORTCORE_API FunctorFactory {
   std::function<std::unique_ptr<OrtFunctor>(ParameterSpan)> make_;
 };
 
+// The enumerations are shown, since a template over a hidden type is hidden itself.
+
 /// What the factory of a unary function makes: a plain or special functor over an element function (0, 1), or
 /// over an operation of the family's own, built from parameters and free to keep state (2, 3).
-enum class UnaryFunctionType : std::uint8_t { Plain = 0, Special = 1, Operation = 2, SpecialOperation = 3 };
+enum class ORTCORE_API UnaryFunctionType : std::uint8_t {
+  Plain = 0,
+  Special = 1,
+  Operation = 2,
+  SpecialOperation = 3
+};
 /// The same for binary functions.
-enum class BinaryFunctionType : std::uint8_t { Plain = 0, Operation = 2, SpecialOperation = 3 };
-enum class MultinaryFunctionType : std::uint8_t { Plain = 0 };
+enum class ORTCORE_API BinaryFunctionType : std::uint8_t { Plain = 0, Operation = 2, SpecialOperation = 3 };
+enum class ORTCORE_API MultinaryFunctionType : std::uint8_t { Plain = 0 };
 
 /// One registration. A light handle that stays valid as long as its registry.
 template <class FunctionType>
