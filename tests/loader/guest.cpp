@@ -16,7 +16,9 @@ using Value = std::shared_ptr<StoreValue>;
 Value Tuple(std::vector<Value> members) { return factory::MakeTuple(std::move(members)); }
 
 int CountTicks(FunctionRegistry const& registry) {
-  FunctionCall call{.function = OStringCore(L"calcLogTicks"), .mode = EvaluationMode::Call};
+  FunctionCall call;
+  call.function = OStringCore(L"calcLogTicks");
+  call.mode = EvaluationMode::Call;
   Value const font = Tuple({factory::MakeString(OStringCore(L"Sans")), factory::MakeReal64(12.0)});
   call.inputs = {factory::MakeReal64(1),
                  factory::MakeReal64(1000),
