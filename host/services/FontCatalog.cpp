@@ -9,6 +9,7 @@
 #include <tuple>
 
 #include "services/FamilyList.h"
+#include "services/FontFolders.h"
 
 namespace ostrel::services {
 
@@ -111,12 +112,12 @@ void FontCatalog::AddDirectory(std::string const& directory) {
 
 // A configuration of our own: the machine's caches serve it, its substitution rules do not.
 void FontCatalog::AddSystemFonts() {
-  static constexpr char kConfiguration[] =
-      "<?xml version=\"1.0\"?><!DOCTYPE fontconfig SYSTEM \"fonts.dtd\"><fontconfig>"
-      "<dir>/usr/share/fonts</dir><dir>/usr/local/share/fonts</dir><dir prefix=\"xdg\">fonts</dir>"
+  std::string const configuration =
+      std::string("<?xml version=\"1.0\"?><!DOCTYPE fontconfig SYSTEM \"fonts.dtd\"><fontconfig>") +
+      kMachineFontFolders +
       "<cachedir>/var/cache/fontconfig</cachedir><cachedir prefix=\"xdg\">fontconfig</cachedir></fontconfig>";
   ConfigHandle const config(FcConfigCreate());
-  auto const* const text = reinterpret_cast<FcChar8 const*>(kConfiguration);
+  auto const* const text = reinterpret_cast<FcChar8 const*>(configuration.c_str());
   if (!FcConfigParseAndLoadFromMemory(config.get(), text, FcTrue) || !FcConfigBuildFonts(config.get())) {
     throw std::runtime_error("the machine's fonts can't be listed");
   }

@@ -10,6 +10,7 @@
 #include <stdexcept>
 
 #include "charts/writer/OutputFile.h"
+#include "services/FontFolders.h"
 
 namespace ostrel::charts {
 
@@ -36,10 +37,6 @@ constexpr char kFontRules[] = R"(<?xml version="1.0"?><!DOCTYPE fontconfig SYSTE
     <matrix><double>1</double><double>0.2</double><double>0</double><double>1</double></matrix></times></edit>
 </match>
 <cachedir>/var/cache/fontconfig</cachedir><cachedir prefix="xdg">fontconfig</cachedir></fontconfig>)";
-
-constexpr char kMachineFolders[] =
-    R"(<?xml version="1.0"?><!DOCTYPE fontconfig SYSTEM "fonts.dtd"><fontconfig>
-<dir>/usr/share/fonts</dir><dir>/usr/local/share/fonts</dir><dir prefix="xdg">fonts</dir></fontconfig>)";
 
 FcChar8 const* ToFcText(char const* text) { return reinterpret_cast<FcChar8 const*>(text); }
 
@@ -129,7 +126,10 @@ void UsePngFonts(std::vector<std::string> const& directories) {
   std::unique_ptr<FcConfig, Freer<FcConfigDestroy>> const config(FcConfigCreate());
   bool isReady = FcConfigParseAndLoadFromMemory(config.get(), ToFcText(kFontRules), FcTrue) == FcTrue;
   if (directories.empty()) {
-    isReady = isReady && FcConfigParseAndLoadFromMemory(config.get(), ToFcText(kMachineFolders), FcTrue);
+    auto const folders =
+        std::string(R"(<?xml version="1.0"?><!DOCTYPE fontconfig SYSTEM "fonts.dtd"><fontconfig>)") +
+        services::kMachineFontFolders + "</fontconfig>";
+    isReady = isReady && FcConfigParseAndLoadFromMemory(config.get(), ToFcText(folders.c_str()), FcTrue);
   }
   for (std::string const& directory : directories) {
     std::error_code error;
