@@ -49,7 +49,7 @@ struct Slot {
 
 class Slots {
  public:
-  static constexpr std::size_t kCapacity = 12;
+  static constexpr std::size_t kCapacity = 16;
 
   constexpr Slots() = default;
   constexpr Slots(std::initializer_list<Slot> slots) {
