@@ -110,6 +110,7 @@ void WriteFunction(ListedFunction const& function, std::string& out) {
   WriteMember("output", DescribeSlot(function.output), out);
   WriteMember("family", documentation.family, out);
   WriteMember("help", documentation.help, out);
+  WriteMember("details", documentation.details, out);
   out += R"("example":)" + (documentation.example.empty() ? "null" : documentation.example) + '}';
 }
 

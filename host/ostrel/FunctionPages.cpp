@@ -44,9 +44,21 @@ std::vector<std::string> ListFamilies(std::vector<ListedFunction> const& functio
   return families;
 }
 
+// A paragraph of several lines behind the help; nothing where there is none.
+std::string MakeDetails(std::string_view details, std::string_view indent) {
+  std::string text;
+  while (!details.empty()) {
+    std::string_view const line = details.substr(0, details.find('\n'));
+    details.remove_prefix(std::min(line.size() + 1, details.size()));
+    text += line.empty() ? "\n" : fmt::format("{}{}\n", indent, line);
+  }
+  return text.empty() ? text : "\n" + text;
+}
+
 std::string MakeSection(std::vector<ListedFunction const*> const& registrations, CallSession& session) {
-  std::string text = fmt::format("\n### {}\n\n{}\n\n", registrations.front()->name,
-                                 registrations.front()->documentation.help);
+  auto const& documentation = registrations.front()->documentation;
+  std::string text = fmt::format("\n### {}\n\n{}\n{}\n", registrations.front()->name, documentation.help,
+                                 MakeDetails(documentation.details, ""));
   for (auto const* function : registrations) {
     text += fmt::format("- `{}` ({})\n", GetSignature(*function), DescribeRegistration(*function));
   }
@@ -80,8 +92,8 @@ std::string MakeFunctionsText(std::vector<ListedFunction> functions) {
 std::string MakeFunctionPage(std::vector<ListedFunction> const& registrations, CallSession& session) {
   auto const selected = SelectName(registrations, registrations.front().name);
   auto const& first = registrations.front();
-  std::string text =
-      fmt::format("{} ({})\n\n  {}\n", first.name, first.documentation.family, first.documentation.help);
+  std::string text = fmt::format("{} ({})\n\n  {}\n{}", first.name, first.documentation.family,
+                                 first.documentation.help, MakeDetails(first.documentation.details, "  "));
   for (auto const* function : selected) {
     text += fmt::format("\n{}\n  {}\n", GetSignature(*function), DescribeRegistration(*function));
   }

@@ -24,6 +24,9 @@ struct FunctionDocumentation {
   std::string help;
   /// A request that runs, one line of JSON: {"function": "add", "inputs": [...]}.
   std::string example;
+  /// What a sentence does not hold, as lines of Markdown: what each input means and in which unit, the rule,
+  /// special values. May be empty.
+  std::string details = {};
 };
 
 /// The functions that RegisterAllBuiltinFunctions registers, in order of registration.

@@ -79,6 +79,7 @@ struct RowText {
   Slots parameters = {};
   bool isOrderDependent = false;  // the operation carries state from row to row
   char const* help = nullptr;     // one sentence
+  char const* details = "";       // lines of Markdown for what a sentence does not hold
   char const* example = nullptr;  // a request's members apart from "function": R"("inputs": [...])"
 };
 
@@ -102,6 +103,7 @@ struct Row {
   Slots parameters;
   FunctorMaker make;
   char const* help;
+  char const* details;
   char const* example;
 };
 

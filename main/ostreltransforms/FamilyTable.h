@@ -116,6 +116,7 @@ constexpr Row MakeRow(RowText const& text, Arity arity, std::uint8_t type, bool 
           .parameters = text.parameters,
           .make = make,
           .help = text.help,
+          .details = text.details,
           .example = text.example};
 }
 

@@ -27,7 +27,8 @@ ort::core::FunctionDocumentation Document(char const* family, Row const& row) {
           .parameterNames = GetNames(row.parameters),
           .family = family,
           .help = row.help,
-          .example = MakeRequest(name, row.example)};
+          .example = MakeRequest(name, row.example),
+          .details = row.details};
 }
 
 }  // namespace

@@ -140,5 +140,21 @@ TEST(Functions, PageShowsAllRegistrationsAndWhatTheExampleGives) {
             "\n");
 }
 
+TEST(Functions, DetailsStandBehindTheHelpOnPageAndInTheReference) {
+  auto functions = ListAll();
+  std::erase_if(functions, [](auto const& function) { return function.name != "abs"; });
+  CallSession session(services::MakeFixedMeasurer());
+  std::string const plain = MakeFunctionPage(functions, session);
+  std::string const plainReference = MakeFunctionsMarkdown(functions, session);
+  functions.front().documentation.details = "- first\n\nlast";
+  std::string const& help = functions.front().documentation.help;
+  auto const expectInserted = [&](std::string text, std::string const& details, std::string const& now) {
+    text.insert(text.find(help) + help.size() + 1, details);
+    EXPECT_EQ(now, text);
+  };
+  expectInserted(plain, "\n  - first\n\n  last\n", MakeFunctionPage(functions, session));
+  expectInserted(plainReference, "\n- first\n\nlast\n", MakeFunctionsMarkdown(functions, session));
+}
+
 }  // namespace
 }  // namespace ostrel::program
