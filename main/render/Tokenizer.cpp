@@ -1,0 +1,7 @@
+#include "render/Tokenizer.h"
+
+namespace runtime {
+
+Tokenizer::~Tokenizer() = default;
+
+}  // namespace runtime
