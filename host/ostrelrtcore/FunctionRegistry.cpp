@@ -6,28 +6,31 @@ template <class FunctionType>
 void RegistryOfFunctions<FunctionType>::Add(typename Entry::Content content) {
   if (!content.factory) throw OrtRuntimeException(OrtError_WrongValueKind, content.key.GetName());
   auto const& stored = contents_.emplace_back(std::move(content));
-  byName_[stored.key.GetName()].push_back(entries_.size());
+  byName_[stored.key.GetName()].emplace_back(stored);
   entries_.emplace_back(stored);
 }
 
 template <class FunctionType>
 auto RegistryOfFunctions<FunctionType>::Find(FunctionKey const& key) const -> std::vector<Entry> {
   std::vector<Entry> found;
-  auto const named = byName_.find(key.GetName());
-  if (named == byName_.end()) return found;
-  for (auto index = named->second.rbegin(); index != named->second.rend(); ++index) {
-    if (Matches(entries_[*index].GetKey(), key)) found.push_back(entries_[*index]);
+  auto const named = GetEntries(key.GetName());
+  for (auto entry = named.rbegin(); entry != named.rend(); ++entry) {
+    if (Matches(entry->GetKey(), key)) found.push_back(*entry);
   }
   return found;
 }
 
 template <class FunctionType>
 auto RegistryOfFunctions<FunctionType>::Find(OStringCore const& name) const -> std::vector<Entry> {
-  std::vector<Entry> found;
+  auto const named = GetEntries(name);
+  return {named.begin(), named.end()};
+}
+
+template <class FunctionType>
+auto RegistryOfFunctions<FunctionType>::GetEntries(OStringCore const& name) const -> std::span<Entry const> {
   auto const named = byName_.find(name);
-  if (named == byName_.end()) return found;
-  for (std::size_t const index : named->second) found.push_back(entries_[index]);
-  return found;
+  if (named == byName_.end()) return {};
+  return named->second;
 }
 
 template class RegistryOfFunctions<UnaryFunctionType>;

@@ -101,6 +101,8 @@ class ORTCORE_API RegistryOfFunctions {
   std::vector<Entry> Find(FunctionKey const& key) const;
   /// All entries of a name, in order of registration.
   std::vector<Entry> Find(OStringCore const& name) const;
+  /// The same in place; valid until something is registered.
+  std::span<Entry const> GetEntries(OStringCore const& name) const;
   /// All entries, in order of registration.
   std::vector<Entry> const& GetEntries() const { return entries_; }
 
@@ -116,7 +118,7 @@ class ORTCORE_API RegistryOfFunctions {
  private:
   std::deque<typename Entry::Content> contents_;
   std::vector<Entry> entries_;
-  std::unordered_map<OStringCore, std::vector<std::size_t>> byName_;
+  std::unordered_map<OStringCore, std::vector<Entry>> byName_;
 };
 
 extern template class RegistryOfFunctions<UnaryFunctionType>;

@@ -9,6 +9,9 @@
 
 namespace ort::core {
 
+class UntypedUnary;
+class UntypedBinary;
+
 /// What a registered factory makes: an object of one use, which may carry state from row to row. A host that
 /// does not know the operation behind it calls it through one of the interfaces below, found by dynamic_cast.
 //
@@ -19,10 +22,21 @@ class ORTCORE_API OrtFunctor {
  public:
   virtual ~OrtFunctor();
 
+  /// The functor as its untyped interface, null where it has none: what a dynamic_cast would find, without
+  /// its search through type names.
+  UntypedUnary* GetUntypedUnary() const noexcept { return unary_; }
+  UntypedBinary* GetUntypedBinary() const noexcept { return binary_; }
+
  protected:
   OrtFunctor() = default;
+  explicit OrtFunctor(UntypedUnary& unary) : unary_(&unary) {}
+  explicit OrtFunctor(UntypedBinary& binary) : binary_(&binary) {}
   OrtFunctor(OrtFunctor const&) = delete;
   OrtFunctor& operator=(OrtFunctor const&) = delete;
+
+ private:
+  UntypedUnary* unary_ = nullptr;
+  UntypedBinary* binary_ = nullptr;
 };
 
 /// A column as a host sees it that knows only storage classes; `kinds` is null for plain functors.
@@ -70,6 +84,8 @@ class ORTCORE_API UntypedBinary {
 template <class In, class Out>
 class ORTCORE_API IUnaryFunctor : public OrtFunctor, public UntypedUnary {
  public:
+  IUnaryFunctor() : OrtFunctor(static_cast<UntypedUnary&>(*this)) {}
+
   virtual Out Apply(In value) = 0;
   virtual void ApplyToArray(std::span<In const> input, std::span<Out> output) = 0;
 };
@@ -77,6 +93,8 @@ class ORTCORE_API IUnaryFunctor : public OrtFunctor, public UntypedUnary {
 template <class In, class Out>
 class ORTCORE_API IUnarySpecialFunctor : public OrtFunctor, public UntypedUnary {
  public:
+  IUnarySpecialFunctor() : OrtFunctor(static_cast<UntypedUnary&>(*this)) {}
+
   virtual std::pair<Out, SpecialKind> Apply(In value, SpecialKind kind) = 0;
   virtual void ApplyToArray(std::span<In const> input, std::span<SpecialKind const> inputKinds,
                             std::span<Out> output, std::span<SpecialKind> outputKinds) = 0;
@@ -89,6 +107,8 @@ class ORTCORE_API IUnarySpecialFunctor : public OrtFunctor, public UntypedUnary 
 template <class In1, class In2, class Out>
 class ORTCORE_API IBinaryFunctor : public OrtFunctor, public UntypedBinary {
  public:
+  IBinaryFunctor() : OrtFunctor(static_cast<UntypedBinary&>(*this)) {}
+
   virtual Out Apply(In1 first, In2 second) = 0;
   virtual void ApplyToArrays(std::span<In1 const> first, std::span<In2 const> second,
                              std::span<Out> output) = 0;
@@ -99,6 +119,8 @@ class ORTCORE_API IBinaryFunctor : public OrtFunctor, public UntypedBinary {
 template <class In1, class In2, class Out>
 class ORTCORE_API IBinarySpecialFunctor : public OrtFunctor, public UntypedBinary {
  public:
+  IBinarySpecialFunctor() : OrtFunctor(static_cast<UntypedBinary&>(*this)) {}
+
   virtual std::pair<Out, SpecialKind> Apply(In1 first, SpecialKind firstKind, In2 second,
                                             SpecialKind secondKind) = 0;
   virtual void ApplyToArrays(std::span<In1 const> first, std::span<SpecialKind const> firstKinds,

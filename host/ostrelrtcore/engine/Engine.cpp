@@ -83,9 +83,9 @@ Engine::Value Engine::Call(FunctionCall const& call) const {
 }
 
 Engine::Forms Engine::GetForms(OStringCore const& function) const {
-  return {!registry_->GetUnaryFunctions().Find(function).empty(),
-          !registry_->GetBinaryFunctions().Find(function).empty(),
-          !registry_->GetMultinaryFunctions().Find(function).empty()};
+  return {!registry_->GetUnaryFunctions().GetEntries(function).empty(),
+          !registry_->GetBinaryFunctions().GetEntries(function).empty(),
+          !registry_->GetMultinaryFunctions().GetEntries(function).empty()};
 }
 
 std::string Engine::DescribeUnknownFunction(OStringCore const& function) const {

@@ -64,7 +64,7 @@ bool Suits(std::vector<KeySegmentType> const& slots, CallView const& call) {
 
 // Of the entries that suit, the latest one of the wanted shape, else the latest one of the other shape.
 template <class Entry>
-Entry const* Choose(std::vector<Entry> const& entries, CallView const& call) {
+Entry const* Choose(std::span<Entry const> entries, CallView const& call) {
   bool const wantsSpecial = call.mode != EvaluationMode::Call &&
                             std::any_of(call.inputs.begin(), call.inputs.end(),
                                         [](auto const& input) { return HasSpecialRows(*input); });
@@ -92,7 +92,7 @@ std::string Join(Segments const& segments, Write const& write) {
 std::string DescribeValue(Value const& value) { return GetSegment(*value).ToString().toUtf8(); }
 
 template <class Entry>
-std::string DescribeMismatch(std::vector<Entry> const& entries, CallView const& call) {
+std::string DescribeMismatch(std::span<Entry const> entries, CallView const& call) {
   auto const describeSlot = [](KeySegmentType const& slot) { return slot.ToString().toUtf8(); };
   std::string const inputs = Join(call.inputs, DescribeValue);
   return Quote(call.function) + " can't " + EvaluationModeToString(call.mode) + " (" + inputs + "); " +
@@ -117,7 +117,7 @@ char const* DescribeForms(Engine::Forms const& forms) {
 template <class Functions>
 FoundFunction Find(FunctionRegistry const& registry, Functions const& functions, CallView const& call,
                    std::size_t inputCount) {
-  auto const entries = functions.Find(call.function);
+  auto const entries = functions.GetEntries(call.function);
   if (entries.empty()) ThrowNoForm(registry, call);
   bool const isCall = call.mode == EvaluationMode::Call;
   if (!isCall && call.inputs.size() != inputCount) {

@@ -9,7 +9,16 @@ namespace {
 
 template <class Interface>
 MadeFunctor<Interface> See(std::unique_ptr<OrtFunctor> functor, FoundFunction const& function) {
-  auto* const seen = dynamic_cast<Interface*>(functor.get());
+  Interface* seen = nullptr;
+  if (functor != nullptr) {
+    if constexpr (std::is_same_v<Interface, UntypedUnary>) {
+      seen = functor->GetUntypedUnary();
+    } else if constexpr (std::is_same_v<Interface, UntypedBinary>) {
+      seen = functor->GetUntypedBinary();
+    } else {
+      seen = dynamic_cast<Interface*>(functor.get());
+    }
+  }
   if (seen == nullptr) ThrowUnsuitable(function);
   return {std::move(functor), seen};
 }

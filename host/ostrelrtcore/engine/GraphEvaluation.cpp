@@ -41,15 +41,18 @@ GraphEvaluation::GraphEvaluation(FunctionRegistry const& registry, FunctionGraph
       graph_(graph),
       outputs_(outputs),
       plan_(graph, inputs, outputs),
-      states_(std::make_unique<State[]>(static_cast<std::size_t>(plan_.GetStepCount()))),
+      moreStates_(plan_.GetStepCount() > kOwnStates
+                      ? std::make_unique<State[]>(static_cast<std::size_t>(plan_.GetStepCount()))
+                      : nullptr),
+      states_(moreStates_ != nullptr ? moreStates_.get() : ownStates_.data()),
       firstFailure_(plan_.GetStepCount()) {
   for (int step = 0; step < plan_.GetStepCount(); ++step) {
     auto const users = plan_.GetUsers(step);
-    states_[static_cast<std::size_t>(step)].uses = static_cast<int>(users.size());
-    for (int const user : users) ++states_[static_cast<std::size_t>(user)].waitingFor;
+    states_[step].uses = static_cast<int>(users.size());
+    for (int const user : users) ++states_[user].waitingFor;
   }
   for (NodeId const output : outputs) {
-    if (int const step = plan_.GetStep(output); step >= 0) ++states_[static_cast<std::size_t>(step)].uses;
+    if (int const step = plan_.GetStep(output); step >= 0) ++states_[step].uses;
   }
 }
 
@@ -57,7 +60,7 @@ std::vector<Value> GraphEvaluation::Run() {
   std::vector<int> others;
   int step = -1;
   for (int root = plan_.GetStepCount() - 1; root >= 0; --root) {
-    if (states_[static_cast<std::size_t>(root)].waitingFor != 0) continue;
+    if (states_[root].waitingFor != 0) continue;
     if (step >= 0) others.push_back(step);
     step = root;
   }
@@ -96,7 +99,7 @@ int GraphEvaluation::RunNode(int step, Others const& others) {
   ReleaseInputs(step);
   int next = -1;
   for (int const user : plan_.GetUsers(step)) {
-    if (--states_[static_cast<std::size_t>(user)].waitingFor != 0) continue;
+    if (--states_[user].waitingFor != 0) continue;
     if (next < 0) {
       next = user;
     } else {
@@ -109,7 +112,7 @@ int GraphEvaluation::RunNode(int step, Others const& others) {
 bool GraphEvaluation::Evaluate(int step) {
   // Steps before a failed one still run, so that the first failure does not depend on who was faster.
   if (step > firstFailure_) return false;
-  State& state = states_[static_cast<std::size_t>(step)];
+  State& state = states_[step];
   try {
     FunctionNode const& node = graph_.GetFunction(plan_.GetNode(step));
     Values inputs;
@@ -140,20 +143,20 @@ void GraphEvaluation::ReleaseInputs(int step) {
   ForEachReference(graph_.GetFunction(plan_.GetNode(step)), [this](NodeId id) {
     int const used = plan_.GetStep(id);
     if (used < 0) return;
-    State& state = states_[static_cast<std::size_t>(used)];
+    State& state = states_[used];
     if (--state.uses == 0) state.result.reset();
   });
 }
 
 Value const& GraphEvaluation::GetValue(NodeId id) const {
   int const step = plan_.GetStep(id);
-  return step < 0 ? plan_.GetGivenValue(id) : states_[static_cast<std::size_t>(step)].result;
+  return step < 0 ? plan_.GetGivenValue(id) : states_[step].result;
 }
 
 void GraphEvaluation::ThrowFailure(int step) const {
   NodeId const id = plan_.GetNode(step);
   FunctionNode const& node = graph_.GetFunction(id);
-  throw EvaluationError(id, node.name, node.function, states_[static_cast<std::size_t>(step)].error);
+  throw EvaluationError(id, node.name, node.function, states_[step].error);
 }
 
 }  // namespace ort::core::engine

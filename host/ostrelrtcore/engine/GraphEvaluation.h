@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <atomic>
 #include <memory>
 #include <vector>
@@ -43,8 +44,11 @@ class GraphEvaluation {
   FunctionGraph const& graph_;
   std::span<NodeId const> outputs_;
   GraphPlan plan_;
-  std::unique_ptr<State[]> states_;  // by step
-  std::atomic<int> firstFailure_;    // the least step that failed
+  static constexpr int kOwnStates = 4;  // for a graph of few steps, without memory of their own
+  std::array<State, kOwnStates> ownStates_;
+  std::unique_ptr<State[]> moreStates_;
+  State* states_;                  // by step
+  std::atomic<int> firstFailure_;  // the least step that failed
 };
 
 }  // namespace ort::core::engine

@@ -13,16 +13,17 @@ struct OpenNode {
   FunctionNode const* function;
   std::size_t next = 0;
 };
+using OpenNodes = boost::container::small_vector<OpenNode, 4>;
 
 std::string Quote(FunctionGraph const& graph, NodeId id) { return "'" + graph.GetName(id).toUtf8() + "'"; }
 
-[[noreturn]] void ThrowUnknownNode(FunctionGraph const& graph, NodeId id, std::vector<OpenNode> const& open) {
+[[noreturn]] void ThrowUnknownNode(FunctionGraph const& graph, NodeId id, OpenNodes const& open) {
   std::string const source = open.empty() ? "an output" : "node " + Quote(graph, open.back().id);
   throw InvalidGraph(source + " refers to node " + std::to_string(id) + "; the graph has " +
                      std::to_string(graph.GetCount()) + " nodes");
 }
 
-[[noreturn]] void ThrowCycle(FunctionGraph const& graph, NodeId id, std::vector<OpenNode> const& open) {
+[[noreturn]] void ThrowCycle(FunctionGraph const& graph, NodeId id, OpenNodes const& open) {
   auto const first =
       std::find_if(open.begin(), open.end(), [id](OpenNode const& node) { return node.id == id; });
   std::string text = "the graph has a cycle: ";
@@ -56,7 +57,7 @@ GraphPlan::GraphPlan(FunctionGraph const& graph, factory::NamedValues const& inp
 
 // Depth first, without recursion: chains may be long.
 void GraphPlan::Order(FunctionGraph const& graph, factory::NamedValues const& inputs, NodeId output) {
-  std::vector<OpenNode> open;
+  OpenNodes open;
   auto const meet = [&](NodeId id) {
     if (id < 0 || id >= graph.GetCount()) ThrowUnknownNode(graph, id, open);
     Node& node = nodes_[static_cast<std::size_t>(id)];

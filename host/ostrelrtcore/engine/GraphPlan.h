@@ -1,7 +1,7 @@
 #pragma once
 
+#include <boost/container/small_vector.hpp>
 #include <span>
-#include <vector>
 
 #include "ostrelrtcore/engine/FunctionGraph.h"
 
@@ -51,10 +51,14 @@ class GraphPlan {
   void Order(FunctionGraph const& graph, factory::NamedValues const& inputs, NodeId output);
   void CollectUsers(FunctionGraph const& graph);
 
-  std::vector<NodeId> order_;
-  std::vector<Node> nodes_;
-  std::vector<int> users_;
-  std::vector<std::size_t> userBegins_;  // where each step's users begin; one more for the end
+  // What a small graph needs stands in the plan itself: a call of one function takes no memory for it.
+  template <class T>
+  using List = boost::container::small_vector<T, 8>;
+
+  List<NodeId> order_;
+  List<Node> nodes_;
+  List<int> users_;
+  List<std::size_t> userBegins_;  // where each step's users begin; one more for the end
 };
 
 }  // namespace ort::core::engine
