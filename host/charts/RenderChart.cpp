@@ -1,5 +1,6 @@
 #include "charts/RenderChart.h"
 
+#include <map>
 #include <nlohmann/json.hpp>
 
 #include "charts/graph/LeftOutRows.h"
@@ -18,31 +19,42 @@ auto NameDocument(ChartDocument const& document, Step const& step) {
   }
 }
 
-DataTable LoadChartData(ChartDocument const& document, DataRoots const& roots) {
-  return NameDocument(document, [&] { return LoadTable(*document.data, "$.data", roots); });
+using Tables = std::vector<std::shared_ptr<DataTable const>>;
+
+// The table of each layer; one that several layers share is loaded once.
+Tables LoadTables(ChartDocument const& document, DataRoots const& roots) {
+  Tables tables;
+  std::map<nlohmann::json const*, std::shared_ptr<DataTable const>> loaded;
+  for (LayerSpec const& layer : document.layers) {
+    auto& table = loaded[layer.data.get()];
+    if (!table) table = std::make_shared<DataTable>(LoadTable(*layer.data, layer.dataPath, roots));
+    tables.push_back(table);
+  }
+  return tables;
 }
 
-ChartPlan Plan(Compilation& compilation, ChartOptions const& options) {
-  return NameDocument(compilation.document, [&] { return PlanChart(compilation, options); });
+ChartPlan Plan(Compilation& compilation, DataRoots const& roots, ChartOptions const& options) {
+  return NameDocument(compilation.document, [&] {
+    return PlanChart(compilation, LoadTables(compilation.document, roots), options);
+  });
 }
 
 }  // namespace
 
 DrawnChart DrawChart(ChartDocument const& document, DataRoots const& roots, ChartOptions const& options,
                      ChartEnvironment const& environment) {
-  DataTable const table = LoadChartData(document, roots);
-  Compilation compilation{document, table, {}};
-  ChartPlan const plan = Plan(compilation, options);
-  Results const results = compilation.graph.Evaluate(environment.registry);
+  Compilation compilation{document, GraphBuilder(environment.registry)};
+  ChartPlan const plan = Plan(compilation, roots, options);
+  Results const results = compilation.graph.Evaluate();
   TextSetter const setter(environment.measurer, kFontFamily);
-  return {BuildScene(compilation, plan, results, setter), DescribeLeftOutRows(compilation, plan, results)};
+  return {BuildScene(document, plan, results, setter), DescribeLeftOutRows(plan, results)};
 }
 
 ort::core::FunctionGraph MakeChartGraph(ChartDocument const& document, DataRoots const& roots,
-                                        ChartOptions const& options) {
-  DataTable const table = LoadChartData(document, roots);
-  Compilation compilation{document, table, {}};
-  Plan(compilation, options);
+                                        ChartOptions const& options,
+                                        ort::core::FunctionRegistry const& registry) {
+  Compilation compilation{document, GraphBuilder(registry)};
+  Plan(compilation, roots, options);
   return compilation.graph.GetGraph();
 }
 

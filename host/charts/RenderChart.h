@@ -25,6 +25,7 @@ DrawnChart DrawChart(ChartDocument const& document, DataRoots const& roots, Char
 
 /// The chart's function graph.
 ort::core::FunctionGraph MakeChartGraph(ChartDocument const& document, DataRoots const& roots,
-                                        ChartOptions const& options);
+                                        ChartOptions const& options,
+                                        ort::core::FunctionRegistry const& registry);
 
 }  // namespace ostrel::charts

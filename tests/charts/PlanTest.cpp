@@ -184,10 +184,6 @@ TEST(ChartPlan, RefusesWhatNoMarkOrScaleCanDraw) {
     char const* expected;
   };
   Case const cases[] = {
-      {"\"point\"", "1 2", kX + R"(},"order":{"field":"f1"})",
-       "$.encoding.order: only the mark line has an order; leave it out"},
-      {R"({"type":"point","strokeDash":[1]})", "1 2", kX + "}",
-       "$.mark.strokeDash: is for the mark line only; leave it out"},
       {R"({"type":"circle","stroke":"red"})", "1 2", kX + "}",
        "$.mark.stroke: a filled symbol has no outline; use fill, or set filled to false"},
       {R"({"type":"point","fill":"red"})", "1 2", kX + "}",

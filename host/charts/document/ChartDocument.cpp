@@ -6,6 +6,7 @@
 
 #include "charts/document/JsonObjectReader.h"
 #include "charts/document/Readers.h"
+#include "charts/document/ViewReader.h"
 
 namespace ostrel::charts {
 
@@ -51,24 +52,6 @@ void ReadPadding(JsonValue const& value, std::optional<double>& padding) {
   padding = value.ReadNumber(kPadding);
 }
 
-/// The rows themselves are read with the data; here the ways to name them.
-void CheckData(JsonValue const& value) {
-  auto const accept = [](JsonValue const&) {};
-  std::string name;
-  JsonObjectReader(value)
-      .On("url", [](JsonValue const& url) { url.ReadText(); })
-      .On("values", accept)
-      .On("format", [](JsonValue const& format) { format.ReadObject(); })
-      .Text("name", name)
-      .Refuse("sequence", "generated data are not supported; use url or values")
-      .Refuse("sphere", "generated data are not supported; use url or values")
-      .Refuse("graticule", "generated data are not supported; use url or values")
-      .Read();
-  if (value.Has("url") && value.Has("values"))
-    value.FailAt("values", "is given beside url; leave one of them out");
-  if (!value.Has("url") && !value.Has("values")) value.Fail("expects url or values");
-}
-
 void CheckConfig(JsonValue const& value) {
   auto const settings = value.ReadObject();
   if (settings.empty()) return;
@@ -77,26 +60,16 @@ void CheckConfig(JsonValue const& value) {
 }
 
 void RefuseCompositions(JsonObjectReader& reader) {
-  for (auto const* composition : {"layer", "hconcat", "vconcat", "concat", "facet", "repeat", "spec"}) {
+  for (auto const* composition : {"hconcat", "vconcat", "concat", "facet", "repeat", "spec"}) {
     reader.Refuse(composition, "several plots in one document are not supported; write a document for each");
   }
   reader.Refuse("resolve", "several plots in one document are not supported; write a document for each")
-      .Refuse("transform", "transforms are not supported; transform the data beforehand")
       .Refuse("params", "interaction is not supported; leave it out")
       .Refuse("selection", "interaction is not supported; leave it out")
       .Refuse("projection", "maps are not supported; use the channels x and y")
       .Refuse("datasets", "named data are not supported; use data.values")
       .Refuse("view", "is not supported; leave it out")
       .Refuse("autosize", "is not supported; use width and height, which measure the plotting area");
-}
-
-/// Whether its members are there, and what they say of each other.
-void CheckWhole(JsonValue const& root, ChartDocument const& document) {
-  if (!root.Has("data")) root.FailAt("data", "is missing; give {\"url\": ...} or {\"values\": [...]}");
-  if (!root.Has("mark")) root.FailAt("mark", "is missing; use one of point, circle, square, line");
-  for (auto const& [key, member] : root.ReadObject()) {
-    if (*key == "encoding") CheckMark(member, document.mark);
-  }
 }
 
 }  // namespace
@@ -111,12 +84,6 @@ void ReadChartTitle(JsonValue const& value, ChartDocument& document) {
       .On("subtitle", [&document](JsonValue const& text) { document.subtitle = text.ReadLines(); })
       .Read();
   if (!value.Has("text")) value.FailAt("text", "is missing");
-}
-
-Encoding const* ChartDocument::Find(Channel channel) const {
-  auto const isMeant = [channel](Encoding const& encoding) { return encoding.channel == channel; };
-  auto const found = std::find_if(encodings.begin(), encodings.end(), isMeant);
-  return found != encodings.end() ? &*found : nullptr;
 }
 
 ChartDocument ParseChartDocument(std::string_view json, std::filesystem::path const& path) {
@@ -134,17 +101,12 @@ ChartDocument ParseChartDocument(std::string_view json, std::filesystem::path co
       .On("height", [&](JsonValue const& value) { ReadSize(value, document.height); })
       .Text("background", document.background)
       .On("padding", [&](JsonValue const& value) { ReadPadding(value, document.padding); })
-      .On("data",
-          [&](JsonValue const& value) {
-            CheckData(value);
-            document.data = std::shared_ptr<nlohmann::json const>(tree, &value.Get());
-          })
-      .On("mark", [&](JsonValue const& value) { document.mark = ReadMark(value); })
-      .On("encoding", [&](JsonValue const& value) { document.encodings = ReadEncodings(value); })
       .On("config", CheckConfig);
   RefuseCompositions(reader);
+  ViewReader view(tree, root);
+  view.AddTo(reader);
   reader.Read();
-  CheckWhole(root, document);
+  view.Finish(document.layers);
   return document;
 }
 

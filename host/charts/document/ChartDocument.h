@@ -20,7 +20,6 @@ class DocumentError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-enum class MarkKind { Point, Circle, Square, Line };
 enum class FieldType { Quantitative, Temporal, Ordinal, Nominal };
 enum class Channel { X, Y, Color, Size, Shape, Opacity, Detail, Order, Tooltip };
 enum class ScaleType { Linear, Log, Sqrt, Time, Ordinal };
@@ -99,7 +98,7 @@ struct Encoding {
 };
 
 struct MarkSpec {
-  MarkKind kind = MarkKind::Point;
+  std::string type;  ///< a name of the table of marks
   std::string path = "$.mark";
   std::string color;
   std::string fill;
@@ -116,22 +115,30 @@ struct MarkSpec {
   std::optional<bool> clip;
 };
 
+/// A mark and its channels: a part of a view that is drawn over the parts before it.
+struct LayerSpec {
+  std::string path = "$";  ///< "$.layer[1]"
+  std::shared_ptr<nlohmann::json const>
+      data;  ///< a data object, as LoadTable reads it: its own or the view's
+  std::string dataPath = "$.data";
+  MarkSpec mark;
+  std::vector<Encoding> encodings;  ///< those of the view come first
+
+  /// Null when the channel is not encoded.
+  Encoding const* Find(Channel channel) const;
+};
+
 struct ChartDocument {
   std::filesystem::path path;  ///< as given on the command line, for messages
   std::string name;
   std::string title;  ///< lines are separated by line feeds, here and in all titles
   std::string subtitle;
   std::string description;
-  std::optional<double> width;                 ///< of the plotting area, in pixels
-  std::optional<double> height;                ///< of the plotting area, in pixels
-  std::optional<double> padding;               ///< around the whole picture, in pixels
-  std::shared_ptr<nlohmann::json const> data;  ///< the document's data object, as LoadTable reads it
-  MarkSpec mark;
-  std::vector<Encoding> encodings;
+  std::optional<double> width;    ///< of the plotting area, in pixels
+  std::optional<double> height;   ///< of the plotting area, in pixels
+  std::optional<double> padding;  ///< around the whole picture, in pixels
   std::string background;
-
-  /// Null when the channel is not encoded.
-  Encoding const* Find(Channel channel) const;
+  std::vector<LayerSpec> layers;  ///< in drawing order, at least one
 };
 
 /// Reads and checks a document. Throws DocumentError with the file, the JSON path and what to use instead for

@@ -1,5 +1,7 @@
 #include <fmt/format.h>
 
+#include <algorithm>
+
 #include "charts/document/JsonObjectReader.h"
 #include "charts/document/Readers.h"
 
@@ -134,11 +136,36 @@ Encoding ReadEncoding(JsonValue const& value, ChannelParts const& parts) {
   return encoding;
 }
 
+using Members = std::vector<std::pair<std::string const*, JsonValue>>;
+
+/// A constant takes the place of what an outer view says of its channel; all else is joined with it.
+JsonValue Override(JsonValue const& outer, JsonValue const& inner) {
+  bool const isConstant = inner.Has("value") || outer.Has("value");
+  return isConstant || !inner.IsObject() || !outer.IsObject() ? inner : inner.WithDefaults(outer);
+}
+
+Members GatherChannels(std::vector<JsonValue> const& objects) {
+  Members channels;
+  for (JsonValue const& object : objects) {
+    for (auto const& member : object.ReadObject()) {
+      auto const isSame = [&](auto const& channel) { return *channel.first == *member.first; };
+      auto const outer = std::ranges::find_if(channels, isSame);
+      if (outer == channels.end()) {
+        channels.push_back(member);
+      } else {
+        outer->second = Override(outer->second, member.second);
+      }
+    }
+  }
+  return channels;
+}
+
 }  // namespace
 
-std::vector<Encoding> ReadEncodings(JsonValue const& value) {
+std::vector<Encoding> ReadEncodings(std::vector<JsonValue> const& objects) {
   std::vector<Encoding> encodings;
-  JsonObjectReader reader(value);
+  if (objects.empty()) return encodings;
+  JsonObjectReader reader(objects.back());
   for (auto const& parts : kChannels) {
     reader.On(parts.name,
               [&](JsonValue const& channel) { encodings.push_back(ReadEncoding(channel, parts)); });
@@ -170,7 +197,7 @@ std::vector<Encoding> ReadEncodings(JsonValue const& value) {
       .Refuse("key", "is not supported; leave it out")
       .Refuse("href", "links are not supported; leave it out")
       .Refuse("description", "is not supported; use the chart's description");
-  reader.Read();
+  reader.Read(GatherChannels(objects));
   return encodings;
 }
 
@@ -188,6 +215,13 @@ FieldType DefaultFieldType(Encoding const& encoding) {
       break;
   }
   return FieldType::Nominal;
+}
+
+char const* NameOf(Channel channel) {
+  for (auto const& parts : kChannels) {
+    if (parts.channel == channel) return parts.name;
+  }
+  return "";
 }
 
 bool IsPosition(Channel channel) { return channel == Channel::X || channel == Channel::Y; }

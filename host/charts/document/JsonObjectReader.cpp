@@ -48,8 +48,8 @@ JsonObjectReader& JsonObjectReader::RefuseUnlessOff(char const* name, char const
   return *this;
 }
 
-void JsonObjectReader::Read() const {
-  for (auto const& [name, value] : object_.ReadObject()) {
+void JsonObjectReader::Read(std::vector<std::pair<std::string const*, JsonValue>> const& members) const {
+  for (auto const& [name, value] : members) {
     auto const isMeant = [&key = *name](Property const& property) { return property.name == key; };
     auto const property = std::find_if(properties_.begin(), properties_.end(), isMeant);
     if (property == properties_.end()) FailUnknown(*name, value);

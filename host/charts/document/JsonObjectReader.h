@@ -40,7 +40,9 @@ class JsonObjectReader {
   /// The same, but null and false, which say that it is not wanted, are fine.
   JsonObjectReader& RefuseUnlessOff(char const* name, char const* cause);
 
-  void Read() const;
+  void Read() const { Read(object_.ReadObject()); }
+  /// The same for members that were gathered otherwise.
+  void Read(std::vector<std::pair<std::string const*, JsonValue>> const& members) const;
 
  private:
   struct Property {

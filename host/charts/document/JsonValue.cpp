@@ -85,7 +85,7 @@ std::vector<JsonValue> JsonValue::ReadArray() const {
   }
   std::vector<JsonValue> elements;
   for (auto const& element : *value_) {
-    elements.push_back({*tree_, *fileName_, element, fmt::format("{}[{}]", path_, elements.size())});
+    elements.push_back({*tree_, *fileName_, element, fmt::format("{}[{}]", path_, elements.size()), owned_});
   }
   return elements;
 }
@@ -97,10 +97,16 @@ std::vector<std::pair<std::string const*, JsonValue>> JsonValue::ReadObject() co
   }
   std::vector<std::pair<std::string const*, JsonValue>> members;
   for (auto const* member : tree_->GetMembers(*value_)) {
-    members.emplace_back(&member->first,
-                         JsonValue{*tree_, *fileName_, member->second, MemberPath(path_, member->first)});
+    members.emplace_back(&member->first, JsonValue{*tree_, *fileName_, member->second,
+                                                   MemberPath(path_, member->first), owned_});
   }
   return members;
+}
+
+JsonValue JsonValue::WithDefaults(JsonValue const& defaults) const {
+  auto merged = std::make_shared<JsonTree::Json>(*defaults.value_);
+  merged->update(*value_);
+  return {*tree_, *fileName_, *merged, path_, merged};
 }
 
 void JsonValue::Fail(std::string const& cause) const {

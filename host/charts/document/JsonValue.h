@@ -1,6 +1,7 @@
 #pragma once
 
 #include <limits>
+#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
@@ -55,6 +56,8 @@ class JsonValue {
   /// A number, a text, true or false.
   Literal ReadLiteral() const;
   std::vector<Literal> ReadLiterals() const;
+  /// This object with the members of another one that it lacks; its path stays.
+  JsonValue WithDefaults(JsonValue const& defaults) const;
   /// At most 10,000 elements.
   std::vector<JsonValue> ReadArray() const;
   /// The members, at most 10,000, in the order of the document.
@@ -79,13 +82,19 @@ class JsonValue {
   std::string Describe() const;
 
  private:
-  JsonValue(JsonTree const& tree, std::string const& fileName, JsonTree::Json const& value, std::string path)
-      : tree_(&tree), fileName_(&fileName), value_(&value), path_(std::move(path)) {}
+  JsonValue(JsonTree const& tree, std::string const& fileName, JsonTree::Json const& value, std::string path,
+            std::shared_ptr<JsonTree::Json const> owned = nullptr)
+      : tree_(&tree),
+        fileName_(&fileName),
+        value_(&value),
+        path_(std::move(path)),
+        owned_(std::move(owned)) {}
 
   JsonTree const* tree_;
   std::string const* fileName_;
   JsonTree::Json const* value_;
   std::string path_;
+  std::shared_ptr<JsonTree::Json const> owned_;  // what value_ is part of where that is not the tree
 };
 
 }  // namespace ostrel::charts

@@ -1,16 +1,15 @@
 #include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <algorithm>
 
 #include "charts/document/JsonObjectReader.h"
 #include "charts/document/Readers.h"
+#include "charts/marks/MarkTable.h"
 
 namespace ostrel::charts {
 
 namespace {
-
-constexpr NamedValue<MarkKind> kMarkNames[] = {{"point", MarkKind::Point},
-                                               {"circle", MarkKind::Circle},
-                                               {"square", MarkKind::Square},
-                                               {"line", MarkKind::Line}};
 
 constexpr NamedValue<SymbolShape> kShapeNames[] = {{"circle", SymbolShape::Circle},
                                                    {"square", SymbolShape::Square},
@@ -32,20 +31,42 @@ void ReadDash(JsonValue const& value, std::vector<double>& dash) {
   for (auto const& length : value.ReadArray()) dash.push_back(length.ReadNumber(kNotNegative));
 }
 
-/// Properties that a mark of the kind would pass over.
-void CheckProperties(JsonValue const& value, MarkKind kind) {
-  auto const refuse = [&value](char const* property, char const* cause) {
-    if (value.Has(property)) value.FailAt(property, cause);
-  };
-  if (kind == MarkKind::Line) {
-    refuse("size", "a line has no size; use strokeWidth");
-    refuse("fill", "a line is not filled; use stroke");
-    refuse("filled", "a line is not filled; leave it out");
-  } else {
-    refuse("interpolate", "is for the mark line only");
-    refuse("point", "is for the mark line only");
+/// "the mark line", "the marks point, circle and square": those of which something is true.
+template <class Predicate>
+std::string ListMarks(Predicate const& isMeant) {
+  std::vector<char const*> names;
+  for (MarkDefinition const& mark : GetMarkTable()) {
+    if (isMeant(mark)) names.push_back(mark.name);
   }
-  if (kind != MarkKind::Point) refuse("shape", "is for the mark point only");
+  std::string text = names.size() == 1 ? "the mark " : "the marks ";
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    text += i == 0 ? "" : i + 1 == names.size() ? " and " : ", ";
+    text += names[i];
+  }
+  return text;
+}
+
+bool HasProperty(MarkDefinition const& mark, std::string_view name) {
+  return std::ranges::find(mark.properties, name) != mark.properties.end();
+}
+
+bool HasChannel(MarkDefinition const& mark, Channel channel) {
+  return std::ranges::find(mark.channels, channel) != mark.channels.end();
+}
+
+/// Refuses what some marks have and this one would pass over.
+void CheckProperties(JsonValue const& value, MarkDefinition const& mark) {
+  for (auto const& [name, property] : value.ReadObject()) {
+    auto const hasIt = [&key = *name](MarkDefinition const& other) { return HasProperty(other, key); };
+    if (!hasIt(mark) && std::ranges::any_of(GetMarkTable(), hasIt))
+      property.Fail(fmt::format("is for {} only; leave it out", ListMarks(hasIt)));
+  }
+}
+
+void ReadType(JsonValue const& value, MarkSpec& mark) {
+  std::vector<NamedValue<char const*>> names;
+  for (MarkDefinition const& definition : GetMarkTable()) names.push_back({definition.name, definition.name});
+  mark.type = value.ReadOneOf(std::span<NamedValue<char const*> const>(names));
 }
 
 }  // namespace
@@ -55,13 +76,12 @@ std::span<NamedValue<SymbolShape> const> SymbolShapeNames() { return kShapeNames
 MarkSpec ReadMark(JsonValue const& value) {
   MarkSpec mark;
   mark.path = value.GetPath();
-  std::span<NamedValue<MarkKind> const> const kinds(kMarkNames);
   if (!value.IsObject()) {
-    mark.kind = value.ReadOneOf(kinds);
+    ReadType(value, mark);
     return mark;
   }
   JsonObjectReader(value)
-      .OneOf("type", mark.kind, kinds)
+      .On("type", [&mark](JsonValue const& type) { ReadType(type, mark); })
       .Text("color", mark.color)
       .Text("fill", mark.fill)
       .Text("stroke", mark.stroke)
@@ -80,17 +100,23 @@ MarkSpec ReadMark(JsonValue const& value) {
       .Refuse("strokeOpacity", "is not supported; use opacity")
       .Refuse("style", "named styles are not supported; set the mark's own properties")
       .Read();
-  if (!value.Has("type")) value.FailAt("type", "is missing; use one of point, circle, square, line");
-  CheckProperties(value, mark.kind);
+  if (!value.Has("type")) value.FailAt("type", "is missing; use one of " + ListMarkNames());
+  CheckProperties(value, GetDefinition(mark));
   return mark;
 }
 
-void CheckMark(JsonValue const& encodings, MarkSpec const& mark) {
-  if (mark.kind != MarkKind::Point && encodings.Has("shape")) {
-    encodings.FailAt("shape", "only the mark point has shapes; use \"point\" or leave it out");
-  }
-  if (mark.kind == MarkKind::Line && encodings.Has("size")) {
-    encodings.FailAt("size", "a line has no size; use the mark's strokeWidth");
+std::string ListMarkNames() {
+  std::vector<char const*> names;
+  for (MarkDefinition const& mark : GetMarkTable()) names.push_back(mark.name);
+  return fmt::format("{}", fmt::join(names, ", "));
+}
+
+void CheckChannels(std::string const& fileName, LayerSpec const& layer) {
+  for (Encoding const& encoding : layer.encodings) {
+    auto const hasIt = [&](MarkDefinition const& mark) { return HasChannel(mark, encoding.channel); };
+    if (hasIt(GetDefinition(layer.mark))) continue;
+    throw DocumentError(
+        fmt::format("{}: {}: is for {} only; leave it out", fileName, encoding.path, ListMarks(hasIt)));
   }
 }
 

@@ -13,8 +13,11 @@ namespace ostrel::charts {
 
 /// A mark's name or object.
 MarkSpec ReadMark(JsonValue const& value);
-/// All channels, in the order of the document.
-std::vector<Encoding> ReadEncodings(JsonValue const& value);
+/// "point, circle, square".
+std::string ListMarkNames();
+/// All channels of encoding objects, in the order of the document. Channels of a later object get those of
+/// their properties that it leaves open from the objects before.
+std::vector<Encoding> ReadEncodings(std::vector<JsonValue> const& objects);
 ScaleSpec ReadScale(JsonValue const& value);
 AxisSpec ReadAxis(JsonValue const& value);
 LegendSpec ReadLegend(JsonValue const& value);
@@ -33,8 +36,8 @@ FieldType DefaultFieldType(Encoding const& encoding);
 void CheckScale(JsonValue const& value, Encoding const& encoding);
 void CheckGuides(JsonValue const& value, Encoding const& encoding);
 void CheckSort(JsonValue const& value, Encoding const& encoding);
-/// What a mark and a channel say of each other.
-void CheckMark(JsonValue const& value, MarkSpec const& mark);
+/// Refuses channels that the layer's mark would pass over.
+void CheckChannels(std::string const& fileName, LayerSpec const& layer);
 
 /// The symbols by their names.
 std::span<NamedValue<SymbolShape> const> SymbolShapeNames();
@@ -43,5 +46,6 @@ bool IsPosition(Channel channel);
 /// Nominal or ordinal.
 bool IsDiscrete(FieldType type);
 char const* NameOf(FieldType type);
+char const* NameOf(Channel channel);
 
 }  // namespace ostrel::charts

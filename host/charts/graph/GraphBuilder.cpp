@@ -72,8 +72,33 @@ NodeId GraphBuilder::Keep(NodeId node) {
   return node;
 }
 
-Results GraphBuilder::Evaluate(core::FunctionRegistry const& registry) const {
-  return Results(kept_, core::Engine(registry).Evaluate(graph_, inputs_, kept_));
+Value const& GraphBuilder::Peek(NodeId node) {
+  auto const found = known_.find(node);
+  if (found != known_.end()) return found->second;
+  return known_.emplace(node, EvaluateNodes({node}).front()).first->second;
 }
+
+// Known nodes stand as constants in a copy of the graph: it is small, its values are shared.
+std::vector<Value> GraphBuilder::EvaluateNodes(std::vector<NodeId> const& nodes) const {
+  core::Engine const engine(registry_);
+  if (known_.empty()) return engine.Evaluate(graph_, inputs_, nodes);
+  core::FunctionGraph graph;
+  for (NodeId node = 0; node < graph_.GetCount(); ++node) {
+    auto const kind = graph_.GetKind(node);
+    auto const known = known_.find(node);
+    if (known != known_.end()) {
+      graph.AddConstant(graph_.GetName(node), known->second);
+    } else if (kind == core::FunctionGraph::NodeKind::Constant) {
+      graph.AddConstant(graph_.GetName(node), graph_.GetConstant(node));
+    } else if (kind == core::FunctionGraph::NodeKind::Input) {
+      graph.AddInput(graph_.GetName(node));
+    } else {
+      graph.AddFunction(graph_.GetFunction(node));
+    }
+  }
+  return engine.Evaluate(graph, inputs_, nodes);
+}
+
+Results GraphBuilder::Evaluate() const { return Results(kept_, EvaluateNodes(kept_)); }
 
 }  // namespace ostrel::charts

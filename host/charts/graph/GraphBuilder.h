@@ -27,6 +27,9 @@ class Results {
 /// Names are for people who read the graph: "x domain", "x positions".
 class GraphBuilder {
  public:
+  /// The registry serves Peek and Evaluate and must outlive this.
+  explicit GraphBuilder(ort::core::FunctionRegistry const& registry) : registry_(registry) {}
+
   NodeId Constant(std::string const& name, Value value);
   NodeId Real(double value);
   NodeId Int(int value);
@@ -45,18 +48,24 @@ class GraphBuilder {
 
   ort::core::FunctionGraph const& GetGraph() const { return graph_; }
   std::vector<NodeId> const& GetKept() const { return kept_; }
-  Results Evaluate(ort::core::FunctionRegistry const& registry) const;
+  /// A node's value, for decisions of the plan itself. It is evaluated now, and not again.
+  Value const& Peek(NodeId node);
+  Results Evaluate() const;
 
  private:
   NodeId Shared(std::string const& name, Value value);
   NodeId Add(std::string const& name, char const* function, ort::core::EvaluationMode mode,
              std::vector<NodeId> inputs, std::vector<NodeId> parameters);
 
+  std::vector<Value> EvaluateNodes(std::vector<NodeId> const& nodes) const;
+
+  ort::core::FunctionRegistry const& registry_;
   ort::core::FunctionGraph graph_;
   ort::core::factory::NamedValues inputs_;
   std::unordered_map<std::string, NodeId> inputNodes_;
   std::unordered_map<std::string, NodeId> constants_;
   std::vector<NodeId> kept_;
+  std::unordered_map<NodeId, Value> known_;
 };
 
 }  // namespace ostrel::charts

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+#include "charts/marks/MarkTable.h"
+
 namespace ostrel::charts {
 namespace {
 
@@ -23,40 +25,47 @@ char const* Wanted(Encoding const& encoding) {
   }
 }
 
-char const* Consequence(ChartPlan const& plan) { return plan.lines ? "the line breaks there" : "not drawn"; }
-
-void DescribePosition(Compilation const& compilation, ChartPlan const& plan, Results const& results,
-                      PositionScale const& scale, std::vector<std::string>& sentences) {
-  int const rows = compilation.table.rowCount;
-  int const missing = CountSpecials(results, scale.unscaled >= 0 ? scale.unscaled : scale.positions);
-  int const unplaced = CountSpecials(results, scale.positions) - missing;
+void DescribePosition(PlacedChannel const& channel, Results const& results, int rows, char const* gap,
+                      std::vector<std::string>& sentences) {
+  std::string const& axis = channel.position->name;
+  int const missing = CountSpecials(results, channel.unscaled >= 0 ? channel.unscaled : channel.scaled);
+  int const unplaced = CountSpecials(results, channel.scaled) - missing;
   if (unplaced > 0) {
-    sentences.push_back(fmt::format("{} of {} rows are not positive on the log {} axis; {}", unplaced, rows,
-                                    scale.name, Consequence(plan)));
+    sentences.push_back(
+        fmt::format("{} of {} rows are not positive on the log {} axis; {}", unplaced, rows, axis, gap));
   }
   if (missing > 0) {
     sentences.push_back(fmt::format("{} of {} rows have no {} in '{}' for the {} axis; {}", missing, rows,
-                                    Wanted(*scale.encoding), scale.encoding->field, scale.name,
-                                    Consequence(plan)));
+                                    Wanted(*channel.encoding), channel.encoding->field, axis, gap));
   }
+}
+
+std::vector<std::string> DescribeLayer(LayerPlan const& layer, Results const& results) {
+  std::vector<std::string> sentences;
+  int const rows = layer.rows->GetRowCount();
+  for (PlacedChannel const& channel : layer.channels) {
+    if (channel.position != nullptr) {
+      DescribePosition(channel, results, rows, GetDefinition(layer.spec->mark).gap, sentences);
+    } else if (int const missing = CountSpecials(results, channel.scaled); missing > 0) {
+      sentences.push_back(fmt::format("{} of {} rows have no {} in '{}' that its scale can place; not drawn",
+                                      missing, rows, Wanted(*channel.encoding), channel.encoding->field));
+    }
+  }
+  return sentences;
 }
 
 }  // namespace
 
-std::vector<std::string> DescribeLeftOutRows(Compilation const& compilation, ChartPlan const& plan,
-                                             Results const& results) {
+std::vector<std::string> DescribeLeftOutRows(ChartPlan const& plan, Results const& results) {
   std::vector<std::string> sentences;
-  for (auto const* scale : {&plan.x, &plan.y}) {
-    if (*scale) DescribePosition(compilation, plan, results, **scale, sentences);
-  }
-  for (StyleScale const& style : plan.styles) {
-    int const missing = CountSpecials(results, style.rows);
-    if (missing == 0) continue;
-    std::string sentence =
-        fmt::format("{} of {} rows have no {} in '{}' that its scale can place; not drawn", missing,
-                    compilation.table.rowCount, Wanted(*style.encoding), style.encoding->field);
-    // Two channels may show the same field.
-    if (std::ranges::find(sentences, sentence) == sentences.end()) sentences.push_back(std::move(sentence));
+  for (PanePlan const& pane : plan.panes) {
+    for (LayerPlan const& layer : pane.layers) {
+      for (std::string& sentence : DescribeLayer(layer, results)) {
+        // Two channels or layers may show the same field.
+        if (std::ranges::find(sentences, sentence) == sentences.end())
+          sentences.push_back(std::move(sentence));
+      }
+    }
   }
   return sentences;
 }

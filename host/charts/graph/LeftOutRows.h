@@ -6,7 +6,6 @@ namespace ostrel::charts {
 
 /// One sentence for each scale that could not place some rows: "99 of 1707 rows are not positive on the log x
 /// axis; not drawn".
-std::vector<std::string> DescribeLeftOutRows(Compilation const& compilation, ChartPlan const& plan,
-                                             Results const& results);
+std::vector<std::string> DescribeLeftOutRows(ChartPlan const& plan, Results const& results);
 
 }  // namespace ostrel::charts

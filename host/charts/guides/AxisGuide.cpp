@@ -33,7 +33,7 @@ class Side {
  public:
   Side(PositionScale const& scale, double width, double height)
       : isHorizontal_(scale.space.isHorizontal), width_(width), height_(height) {
-    std::string const& orient = scale.encoding->axis.orient;
+    std::string const& orient = scale.encoding.axis.orient;
     isFar_ = isHorizontal_ ? orient != "top" : orient == "right";
   }
 
@@ -78,12 +78,6 @@ TextMark PlaceLabel(Side const& side, Tick const& tick, double angle, TextSetter
   return label;
 }
 
-std::string AxisTitle(Encoding const& encoding) {
-  if (encoding.axis.title.isGiven) return encoding.axis.title.text;
-  if (encoding.title.isGiven) return encoding.title.text;
-  return encoding.field;
-}
-
 // The title stands outside of everything that the axis has on its side so far.
 void AddTitle(Side const& side, std::string const& text, Rect const& labels, TextSetter const& setter,
               Group& axis, Extent& extent) {
@@ -115,7 +109,7 @@ AxisGuide BuildAxis(PositionScale const& scale, Results const& results, double w
   AxisGuide guide;
   guide.grid.role = "grid " + scale.name;
   guide.axis.role = "axis " + scale.name;
-  AxisSpec const& spec = scale.encoding->axis;
+  AxisSpec const& spec = scale.encoding.axis;
   if (spec.isHidden) return guide;
 
   Side const side(scale, width, height);
@@ -140,7 +134,7 @@ AxisGuide BuildAxis(PositionScale const& scale, Results const& results, double w
       setter.Add(guide.axis, PlaceLabel(side, tick, spec.labelAngle.value_or(0), setter), own, kLabelLimit);
   }
   extent.Add(own.GetRect());
-  if (auto const title = AxisTitle(*scale.encoding); !title.empty()) {
+  if (auto const& title = spec.title.text; !title.empty()) {
     AddTitle(side, title, own.GetRect(), setter, guide.axis, extent);
   }
   return guide;

@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "charts/functions/LabelVisibility.h"
+#include "charts/marks/MarkTable.h"
 #include "ostrelrtcore/Factory.h"
 
 namespace ostrel::charts {
@@ -30,14 +31,9 @@ struct Entry {
 // One legend: its title and the scales that share it.
 struct LegendContent {
   std::string title;
+  LayerPlan const* layer;
   std::vector<StyleScale const*> scales;
 };
-
-std::string LegendTitle(Encoding const& encoding) {
-  if (encoding.legend.title.isGiven) return encoding.legend.title.text;
-  if (encoding.title.isGiven) return encoding.title.text;
-  return encoding.field;
-}
 
 using Texts = ort::core::ITypedArray<ort::core::RIndirectString>;
 
@@ -47,7 +43,7 @@ Texts const& ReadLabels(StyleScale const& scale, Results const& results) {
 
 // Two categorical scales share a legend when they show the same values of a field.
 bool ShareLegend(StyleScale const& first, StyleScale const& second, Results const& results) {
-  if (!first.isCategorical || !second.isCategorical || first.encoding->field != second.encoding->field)
+  if (!first.isCategorical || !second.isCategorical || first.encoding.field != second.encoding.field)
     return false;
   Texts const& labels = ReadLabels(first, results);
   Texts const& others = ReadLabels(second, results);
@@ -60,16 +56,17 @@ bool ShareLegend(StyleScale const& first, StyleScale const& second, Results cons
 
 std::vector<LegendContent> CollectLegends(ChartPlan const& plan, Results const& results) {
   std::vector<LegendContent> legends;
-  for (StyleScale const& scale : plan.styles) {
-    if (scale.encoding->legend.isHidden) continue;
-    auto const shares = [&](LegendContent const& legend) {
-      return ShareLegend(*legend.scales.front(), scale, results);
+  for (auto const& [scale, layer] : plan.styles) {
+    LegendSpec const& spec = scale.encoding.legend;
+    if (spec.isHidden) continue;
+    auto const shares = [&, &style = scale](LegendContent const& legend) {
+      return ShareLegend(*legend.scales.front(), style, results);
     };
     auto const shared = std::ranges::find_if(legends, shares);
     if (shared != legends.end()) {
       shared->scales.push_back(&scale);
     } else {
-      legends.push_back({LegendTitle(*scale.encoding), {&scale}});
+      legends.push_back({spec.title.text, &plan.panes[0].layers[layer], {&scale}});
     }
   }
   return legends;
@@ -117,7 +114,8 @@ struct Entries {
   int moreCount = 0;
 };
 
-Entries ReadEntries(LegendContent const& legend, Results const& results, MarkLook const& look) {
+Entries ReadEntries(LegendContent const& legend, Results const& results) {
+  MarkLook const& look = legend.layer->look;
   Texts const& labels = ReadLabels(*legend.scales.front(), results);
   Entries entries;
   for (int row = 0; row < labels.GetCount(); ++row) {
@@ -145,8 +143,12 @@ std::string DescribeMore(int count) {
 // Draws one legend below `top` and gives its bottom.
 class LegendBuilder {
  public:
-  LegendBuilder(Group& group, TextSetter const& setter, MarkLook const& look, bool isOfLines, Extent& extent)
-      : group_(group), setter_(setter), look_(look), isOfLines_(isOfLines), extent_(extent) {}
+  LegendBuilder(Group& group, TextSetter const& setter, LayerPlan const& layer, Extent& extent)
+      : group_(group),
+        setter_(setter),
+        look_(layer.look),
+        isOfLines_(GetDefinition(layer.spec->mark).sample == LegendSample::Line),
+        extent_(extent) {}
 
   double AddTitle(std::string const& text, double top) {
     if (text.empty()) return top;
@@ -199,7 +201,7 @@ class LegendBuilder {
     std::vector<double> heights;
     std::vector<std::string> texts;
     for (int row = 0; row < places.GetCount(); ++row) {
-      if (!IsEntryShown({{}, {&scale}}, results, row)) continue;
+      if (!IsEntryShown({{}, nullptr, {&scale}}, results, row)) continue;
       heights.push_back(top + kGradientLength * (1 - places.GetElement(row)));
       texts.push_back(labels.GetElement(row).Get().toUtf8());
     }
@@ -254,19 +256,19 @@ class LegendBuilder {
 
 }  // namespace
 
-Group BuildLegends(ChartPlan const& plan, Results const& results, MarkLook const& look, Point at,
-                   TextSetter const& setter, Extent& extent) {
+Group BuildLegends(ChartPlan const& plan, Results const& results, Point at, TextSetter const& setter,
+                   Extent& extent) {
   Group group;
   group.role = "legend";
   group.origin = at;
-  LegendBuilder builder(group, setter, look, plan.lines.has_value(), extent);
   double top = 0;
   for (LegendContent const& legend : CollectLegends(plan, results)) {
+    LegendBuilder builder(group, setter, *legend.layer, extent);
     if (top > 0) top += GuideStyle::kLegendGap;
     top = builder.AddTitle(legend.title, top);
     StyleScale const& first = *legend.scales.front();
     top = first.palette >= 0 ? builder.AddGradient(first, results, top)
-                             : builder.AddEntries(ReadEntries(legend, results, look), top);
+                             : builder.AddEntries(ReadEntries(legend, results), top);
   }
   return group;
 }

@@ -1,13 +1,13 @@
 #pragma once
 
+#include "charts/graph/ChartPlan.h"
 #include "charts/guides/GuideStyle.h"
-#include "charts/marks/MarkBuilder.h"
 
 namespace ostrel::charts {
 
 /// The legends of an evaluated chart, one below the other from `at` on, and the room that they take up added
 /// to the extent. Channels of one field share a legend.
-Group BuildLegends(ChartPlan const& plan, Results const& results, MarkLook const& look, Point at,
-                   TextSetter const& setter, Extent& extent);
+Group BuildLegends(ChartPlan const& plan, Results const& results, Point at, TextSetter const& setter,
+                   Extent& extent);
 
 }  // namespace ostrel::charts

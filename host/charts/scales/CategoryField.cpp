@@ -2,13 +2,12 @@
 
 #include <fmt/format.h>
 
-#include "charts/data/ConvertColumn.h"
-
 namespace ostrel::charts {
 namespace {
 
 namespace factory = ort::core::factory;
 using ort::core::RIndirectString;
+using ort::core::StoreType;
 
 Value MakeTextColumn(std::vector<Literal> const& literals) {
   auto texts = std::make_unique<std::vector<RIndirectString>>();
@@ -31,13 +30,30 @@ NodeId WithoutSpecials(GraphBuilder& graph, std::string const& name, NodeId colu
   return graph.Call(name, "filter", {column, isOrdinary});
 }
 
+// The columns one after the other, of each its different values.
+NodeId JoinColumns(GraphBuilder& graph, std::string const& name, char const* distinct,
+                   std::vector<NodeId> const& columns) {
+  if (columns.size() == 1) return columns.front();
+  std::vector<NodeId> parts;
+  for (NodeId const column : columns) parts.push_back(graph.Call(name + " part", distinct, {column}));
+  return graph.Call(name + " of all", "concatenate", parts);
+}
+
 // The different values in the field's own order, numbers and dates by size, or in that of the data, as text.
-NodeId FindDomain(GraphBuilder& graph, std::string const& name, Encoding const& encoding,
-                  DataColumn const& column, NodeId texts) {
-  char const* const function = encoding.keepsDataOrder ? "distinct" : "distinctSorted";
-  bool const isText =
-      column.GetType() == ort::core::StoreType::String || column.GetType() == ort::core::StoreType::Bool;
-  NodeId const values = isText ? texts : graph.Input(column.name, column.values);
+NodeId FindDomain(GraphBuilder& graph, ScaleSource const& source) {
+  std::string const& name = source.name;
+  char const* const function = source.encoding.keepsDataOrder ? "distinct" : "distinctSorted";
+  std::vector<NodeId> columns;
+  std::vector<NodeId> texts;
+  bool isText = false;
+  StoreType const type = source.uses[0].rows->GetColumn(graph, source.uses[0].encoding->field).GetType();
+  for (FieldUse const& use : source.uses) {
+    RowColumn const& column = use.rows->GetColumn(graph, use.encoding->field);
+    columns.push_back(column.node);
+    texts.push_back(use.rows->GetTexts(graph, use.encoding->field).node);
+    isText = isText || column.GetType() != type || type == StoreType::String || type == StoreType::Bool;
+  }
+  NodeId const values = JoinColumns(graph, name, function, isText ? texts : columns);
   NodeId const domain =
       WithoutSpecials(graph, name + " distinct values", graph.Call(name + " distinct", function, {values}));
   return isText ? domain : graph.Map(name + " domain", "toString", domain);
@@ -55,25 +71,27 @@ NodeId SortByList(GraphBuilder& graph, std::string const& name, NodeId domain,
 
 }  // namespace
 
-CategoryField IndexCategories(Compilation& compilation, Encoding const& encoding, std::string const& name) {
+CategoryField IndexCategories(Compilation& compilation, ScaleSource const& source) {
   GraphBuilder& graph = compilation.graph;
-  DataColumn const& column = compilation.table.Get(encoding.field);
-  RequireValues(compilation.table, column);
-  DataColumn const asText = ConvertToString(column);
-  bool const isText = column.GetType() == ort::core::StoreType::String;
-  NodeId const texts = graph.Input(isText ? encoding.field : encoding.field + " (text)", asText.values);
+  Encoding const& encoding = source.encoding;
+  std::string const& name = source.name;
+  for (FieldUse const& use : source.uses)
+    RequireValues(use.rows->GetTable(), use.rows->GetTable().Get(use.encoding->field));
 
   CategoryField field;
   field.name = name;
   if (!encoding.scale.domain.empty()) {
     field.domain = graph.Constant(name + " domain", MakeTextColumn(encoding.scale.domain));
   } else {
-    field.domain = FindDomain(graph, name, encoding, column, texts);
+    field.domain = FindDomain(graph, source);
     if (!encoding.sort.empty()) field.domain = SortByList(graph, name, field.domain, encoding.sort);
     if (encoding.isDescending.value_or(false))
       field.domain = graph.Call(name + " descending domain", "reverse", {field.domain});
   }
-  field.indices = graph.Call(name + " indices", "indexIn", {texts, field.domain});
+  for (FieldUse const& use : source.uses) {
+    NodeId const texts = use.rows->GetTexts(graph, use.encoding->field).node;
+    field.indices.push_back(graph.Call(name + use.label + " indices", "indexIn", {texts, field.domain}));
+  }
   field.count = graph.Call(name + " count", "count", {field.domain});
   return field;
 }

@@ -4,17 +4,18 @@
 
 namespace ostrel::charts {
 
-/// A nominal or ordinal field: its different values, in order, and of each row the value's place among them.
+/// Nominal or ordinal fields: their different values, in order, and of each row the value's place among them.
 struct CategoryField {
   std::string name;
-  NodeId domain = -1;   ///< String column of the values
-  NodeId indices = -1;  ///< Int32 column; special where a row's value is missing or not in the domain
-  NodeId count = -1;    ///< Int32 scalar
+  NodeId domain = -1;  ///< String column of the values
+  /// Int32 column for each use of the scale; special where a row's value is missing or not in the domain
+  std::vector<NodeId> indices;
+  NodeId count = -1;  ///< Int32 scalar
 };
 
 /// The values come in the order of the scale's domain or of the encoding's sort: ascending where it has none,
 /// and behind those that a list names.
-CategoryField IndexCategories(Compilation& compilation, Encoding const& encoding, std::string const& name);
+CategoryField IndexCategories(Compilation& compilation, ScaleSource const& source);
 
 /// What a guide shows of the values: all of them, or those that the document lists.
 struct CategoryEntries {

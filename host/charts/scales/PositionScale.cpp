@@ -29,7 +29,7 @@ Range PixelRange(AxisSpace const& space, bool isReversed) {
 
 // How far labels reach along the axis, turned by their angle.
 NodeId LabelExtents(GraphBuilder& graph, PositionScale const& scale) {
-  double const angle = scale.encoding->axis.labelAngle.value_or(0) * std::numbers::pi / 180;
+  double const angle = scale.encoding.axis.labelAngle.value_or(0) * std::numbers::pi / 180;
   double const along = std::abs(scale.space.isHorizontal ? std::cos(angle) : std::sin(angle));
   double const across = std::abs(scale.space.isHorizontal ? std::sin(angle) : std::cos(angle));
   // Parallel slanted labels pass each other a line apart.
@@ -56,21 +56,30 @@ void PlanLabels(GraphBuilder& graph, PositionScale& scale) {
                  {scale.tickPositions, LabelExtents(graph, scale), graph.Real(gap), graph.Text(strategy)});
 }
 
-void PlanContinuous(Compilation& compilation, Encoding const& encoding, PositionScale& scale) {
+NodeId PlaceScaled(GraphBuilder& graph, PositionScale const& scale, std::string const& name, NodeId scaled,
+                   bool isClamped) {
+  NodeId const fraction = ToFraction(graph, scale.field, name, scaled, isClamped);
+  return ToRange(graph, name + " positions", fraction, scale.start, scale.end);
+}
+
+void PlanContinuous(Compilation& compilation, ScaleSource const& source, PositionScale& scale) {
+  Encoding const& encoding = source.encoding;
   GraphBuilder& graph = compilation.graph;
   bool const isTime = scale.scaleType == ScaleType::Time;
-  ScaledField const field =
-      ScaleField(compilation, encoding, scale.name, {.includesZero = !isTime, .isNice = !isTime});
-  Range const range = PixelRange(scale.space, IsReversed(encoding, field));
-  bool const isClamped = encoding.scale.clamp.value_or(false);
-  NodeId const fraction = ToFraction(graph, field, scale.name, field.scaled, isClamped);
-  scale.positions = ToRange(graph, scale.name + " positions", fraction, range.start, range.end);
-  scale.numbers = field.numbers;
-  if (scale.scaleType == ScaleType::Log) scale.unscaled = field.numbers;
+  scale.field = ScaleField(compilation, source, {.includesZero = !isTime, .isNice = !isTime});
+  Range const range = PixelRange(scale.space, IsReversed(encoding, scale.field));
+  scale.start = range.start;
+  scale.end = range.end;
+  for (std::size_t i = 0; i < source.uses.size(); ++i) {
+    ScaledRows const& rows = scale.field.rows[i];
+    NodeId const positions = PlaceScaled(graph, scale, scale.name + source.uses[i].label, rows.scaled,
+                                         encoding.scale.clamp.value_or(false));
+    scale.rows.push_back({positions, rows.numbers, scale.scaleType == ScaleType::Log ? rows.numbers : -1});
+  }
 
   std::string const tickName = scale.name + " tick";
   GuideValues const ticks =
-      PlanGuideValues(compilation, encoding, field,
+      PlanGuideValues(compilation, encoding, scale.field,
                       {.name = tickName,
                        .place = ".axis.values",
                        .values = encoding.axis.values,
@@ -80,27 +89,29 @@ void PlanContinuous(Compilation& compilation, Encoding const& encoding, Position
                        .isHorizontal = scale.space.isHorizontal,
                        .font = MakeLabelFont(compilation.graph, scale.space.labelFontSize)});
   scale.tickLabels = ticks.labels;
-  NodeId const tickFraction =
-      ToFraction(graph, field, tickName, ToScaleSpace(graph, field, tickName, ticks.numbers), false);
-  scale.tickPositions = ToRange(graph, tickName + " positions", tickFraction, range.start, range.end);
+  scale.tickPositions = PlaceNumbers(graph, scale, tickName, ticks.numbers);
 }
 
 // Every value has a step of its own, with its place in the middle of it, from the left or the top.
-void PlanDiscrete(Compilation& compilation, Encoding const& encoding, PositionScale& scale) {
+void PlanDiscrete(Compilation& compilation, ScaleSource const& source, PositionScale& scale) {
+  Encoding const& encoding = source.encoding;
   GraphBuilder& graph = compilation.graph;
-  CategoryField const field = IndexCategories(compilation, encoding, scale.name);
+  CategoryField const field = IndexCategories(compilation, source);
   NodeId const count = graph.Map(scale.name + " steps", "asReal64", field.count);
-  NodeId const step = graph.Zip(scale.name + " step", "divide", graph.Real(scale.space.length), count);
+  scale.step = graph.Zip(scale.name + " step", "divide", graph.Real(scale.space.length), count);
   bool const isReversed = encoding.scale.reverse.value_or(false);
   auto const place = [&](std::string const& name, NodeId index) {
     NodeId const middle =
         graph.Zip(name + " middle", "add", graph.Map(name + " number", "asReal64", index), graph.Real(0.5));
-    NodeId const position = graph.Zip(name + " positions", "multiply", middle, step);
+    NodeId const position = graph.Zip(name + " positions", "multiply", middle, scale.step);
     if (!isReversed) return position;
     return graph.Zip(name + " reversed positions", "subtract", graph.Real(scale.space.length), position);
   };
-  scale.positions = place(scale.name, field.indices);
-  scale.numbers = graph.Map(scale.name + " order", "asReal64", field.indices);
+  for (std::size_t i = 0; i < source.uses.size(); ++i) {
+    std::string const name = scale.name + source.uses[i].label;
+    NodeId const indices = field.indices[i];
+    scale.rows.push_back({place(name, indices), graph.Map(name + " order", "asReal64", indices), -1});
+  }
   CategoryEntries const ticks = ListEntries(graph, field, encoding.axis.values);
   scale.tickLabels = ticks.labels;
   scale.tickPositions = place(scale.name + " tick", ticks.indices);
@@ -108,23 +119,30 @@ void PlanDiscrete(Compilation& compilation, Encoding const& encoding, PositionSc
 
 }  // namespace
 
-PositionScale PlanPositionScale(Compilation& compilation, Encoding const& encoding, AxisSpace const& space) {
+NodeId PlaceNumbers(GraphBuilder& graph, PositionScale const& scale, std::string const& name,
+                    NodeId numbers) {
+  return PlaceScaled(graph, scale, name, ToScaleSpace(graph, scale.field, name, numbers), false);
+}
+
+PositionScale PlanPositionScale(Compilation& compilation, ScaleSource const& source, AxisSpace const& space) {
   PositionScale scale;
-  scale.name = space.isHorizontal ? "x" : "y";
-  scale.encoding = &encoding;
-  scale.scaleType = ResolveScaleType(encoding);
+  scale.name = source.name;
+  scale.encoding = source.encoding;
+  scale.scaleType = ResolveScaleType(source.encoding);
   scale.space = space;
   if (scale.scaleType == ScaleType::Ordinal) {
-    PlanDiscrete(compilation, encoding, scale);
+    PlanDiscrete(compilation, source, scale);
   } else {
-    PlanContinuous(compilation, encoding, scale);
+    PlanContinuous(compilation, source, scale);
   }
   PlanLabels(compilation.graph, scale);
-  for (NodeId const node : {scale.positions, scale.numbers, scale.tickPositions, scale.tickLabels,
-                            scale.labelWidths, scale.shownLabels}) {
+  for (NodeId const node : {scale.tickPositions, scale.tickLabels, scale.labelWidths, scale.shownLabels})
     compilation.graph.Keep(node);
+  for (PositionRows const& rows : scale.rows) {
+    for (NodeId const node : {rows.positions, rows.numbers, rows.unscaled}) {
+      if (node >= 0) compilation.graph.Keep(node);
+    }
   }
-  if (scale.unscaled >= 0) compilation.graph.Keep(scale.unscaled);
   return scale;
 }
 

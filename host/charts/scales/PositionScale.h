@@ -13,22 +13,34 @@ struct AxisSpace {
   double labelLimit = 180;  ///< pixels; longer labels are cut
 };
 
-/// The nodes of one position channel: where rows and ticks stand, and what ticks say.
-struct PositionScale {
-  std::string name;
-  Encoding const* encoding = nullptr;
-  ScaleType scaleType = ScaleType::Linear;
-  AxisSpace space;
-  NodeId positions = -1;      ///< Real64 column, pixels
-  NodeId numbers = -1;        ///< Real64 column in data order, for sorting
-  NodeId unscaled = -1;       ///< the data numbers before a logarithm, else -1
-  NodeId tickPositions = -1;  ///< Real64 column, pixels
-  NodeId tickLabels = -1;     ///< String column
-  NodeId labelWidths = -1;    ///< Real64 column, pixels
-  NodeId shownLabels = -1;    ///< Bool column
+/// Where a channel's rows stand on a position scale.
+struct PositionRows {
+  NodeId positions = -1;  ///< Real64 column, pixels
+  NodeId numbers = -1;    ///< Real64 column in data order, for sorting
+  NodeId unscaled = -1;   ///< the data numbers before a logarithm, else -1
 };
 
-/// Plans the scale of channel x or y.
-PositionScale PlanPositionScale(Compilation& compilation, Encoding const& encoding, AxisSpace const& space);
+/// The nodes of a position scale: where rows and ticks stand, and what ticks say.
+struct PositionScale {
+  std::string name;
+  Encoding encoding;  ///< what all channels of the scale say
+  ScaleType scaleType = ScaleType::Linear;
+  AxisSpace space;
+  std::vector<PositionRows> rows;  ///< one for each use of the scale
+  NodeId tickPositions = -1;       ///< Real64 column, pixels
+  NodeId tickLabels = -1;          ///< String column
+  NodeId labelWidths = -1;         ///< Real64 column, pixels
+  NodeId shownLabels = -1;         ///< Bool column
+  ScaledField field;               ///< of a continuous scale
+  double start = 0;                ///< pixels of a continuous domain's lower and upper end
+  double end = 0;
+  NodeId step = -1;  ///< Real64 scalar: pixels of one value of a discrete scale
+};
+
+/// Plans the scale of the channels x or y.
+PositionScale PlanPositionScale(Compilation& compilation, ScaleSource const& source, AxisSpace const& space);
+
+/// Pixels of further data numbers, a bar's zero for instance, on a continuous scale.
+NodeId PlaceNumbers(GraphBuilder& graph, PositionScale const& scale, std::string const& name, NodeId numbers);
 
 }  // namespace ostrel::charts

@@ -19,16 +19,20 @@ namespace factory = ort::core::factory;
 constexpr double kNiceCount = 10;
 constexpr double kDefaultLogBase = 10;
 
-// What is further from 0 counts as infinite: no domain's length may exceed the range of doubles.
+// Ends of domains beyond this are refused: no domain's length may exceed the range of doubles.
 constexpr double kLargestNumber = 1e307;
 
 struct NumberExtent {
   double lowest = std::numeric_limits<double>::infinity();
   double highest = -std::numeric_limits<double>::infinity();
   bool IsEmpty() const { return lowest > highest; }
+  void Add(NumberExtent const& other) {
+    lowest = std::min(lowest, other.lowest);
+    highest = std::max(highest, other.highest);
+  }
 };
 
-NumberExtent FindExtent(DataColumn const& numbers, bool isLog) {
+NumberExtent FindExtent(RowColumn const& numbers, bool isLog) {
   NumberExtent extent;
   auto const scan = [&](auto const& rows) {
     for (int row = 0; row < rows.GetCount(); ++row) {
@@ -44,58 +48,51 @@ NumberExtent FindExtent(DataColumn const& numbers, bool isLog) {
   return extent;
 }
 
-// Infinite rows have no place on any scale.
-DataColumn WithoutInfinities(DataColumn column) {
-  if (column.GetType() != StoreType::Real64) return column;
-  auto const& rows = column.values->AsTypedArray<double>();
-  auto const values = rows.GetValues();
-  auto const isInfinite = [](double value) { return !(std::abs(value) <= kLargestNumber); };
-  if (std::ranges::none_of(values, isInfinite)) return column;
-  auto builder =
-      factory::MakeColumnBuilder<double>(ort::core::StoreTypeInfo::Real64, static_cast<int>(values.size()));
-  for (int row = 0; row < rows.GetCount(); ++row) {
-    double const value = rows.GetElement(row);
-    bool const isPlaced = !rows.IsSpecial(row) && !isInfinite(value);
-    builder.GetValues()[static_cast<std::size_t>(row)] = isPlaced ? value : 0;
-    if (!isPlaced) builder.SetSpecial(row, ort::core::SpecialKind::Missing);
-  }
-  column.name += " (finite)";
-  column.values = builder.Finish();
-  return column;
-}
-
 // Day numbers.
-NodeId MakeDayNumbers(Compilation& compilation, Encoding const& encoding, std::string const& name) {
+NodeId MakeDayNumbers(Compilation& compilation, FieldUse const& use, std::string const& name) {
   GraphBuilder& graph = compilation.graph;
-  DataColumn const dates = ConvertToDate(compilation.table.Get(encoding.field));
-  RequireValues(compilation.table, dates);
-  NodeId instants = graph.Input(encoding.field + " (dates)", dates.values);
+  RowColumn const& dates = use.rows->GetWhole().GetDates(graph, use.encoding->field);
+  RequireValues(use.rows->GetTable(), {dates.name, dates.values});
+  NodeId instants = use.rows->GetDates(graph, use.encoding->field).node;
   if (dates.GetType() == StoreType::Date) instants = graph.Map(name + " instants", "toDateTime", instants);
   return graph.Map(name + " day numbers", "toReal64", instants);
 }
 
-// An Int64 or Real64 column without infinities.
-DataColumn ReadNumbers(Compilation const& compilation, Encoding const& encoding) {
-  DataColumn const& column = compilation.table.Get(encoding.field);
-  bool const isNumeric = column.GetType() == StoreType::Real64 || column.GetType() == StoreType::Int64;
-  DataColumn numbers = isNumeric ? column : ConvertToNumber(column);
-  if (!isNumeric) numbers.name += " (numbers)";
-  if (column.GetType() == StoreType::String) {
-    try {
-      RequireValues(compilation.table, numbers);
-    } catch (DataError const&) {
-      ThrowDocumentError(compilation.document, encoding.path + ".type",
-                         fmt::format("field '{}' of {} holds text, not numbers; use \"nominal\"",
-                                     encoding.field, compilation.table.sourceName));
-    }
-  }
-  numbers = WithoutInfinities(std::move(numbers));
-  if (FindExtent(numbers, false).IsEmpty()) {
+bool HasValues(RowColumn const& column) {
+  auto const& rows = column.values->AsColumn();
+  return rows.GetSpecialRows().size() < static_cast<std::size_t>(rows.GetCount());
+}
+
+// Refuses a field without a finite number.
+void CheckNumbers(Compilation& compilation, FieldUse const& use) {
+  std::string const& field = use.encoding->field;
+  LayerRows& rows = use.rows->GetWhole();
+  DataTable const& table = rows.GetTable();
+  RowColumn const& numbers = rows.GetNumbers(compilation.graph, field);
+  if (!FindExtent(numbers, false).IsEmpty()) return;
+  bool const isText = table.Get(field).GetType() == StoreType::String;
+  DataColumn const read = ConvertToNumber(table.Get(field));
+  if (isText && !HasValues({read.name, -1, read.values})) {
     ThrowDocumentError(
-        compilation.document, encoding.path + ".field",
-        fmt::format("field '{}' of {} has no finite number", encoding.field, compilation.table.sourceName));
+        compilation.document, use.encoding->path + ".type",
+        fmt::format("field '{}' of {} holds text, not numbers; use \"nominal\"", field, table.sourceName));
   }
-  return numbers;
+  ThrowDocumentError(compilation.document, use.encoding->path + ".field",
+                     fmt::format("field '{}' of {} has no finite number", field, table.sourceName));
+}
+
+NodeId MakeNumbers(Compilation& compilation, FieldUse const& use, std::string const& name) {
+  CheckNumbers(compilation, use);
+  RowColumn const& numbers = use.rows->GetNumbers(compilation.graph, use.encoding->field);
+  return numbers.GetType() == StoreType::Real64
+             ? numbers.node
+             : compilation.graph.Map(name + " numbers", "asReal64", numbers.node);
+}
+
+// Of rows that have no value.
+void SetEmptyDomain(GraphBuilder& graph, ScaledField& field) {
+  field.minimum = graph.Real(field.scaleType == ScaleType::Log ? 1 : 0);
+  field.maximum = graph.Real(field.scaleType == ScaleType::Log ? kDefaultLogBase : 1);
 }
 
 // The ends as a range tuple: minimum, maximum, mode, field type, log flag.
@@ -110,20 +107,39 @@ NodeId GetEnd(GraphBuilder& graph, std::string const& name, NodeId domain, int p
 }
 
 // Of a log scale only positive rows count.
-NodeId KeepPositive(GraphBuilder& graph, ScaledField const& field) {
-  NodeId const isUnplaced = graph.Map(field.name + " is not positive", "isSpecial", field.scaled);
+NodeId KeepPositive(GraphBuilder& graph, ScaledField const& field, ScaledRows const& rows) {
+  NodeId const isUnplaced = graph.Map(field.name + " is not positive", "isSpecial", rows.scaled);
   NodeId const isPlaced = graph.Map(field.name + " is positive", "not", isUnplaced);
-  return graph.Call(field.name + " positive numbers", "filter", {field.numbers, isPlaced});
+  return graph.Call(field.name + " positive numbers", "filter", {rows.numbers, isPlaced});
 }
 
+// The least and the largest of the ends of several columns.
+struct Ends {
+  NodeId lowest = -1;
+  NodeId highest = -1;
+
+  void Add(GraphBuilder& graph, std::string const& name, NodeId column) {
+    NodeId const low = graph.Call(name + " lowest", "columnMin", {column});
+    NodeId const high = graph.Call(name + " highest", "columnMax", {column});
+    lowest = lowest < 0 ? low : graph.Zip(name + " lowest of all", "Min", lowest, low);
+    highest = highest < 0 ? high : graph.Zip(name + " highest of all", "Max", highest, high);
+  }
+};
+
 // The ends of the data; a single instant is widened by a day to either side.
-void SetTimeDomain(GraphBuilder& graph, ScaledField& field) {
-  auto const find = [&](char const* label, char const* function) {
-    return graph.Map(field.name + label + " date", "toDateTime",
-                     graph.Call(field.name + label, function, {field.numbers}));
+void SetTimeDomain(GraphBuilder& graph, ScaleSource const& source, ScaledField& field) {
+  Ends ends;
+  for (std::size_t i = 0; i < field.rows.size(); ++i) {
+    FieldUse const& use = source.uses[i];
+    if (HasValues(use.rows->GetDates(graph, use.encoding->field)))
+      ends.Add(graph, field.name + use.label, field.rows[i].numbers);
+  }
+  if (ends.lowest < 0) return SetEmptyDomain(graph, field);
+  auto const find = [&](char const* label, NodeId end) {
+    return graph.Map(field.name + label + " date", "toDateTime", end);
   };
-  NodeId const range = MakeRange(graph, field.name, find(" lowest", "columnMin"),
-                                 find(" highest", "columnMax"), StoreType::DateTime);
+  NodeId const range = MakeRange(graph, field.name, find(" lowest", ends.lowest),
+                                 find(" highest", ends.highest), StoreType::DateTime);
   NodeId const domain = graph.Map(field.name + " range", "extendPointRanges", range);
   field.minimum =
       graph.Map(field.name + " minimum", "toReal64", GetEnd(graph, field.name, domain, 0, "start"));
@@ -161,14 +177,21 @@ void CheckGivenEnds(Compilation const& compilation, Encoding const& encoding, Nu
     refuse("domainMax", *scale.domainMax, "above the least value", extent.lowest, "domainMin");
 }
 
-void SetDataDomain(GraphBuilder& graph, Encoding const& encoding, NumberExtent const& extent,
+void SetDataDomain(GraphBuilder& graph, ScaleSource const& source, NumberExtent const& extent,
                    ScaledField& field) {
   bool const isLog = field.scaleType == ScaleType::Log;
-  NodeId const rows = isLog ? KeepPositive(graph, field) : field.numbers;
-  field.minimum = graph.Call(field.name + " lowest", "columnMin", {rows});
-  field.maximum = graph.Call(field.name + " highest", "columnMax", {rows});
+  if (extent.IsEmpty()) return SetEmptyDomain(graph, field);
+  Ends ends;
+  for (std::size_t i = 0; i < field.rows.size(); ++i) {
+    FieldUse const& use = source.uses[i];
+    if (FindExtent(use.rows->GetNumbers(graph, use.encoding->field), isLog).IsEmpty()) continue;
+    ScaledRows const& rows = field.rows[i];
+    ends.Add(graph, field.name + use.label, isLog ? KeepPositive(graph, field, rows) : rows.numbers);
+  }
+  field.minimum = ends.lowest;
+  field.maximum = ends.highest;
   if (isLog && extent.lowest == extent.highest) {
-    NodeId const base = graph.Real(encoding.scale.base.value_or(kDefaultLogBase));
+    NodeId const base = graph.Real(source.encoding.scale.base.value_or(kDefaultLogBase));
     field.minimum = graph.Zip(field.name + " below", "divide", field.minimum, base);
     field.maximum = graph.Zip(field.name + " above", "multiply", field.maximum, base);
   }
@@ -197,49 +220,60 @@ void WidenDomain(GraphBuilder& graph, Encoding const& encoding, DomainRules cons
   field.maximum = scale.domainMax ? graph.Real(*scale.domainMax) : GetEnd(graph, name, domain, 1, "maximum");
 }
 
-void PlanTime(Compilation& compilation, Encoding const& encoding, ScaledField& field) {
+void PlanTime(Compilation& compilation, ScaleSource const& source, ScaledField& field) {
+  Encoding const& encoding = source.encoding;
   if (encoding.scale.niceCount || encoding.scale.nice.value_or(false)) {
     ThrowDocumentError(compilation.document, encoding.path + ".scale.nice",
                        "is not supported on a time scale; use domain with two dates");
   }
-  field.numbers = field.scaled = MakeDayNumbers(compilation, encoding, field.name);
+  for (FieldUse const& use : source.uses) {
+    NodeId const days = MakeDayNumbers(compilation, use, field.name + use.label);
+    field.rows.push_back({days, days});
+  }
   if (encoding.scale.domain.empty()) {
-    SetTimeDomain(compilation.graph, field);
+    SetTimeDomain(compilation.graph, source, field);
   } else {
     SetGivenDomain(compilation, encoding, field);
   }
 }
 
-void CheckLog(Compilation const& compilation, Encoding const& encoding, NumberExtent const& extent) {
+void CheckLog(Compilation& compilation, ScaleSource const& source) {
+  Encoding const& encoding = source.encoding;
   if (!(encoding.scale.base.value_or(kDefaultLogBase) > 1)) {
     ThrowDocumentError(compilation.document, encoding.path + ".scale.base",
                        "expects a number above 1; use reverse to turn the scale round");
   }
-  if (extent.IsEmpty()) {
-    ThrowDocumentError(compilation.document, encoding.path + ".scale.type",
+  for (FieldUse const& use : source.uses) {
+    LayerRows& whole = use.rows->GetWhole();
+    if (!FindExtent(whole.GetNumbers(compilation.graph, use.encoding->field), true).IsEmpty()) continue;
+    ThrowDocumentError(compilation.document, use.encoding->path + ".scale.type",
                        fmt::format("field '{}' of {} has no value above 0, which a log scale needs; use "
                                    "\"linear\"",
-                                   encoding.field, compilation.table.sourceName));
+                                   use.encoding->field, whole.GetTable().sourceName));
   }
 }
 
-void PlanNumbers(Compilation& compilation, Encoding const& encoding, DomainRules const& rules,
+void PlanNumbers(Compilation& compilation, ScaleSource const& source, DomainRules const& rules,
                  ScaledField& field) {
   GraphBuilder& graph = compilation.graph;
-  DataColumn const numbers = ReadNumbers(compilation, encoding);
+  Encoding const& encoding = source.encoding;
   bool const isLog = field.scaleType == ScaleType::Log;
-  NumberExtent const extent = FindExtent(numbers, isLog);
-  if (isLog) CheckLog(compilation, encoding, extent);
-  CheckGivenEnds(compilation, encoding, extent);
+  NumberExtent extent;
+  for (FieldUse const& use : source.uses) {
+    field.rows.push_back({MakeNumbers(compilation, use, field.name + use.label), -1});
+    extent.Add(FindExtent(use.rows->GetNumbers(graph, use.encoding->field), isLog));
+  }
+  if (isLog) CheckLog(compilation, source);
+  if (!extent.IsEmpty()) CheckGivenEnds(compilation, encoding, extent);
   // Zeros alone are widened to either side.
   bool const isZero = extent.lowest == 0 && extent.highest == 0;
   field.hasNegatives = extent.lowest < 0 || isZero || encoding.scale.domainMin.value_or(0) < 0;
-  field.numbers = graph.Input(numbers.name, numbers.values);
-  if (numbers.GetType() != StoreType::Real64)
-    field.numbers = graph.Map(field.name + " numbers", "asReal64", field.numbers);
   if (!encoding.scale.domain.empty()) SetGivenDomain(compilation, encoding, field);
-  field.scaled = ToScaleSpace(graph, field, field.name, field.numbers);
-  if (encoding.scale.domain.empty()) SetDataDomain(graph, encoding, extent, field);
+  for (std::size_t i = 0; i < field.rows.size(); ++i) {
+    std::string const name = field.name + source.uses[i].label;
+    field.rows[i].scaled = ToScaleSpace(graph, field, name, field.rows[i].numbers);
+  }
+  if (encoding.scale.domain.empty()) SetDataDomain(graph, source, extent, field);
   WidenDomain(graph, encoding, rules, field);
 }
 
@@ -302,20 +336,25 @@ NodeId ToScaleSpace(GraphBuilder& graph, ScaledField const& field, std::string c
   }
 }
 
-ScaledField ScaleField(Compilation& compilation, Encoding const& encoding, std::string const& name,
-                       DomainRules const& rules) {
+NodeId FieldNumbers(Compilation& compilation, FieldUse const& use, std::string const& name) {
+  return ResolveScaleType(*use.encoding) == ScaleType::Time ? MakeDayNumbers(compilation, use, name)
+                                                            : MakeNumbers(compilation, use, name);
+}
+
+ScaledField ScaleField(Compilation& compilation, ScaleSource const& source, DomainRules const& rules) {
   GraphBuilder& graph = compilation.graph;
   ScaledField field;
-  field.name = name;
-  field.scaleType = ResolveScaleType(encoding);
-  RequireValues(compilation.table, compilation.table.Get(encoding.field));
+  field.name = source.name;
+  field.scaleType = ResolveScaleType(source.encoding);
+  for (FieldUse const& use : source.uses)
+    RequireValues(use.rows->GetTable(), use.rows->GetTable().Get(use.encoding->field));
   if (field.scaleType == ScaleType::Time) {
-    PlanTime(compilation, encoding, field);
+    PlanTime(compilation, source, field);
   } else {
-    PlanNumbers(compilation, encoding, rules, field);
+    PlanNumbers(compilation, source, rules, field);
   }
-  field.lower = ToScaleSpace(graph, field, name + " minimum", field.minimum);
-  field.upper = ToScaleSpace(graph, field, name + " maximum", field.maximum);
+  field.lower = ToScaleSpace(graph, field, source.name + " minimum", field.minimum);
+  field.upper = ToScaleSpace(graph, field, source.name + " maximum", field.maximum);
   return field;
 }
 

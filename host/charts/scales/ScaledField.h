@@ -1,29 +1,21 @@
 #pragma once
 
-#include "charts/data/DataTable.h"
-#include "charts/document/ChartDocument.h"
-#include "charts/graph/GraphBuilder.h"
+#include "charts/scales/ScaleSource.h"
 
 namespace ostrel::charts {
 
-/// What a chart is compiled from and into.
-struct Compilation {
-  ChartDocument const& document;
-  DataTable const& table;
-  GraphBuilder graph;
+/// The rows of one channel as numbers that a continuous scale works on.
+struct ScaledRows {
+  NodeId numbers = -1;  ///< Real64: the data's numbers, day numbers of temporal fields
+  NodeId scaled = -1;   ///< Real64: the same in the scale's own space: logarithms, square roots
 };
 
-/// Throws DocumentError naming the document and the place in it.
-[[noreturn]] void ThrowDocumentError(ChartDocument const& document, std::string const& jsonPath,
-                                     std::string const& cause);
-
-/// A field's rows as numbers that a continuous scale works on, and how they were made.
+/// Fields as numbers of one continuous scale, and the scale's domain.
 struct ScaledField {
   std::string name;  ///< of the channel: "x", "color"
   ScaleType scaleType = ScaleType::Linear;
-  NodeId numbers = -1;  ///< Real64: the data's numbers, day numbers of temporal fields
-  NodeId scaled = -1;   ///< Real64: the same in the scale's own space: logarithms, square roots
-  NodeId minimum = -1;  ///< Real64 scalars: the domain's ends, as data numbers
+  std::vector<ScaledRows> rows;  ///< one for each use of the scale
+  NodeId minimum = -1;           ///< Real64 scalars: the domain's ends, as data numbers
   NodeId maximum = -1;
   NodeId lower = -1;  ///< Real64 scalars: the domain's ends in the scale's own space
   NodeId upper = -1;
@@ -48,9 +40,11 @@ double ReadFieldNumber(Compilation const& compilation, Encoding const& encoding,
 /// The scale type that an encoding has or gets by its field's type.
 ScaleType ResolveScaleType(Encoding const& encoding);
 
-/// Nodes for a quantitative or temporal field up to its domain.
-ScaledField ScaleField(Compilation& compilation, Encoding const& encoding, std::string const& name,
-                       DomainRules const& rules);
+/// Nodes for quantitative or temporal fields up to their common domain.
+ScaledField ScaleField(Compilation& compilation, ScaleSource const& source, DomainRules const& rules);
+
+/// A quantitative or temporal field's rows as Real64 numbers; day numbers of dates.
+NodeId FieldNumbers(Compilation& compilation, FieldUse const& use, std::string const& name);
 
 /// Further data numbers in the field's own scale space: ticks, legend values.
 NodeId ToScaleSpace(GraphBuilder& graph, ScaledField const& field, std::string const& name, NodeId numbers);

@@ -81,14 +81,16 @@ NodeId PlanEntries(Compilation& compilation, Encoding const& encoding, ScaledFie
 }
 
 void KeepAll(GraphBuilder& graph, StyleScale const& scale) {
-  for (NodeId const node : {scale.rows, scale.entryLabels, scale.entries, scale.entryPlaces, scale.palette}) {
+  for (NodeId const node : scale.rows) graph.Keep(node);
+  for (NodeId const node : {scale.entryLabels, scale.entries, scale.entryPlaces, scale.palette}) {
     if (node >= 0) graph.Keep(node);
   }
 }
 
-StyleScale PlanCategoricalColor(Compilation& compilation, Encoding const& encoding) {
+StyleScale PlanCategoricalColor(Compilation& compilation, ScaleSource const& source) {
   GraphBuilder& graph = compilation.graph;
-  CategoryField const field = IndexCategories(compilation, encoding, "color");
+  Encoding const& encoding = source.encoding;
+  CategoryField const field = IndexCategories(compilation, source);
   char const* const scheme = encoding.type == FieldType::Ordinal ? kSequentialScheme : kCategoricalScheme;
   NodeId const palette = MakePalette(compilation, encoding, "color", field.count, scheme,
                                      encoding.scale.reverse.value_or(false));
@@ -100,23 +102,28 @@ StyleScale PlanCategoricalColor(Compilation& compilation, Encoding const& encodi
     return graph.Map(name + " colors", "toColor",
                      graph.Map(name + " values", "arrayLookupInt64", place, {wide}));
   };
-  StyleScale scale{.channel = Channel::Color, .encoding = &encoding, .isCategorical = true};
-  scale.rows = lookUp("color row", field.indices);
+  StyleScale scale{.channel = Channel::Color, .encoding = encoding, .isCategorical = true};
+  for (std::size_t i = 0; i < source.uses.size(); ++i)
+    scale.rows.push_back(lookUp("color row" + source.uses[i].label, field.indices[i]));
   CategoryEntries const entries = ListEntries(graph, field, encoding.legend.values);
   scale.entryLabels = entries.labels;
   scale.entries = lookUp("color legend", entries.indices);
   return scale;
 }
 
-StyleScale PlanContinuousColor(Compilation& compilation, Encoding const& encoding) {
+StyleScale PlanContinuousColor(Compilation& compilation, ScaleSource const& source) {
   GraphBuilder& graph = compilation.graph;
-  ScaledField const field = ScaleField(compilation, encoding, "color", {});
-  StyleScale scale{.channel = Channel::Color, .encoding = &encoding};
+  Encoding const& encoding = source.encoding;
+  ScaledField const field = ScaleField(compilation, source, {});
+  StyleScale scale{.channel = Channel::Color, .encoding = encoding};
   scale.palette = MakePalette(compilation, encoding, "color", graph.Int(kSchemeStops), kSequentialScheme,
                               IsReversed(encoding, field));
-  NodeId const fraction =
-      ToFraction(graph, field, "color", field.scaled, encoding.scale.clamp.value_or(false));
-  scale.rows = graph.Map("row colors", "cinterp", fraction, {scale.palette});
+  for (std::size_t i = 0; i < source.uses.size(); ++i) {
+    std::string const& label = source.uses[i].label;
+    NodeId const fraction =
+        ToFraction(graph, field, "color" + label, field.rows[i].scaled, encoding.scale.clamp.value_or(false));
+    scale.rows.push_back(graph.Map("row colors" + label, "cinterp", fraction, {scale.palette}));
+  }
   NodeId const places = PlanEntries(compilation, encoding, field, scale);
   scale.entries = graph.Map("color legend colors", "cinterp", places, {scale.palette});
   return scale;
@@ -139,19 +146,25 @@ Extent ReadExtent(Compilation const& compilation, Encoding const& encoding, Exte
   return {*low, *high};
 }
 
-StyleScale PlanNumericScale(Compilation& compilation, Encoding const& encoding, std::string const& name,
-                            bool includesZero, Extent extent) {
+StyleScale PlanNumericScale(Compilation& compilation, ScaleSource const& source, bool includesZero,
+                            Extent extent) {
   GraphBuilder& graph = compilation.graph;
+  Encoding const& encoding = source.encoding;
+  std::string const& name = source.name;
   if (!IsContinuous(encoding)) {
     ThrowDocumentError(compilation.document, encoding.path + ".type",
                        "this channel needs numbers; use \"quantitative\"");
   }
   extent = ReadExtent(compilation, encoding, extent);
-  ScaledField const field = ScaleField(compilation, encoding, name, {.includesZero = includesZero});
+  ScaledField const field = ScaleField(compilation, source, {.includesZero = includesZero});
   if (IsReversed(encoding, field)) std::swap(extent.low, extent.high);
-  StyleScale scale{.channel = encoding.channel, .encoding = &encoding};
-  NodeId const fraction = ToFraction(graph, field, name, field.scaled, encoding.scale.clamp.value_or(true));
-  scale.rows = ToRange(graph, name + " of rows", fraction, extent.low, extent.high);
+  StyleScale scale{.channel = encoding.channel, .encoding = encoding};
+  for (std::size_t i = 0; i < source.uses.size(); ++i) {
+    std::string const& label = source.uses[i].label;
+    NodeId const fraction =
+        ToFraction(graph, field, name + label, field.rows[i].scaled, encoding.scale.clamp.value_or(true));
+    scale.rows.push_back(ToRange(graph, name + " of rows" + label, fraction, extent.low, extent.high));
+  }
   NodeId const places = PlanEntries(compilation, encoding, field, scale);
   scale.entries = ToRange(graph, name + " of legend", places, extent.low, extent.high);
   return scale;
@@ -173,45 +186,51 @@ NodeId MakeShapes(GraphBuilder& graph, Encoding const& encoding) {
   return graph.Constant("shapes", factory::MakeArray<int>(StoreTypeInfo::Int32, std::move(shapes)));
 }
 
-}  // namespace
-
-StyleScale PlanColorScale(Compilation& compilation, Encoding const& encoding) {
-  StyleScale scale = IsContinuous(encoding) ? PlanContinuousColor(compilation, encoding)
-                                            : PlanCategoricalColor(compilation, encoding);
-  KeepAll(compilation.graph, scale);
-  return scale;
-}
-
-StyleScale PlanSizeScale(Compilation& compilation, Encoding const& encoding) {
-  bool const startsAtZero = ResolveScaleType(encoding) != ScaleType::Log;
+StyleScale PlanSizeScale(Compilation& compilation, ScaleSource const& source) {
+  bool const startsAtZero = ResolveScaleType(source.encoding) != ScaleType::Log;
   constexpr double kSmallestSymbol = 9;
-  StyleScale scale = PlanNumericScale(compilation, encoding, "size", startsAtZero,
-                                      {startsAtZero ? 0 : kSmallestSymbol, kLargestSymbol});
-  KeepAll(compilation.graph, scale);
-  return scale;
+  return PlanNumericScale(compilation, source, startsAtZero,
+                          {startsAtZero ? 0 : kSmallestSymbol, kLargestSymbol});
 }
 
-StyleScale PlanOpacityScale(Compilation& compilation, Encoding const& encoding) {
-  StyleScale scale = PlanNumericScale(compilation, encoding, "opacity", false, {0.3, 0.8});
-  KeepAll(compilation.graph, scale);
-  return scale;
-}
-
-StyleScale PlanShapeScale(Compilation& compilation, Encoding const& encoding) {
+StyleScale PlanShapeScale(Compilation& compilation, ScaleSource const& source) {
   GraphBuilder& graph = compilation.graph;
-  CategoryField const field = IndexCategories(compilation, encoding, "shape");
+  Encoding const& encoding = source.encoding;
+  CategoryField const field = IndexCategories(compilation, source);
   NodeId const shapes = MakeShapes(graph, encoding);
   NodeId const count = graph.Call("shape number", "count", {shapes});
   auto const lookUp = [&](std::string const& name, NodeId indices) {
     // As with colours, the shapes start again where they end.
     return graph.Call(name, "take", {shapes, WrapIndices(graph, name, indices, count)});
   };
-  StyleScale scale{.channel = Channel::Shape, .encoding = &encoding, .isCategorical = true};
-  scale.rows = lookUp("row shapes", field.indices);
+  StyleScale scale{.channel = Channel::Shape, .encoding = encoding, .isCategorical = true};
+  for (std::size_t i = 0; i < source.uses.size(); ++i)
+    scale.rows.push_back(lookUp("row shapes" + source.uses[i].label, field.indices[i]));
   CategoryEntries const entries = ListEntries(graph, field, encoding.legend.values);
   scale.entryLabels = entries.labels;
   scale.entries = lookUp("shape legend", entries.indices);
-  KeepAll(graph, scale);
+  return scale;
+}
+
+StyleScale PlanScale(Compilation& compilation, ScaleSource const& source) {
+  switch (source.encoding.channel) {
+    case Channel::Size:
+      return PlanSizeScale(compilation, source);
+    case Channel::Opacity:
+      return PlanNumericScale(compilation, source, false, {0.3, 0.8});
+    case Channel::Shape:
+      return PlanShapeScale(compilation, source);
+    default:
+      return IsContinuous(source.encoding) ? PlanContinuousColor(compilation, source)
+                                           : PlanCategoricalColor(compilation, source);
+  }
+}
+
+}  // namespace
+
+StyleScale PlanStyleScale(Compilation& compilation, ScaleSource const& source) {
+  StyleScale scale = PlanScale(compilation, source);
+  KeepAll(compilation.graph, scale);
   return scale;
 }
 

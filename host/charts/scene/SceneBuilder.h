@@ -7,7 +7,7 @@
 namespace ostrel::charts {
 
 /// Puts an evaluated chart together: grid, marks, axes, legends and titles, with room for all of them.
-Scene BuildScene(Compilation const& compilation, ChartPlan const& plan, Results const& results,
+Scene BuildScene(ChartDocument const& document, ChartPlan const& plan, Results const& results,
                  TextSetter const& setter);
 
 }  // namespace ostrel::charts

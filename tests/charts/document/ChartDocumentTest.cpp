@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "TestPaths.h"
-#include "charts/document/ChartDocument.h"
+#include "charts/document/Readers.h"
 
 namespace ostrel::charts {
 
@@ -19,13 +19,15 @@ std::filesystem::path const kDocuments = OSTREL_SOURCE_DIR "/tests/charts/docume
 ChartDocument Parse(std::string const& json) { return ParseChartDocument(json, "a.vl.json"); }
 
 Encoding ParseEncoding(std::string const& channel, std::string const& encoding) {
-  return Parse(R"({"data": {"url": "a.csv"}, "mark": "point", "encoding": {")" + channel + "\": " + encoding +
-               "}}")
+  std::string const mark = channel == "order" ? "line" : "point";
+  return Parse(R"({"data": {"url": "a.csv"}, "mark": ")" + mark + R"(", "encoding": {")" + channel +
+               "\": " + encoding + "}}")
+      .layers.at(0)
       .encodings.at(0);
 }
 
 MarkSpec ParseMark(std::string const& mark) {
-  return Parse(R"({"data": {"url": "a.csv"}, "mark": )" + mark + "}").mark;
+  return Parse(R"({"data": {"url": "a.csv"}, "mark": )" + mark + "}").layers.at(0).mark;
 }
 
 Literal Text(char const* text) { return std::string(text); }
@@ -46,9 +48,10 @@ TEST(ChartDocument, TopLevelPropertiesAreKept) {
   EXPECT_EQ(document.height, 200.5);
   EXPECT_EQ(document.padding, 7);
   EXPECT_EQ(document.background, "#eee");
-  EXPECT_EQ(document.mark.kind, MarkKind::Line);
-  EXPECT_TRUE(document.encodings.empty());
-  EXPECT_EQ(document.data->dump(), R"({"name":"rows","values":[{"a":1.0,"b":9007199254740993}]})");
+  ASSERT_EQ(document.layers.size(), 1u);
+  EXPECT_EQ(document.layers[0].mark.type, "line");
+  EXPECT_TRUE(document.layers[0].encodings.empty());
+  EXPECT_EQ(document.layers[0].data->dump(), R"({"name":"rows","values":[{"a":1.0,"b":9007199254740993}]})");
 }
 
 TEST(ChartDocument, WhatIsLeftOutStaysOpen) {
@@ -58,8 +61,9 @@ TEST(ChartDocument, WhatIsLeftOutStaysOpen) {
       "encoding": {"x": {"field": "a"}}})");
   EXPECT_TRUE(document.title.empty());
   EXPECT_FALSE(document.width || document.height || document.padding);
-  EXPECT_FALSE(document.mark.size || document.mark.opacity || document.mark.filled || document.mark.shape);
-  auto const& x = document.encodings.at(0);
+  auto const& mark = document.layers.at(0).mark;
+  EXPECT_FALSE(mark.size || mark.opacity || mark.filled || mark.shape);
+  auto const& x = document.layers[0].encodings.at(0);
   EXPECT_FALSE(x.title.isGiven || x.axis.isHidden || x.axis.title.isGiven || x.legend.isHidden);
   EXPECT_FALSE(x.scale.type || x.scale.zero || x.scale.nice || x.isDescending || x.keepsDataOrder);
   EXPECT_TRUE(std::holds_alternative<std::monostate>(x.value));
@@ -68,25 +72,26 @@ TEST(ChartDocument, WhatIsLeftOutStaysOpen) {
 TEST(ChartDocument, MarkPropertiesAreKept) {
   auto const mark =
       ParseMark(R"({"type": "point", "color": "red", "fill": "#0f0", "stroke": "blue", "size": 30,
-      "opacity": 0.5, "strokeWidth": 2, "strokeDash": [4, 2.5], "filled": false, "shape": "triangle-down",
+      "opacity": 0.5, "strokeWidth": 2, "filled": false, "shape": "triangle-down",
       "clip": true})");
-  EXPECT_EQ(mark.kind, MarkKind::Point);
+  EXPECT_EQ(mark.type, "point");
   EXPECT_EQ(mark.color, "red");
   EXPECT_EQ(mark.fill, "#0f0");
   EXPECT_EQ(mark.stroke, "blue");
   EXPECT_EQ(mark.size, 30);
   EXPECT_EQ(mark.opacity, 0.5);
   EXPECT_EQ(mark.strokeWidth, 2);
-  EXPECT_EQ(mark.strokeDash, (std::vector<double>{4, 2.5}));
   EXPECT_EQ(mark.filled, false);
   EXPECT_EQ(mark.shape, SymbolShape::TriangleDown);
   EXPECT_EQ(mark.clip, true);
-  auto const line = ParseMark(R"({"point": true, "interpolate": "step-after", "type": "line"})");
-  EXPECT_EQ(line.kind, MarkKind::Line);
+  auto const line = ParseMark(R"({"point": true, "interpolate": "step-after", "type": "line",
+      "strokeDash": [4, 2.5]})");
+  EXPECT_EQ(line.type, "line");
   EXPECT_TRUE(line.hasPoints);
+  EXPECT_EQ(line.strokeDash, (std::vector<double>{4, 2.5}));
   EXPECT_EQ(line.interpolation, LineInterpolation::StepAfter);
-  EXPECT_EQ(ParseMark("\"circle\"").kind, MarkKind::Circle);
-  EXPECT_EQ(ParseMark("\"square\"").kind, MarkKind::Square);
+  EXPECT_EQ(ParseMark("\"circle\"").type, "circle");
+  EXPECT_EQ(ParseMark("\"square\"").type, "square");
 }
 
 TEST(ChartDocument, ScalePropertiesAreKept) {
@@ -155,16 +160,46 @@ TEST(ChartDocument, ConstantsAreKeptInTheChannelsTerms) {
 }
 
 TEST(ChartDocument, ChannelsComeInTheOrderOfTheDocument) {
-  auto const document = Parse(R"({"data": {"url": "a.csv"}, "mark": "point", "encoding": {"y": {"field": "b"},
+  auto const document = Parse(R"({"data": {"url": "a.csv"}, "mark": "line", "encoding": {"y": {"field": "b"},
       "opacity": {"value": 1}, "detail": {"field": "d"}, "x": {"field": "a"}, "order": {"field": "o"}}})");
+  LayerSpec const& layer = document.layers.at(0);
   std::vector<Channel> channels;
-  for (auto const& encoding : document.encodings) channels.push_back(encoding.channel);
+  for (auto const& encoding : layer.encodings) channels.push_back(encoding.channel);
   EXPECT_EQ(channels, (std::vector<Channel>{Channel::Y, Channel::Opacity, Channel::Detail, Channel::X,
                                             Channel::Order}));
-  ASSERT_NE(document.Find(Channel::X), nullptr);
-  EXPECT_EQ(document.Find(Channel::X)->field, "a");
-  EXPECT_EQ(document.Find(Channel::X)->path, "$.encoding.x");
-  EXPECT_EQ(document.Find(Channel::Color), nullptr);
+  ASSERT_NE(layer.Find(Channel::X), nullptr);
+  EXPECT_EQ(layer.Find(Channel::X)->field, "a");
+  EXPECT_EQ(layer.Find(Channel::X)->path, "$.encoding.x");
+  EXPECT_EQ(layer.Find(Channel::Color), nullptr);
+}
+
+TEST(ChartDocument, LayersInheritDataAndChannels) {
+  auto const document = Parse(R"({"data": {"url": "a.csv"},
+      "encoding": {"x": {"field": "a", "type": "temporal", "title": "T"}, "color": {"value": "red"}},
+      "layer": [
+        {"mark": "line", "encoding": {"x": {"title": null}, "y": {"field": "b"}}},
+        {"data": {"url": "b.csv"}, "encoding": {"y": {"field": "c", "axis": null}}, "layer": [
+          {"mark": "point", "encoding": {"color": {"field": "d"}}},
+          {"mark": "circle", "encoding": {"y": {"value": 3}}}]}]})");
+  ASSERT_EQ(document.layers.size(), 3u);
+  auto const describe = [&](std::size_t layer) {
+    LayerSpec const& spec = document.layers[layer];
+    std::string text = spec.path + " " + spec.dataPath + " " + spec.data->at("url").get<std::string>();
+    for (Encoding const& encoding : spec.encodings)
+      text += " " + encoding.path.substr(encoding.path.rfind('.') + 1) + ":" + encoding.field;
+    return text;
+  };
+  EXPECT_EQ(describe(0), "$.layer[0] $.data a.csv x:a color: y:b");
+  EXPECT_EQ(describe(1), "$.layer[1].layer[0] $.layer[1].data b.csv x:a color:d y:c");
+  EXPECT_EQ(describe(2), "$.layer[1].layer[1] $.layer[1].data b.csv x:a color: y:");
+  EXPECT_EQ(document.layers[0].encodings[0].path, "$.layer[0].encoding.x");
+  EXPECT_EQ(document.layers[1].encodings[0].path, "$.encoding.x");
+  EXPECT_EQ(document.layers[0].encodings[0].type, FieldType::Temporal);
+  EXPECT_TRUE(document.layers[0].encodings[0].title.isGiven &&
+              document.layers[0].encodings[0].title.text.empty());
+  EXPECT_EQ(document.layers[2].Find(Channel::X)->title.text, "T");
+  EXPECT_TRUE(document.layers[1].Find(Channel::Y)->axis.isHidden);
+  EXPECT_EQ(document.layers[2].Find(Channel::Y)->value, Literal(3.0));
 }
 
 TEST(ChartDocument, FieldTypesFollowTheEncodingAlone) {
@@ -235,7 +270,7 @@ TEST(ChartDocument, GivenDocumentsAreReadOrRefused) {
   auto const transform =
       std::string("$.transform: transforms are not supported; transform the data beforehand");
   auto const mark = [](std::string const& name) {
-    return "$.mark: \"" + name + "\" is not supported; use one of point, circle, square, line";
+    return "$.mark: \"" + name + "\" is not supported; use one of " + ListMarkNames();
   };
   std::map<std::string, std::string> const expected = {
       {"area.vl.json", mark("area")},
@@ -263,13 +298,14 @@ TEST(ChartDocument, GivenDocumentsAreReadOrRefused) {
     ++count;
     auto const& message = expected.at(entry.path().filename().string());
     try {
-      EXPECT_EQ(ReadChartDocument(entry.path()).encodings.size() >= 2, message.empty()) << entry.path();
+      EXPECT_EQ(ReadChartDocument(entry.path()).layers.at(0).encodings.size() >= 2, message.empty())
+          << entry.path();
     } catch (DocumentError const& error) {
       EXPECT_EQ(error.what(), entry.path().string() + ": " + message);
     }
   }
   EXPECT_EQ(count, expected.size());
-  auto const log = ReadChartDocument(kDocuments / "point_log.vl.json");
+  auto const log = ReadChartDocument(kDocuments / "point_log.vl.json").layers.at(0);
   EXPECT_EQ(log.Find(Channel::Y)->type, FieldType::Quantitative);
   EXPECT_EQ(log.data->at("values").size(), 8U);
 }

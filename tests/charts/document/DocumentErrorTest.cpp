@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "charts/document/ChartDocument.h"
+#include "charts/document/Readers.h"
 
 namespace ostrel::charts {
 
@@ -111,7 +111,7 @@ TEST(DocumentErrors, LongListsAndTextsAreRefusedWithoutTheirContent) {
       {lines(500) + ": 1",
        "$['" + std::string(64, 'x') +
            "...']: is not supported; use one of $schema, name, title, "
-           "description, width, height, background, padding, data, mark, encoding, config"},
+           "description, width, height, background, padding, config, data, mark, encoding, layer"},
       {R"("width": )" + lines(100),
        "$.width: \"" + std::string(64, 'x') + "...\" is not supported; use a number of pixels"},
   });
@@ -122,7 +122,7 @@ TEST(DocumentErrors, TheFirstInTheDocumentIsReported) {
                  {{R"("width": "w", "height": "h", "mark": "arc")",
                    "$.width: \"w\" is not supported; use a number of pixels"},
                   {R"("mark": "arc", "height": "h", "width": "w")",
-                   "$.mark: \"arc\" is not supported; use one of point, circle, square, line"},
+                   "$.mark: \"arc\" is not supported; use one of " + ListMarkNames()},
                   {R"("encoding": {"y": {"field": ""}, "x": {"field": ""}})",
                    "$.encoding.y.field: expects the name of a field"}});
 }
@@ -173,7 +173,7 @@ TEST(DocumentErrors, TopLevel) {
       {R"("config": {"view": {"stroke": null}})",
        "$.config.view: is not supported; set the properties of the mark, scale, axis or legend itself"},
       {R"("config": [])", "$.config: expects an object, not an array"},
-      {R"("layer": [])", "$.layer: " + plots},
+      {R"("layer": [])", "$.layer: is given beside mark; leave one of them out"},
       {R"("hconcat": [])", "$.hconcat: " + plots},
       {R"("repeat": {})", "$.repeat: " + plots},
       {R"("facet": {})", "$.facet: " + plots},
@@ -187,10 +187,9 @@ TEST(DocumentErrors, TopLevel) {
 }
 
 TEST(DocumentErrors, DataAndMarkAreNeeded) {
-  ExpectMessages(
-      "{", "}",
-      {{R"("mark": "point")", "$.data: is missing; give {\"url\": ...} or {\"values\": [...]}"},
-       {R"("data": {"values": []})", "$.mark: is missing; use one of point, circle, square, line"}});
+  ExpectMessages("{", "}",
+                 {{R"("mark": "point")", "$.data: is missing; give {\"url\": ...} or {\"values\": [...]}"},
+                  {R"("data": {"values": []})", "$.mark: is missing; use one of " + ListMarkNames()}});
   ExpectMessages(
       R"({"mark": "point", "data": )", "}",
       {{"null", "$.data: expects an object, not null"},
@@ -205,9 +204,9 @@ TEST(DocumentErrors, DataAndMarkAreNeeded) {
 
 TEST(DocumentErrors, Marks) {
   ExpectOfMark({
-      {"null", "$.mark: null is not supported; use one of point, circle, square, line"},
-      {"{}", "$.mark.type: is missing; use one of point, circle, square, line"},
-      {R"({"type": "bar"})", "$.mark.type: \"bar\" is not supported; use one of point, circle, square, line"},
+      {"null", "$.mark: null is not supported; use one of " + ListMarkNames()},
+      {"{}", "$.mark.type: is missing; use one of " + ListMarkNames()},
+      {R"({"type": "bar"})", "$.mark.type: \"bar\" is not supported; use one of " + ListMarkNames()},
       {R"({"type": "point", "opacity": 1.01})", "$.mark.opacity: expects a number from 0 to 1, not 1.01"},
       {R"({"type": "point", "size": -1})", "$.mark.size: expects a number of at least 0, not -1"},
       {R"({"type": "point", "size": "9"})", "$.mark.size: expects a number, not \"9\""},
@@ -216,28 +215,54 @@ TEST(DocumentErrors, Marks) {
       {R"({"type": "point", "shape": "star"})",
        "$.mark.shape: \"star\" is not supported; use one of circle, square, cross, diamond, triangle-up, "
        "triangle-down, triangle-right, triangle-left"},
-      {R"({"type": "point", "strokeDash": [4, -2]})",
+      {R"({"type": "line", "strokeDash": [4, -2]})",
        "$.mark.strokeDash[1]: expects a number of at least 0, not -2"},
       {R"({"type": "point", "tooltip": true})", "$.mark.tooltip: tooltips are not supported; leave it out"},
       {R"({"type": "point", "tooltip": null})", ""},
       {R"({"type": "point", "filed": true})", "$.mark.filed: unknown property; did you mean \"filled\"?"},
-      {R"({"type": "circle", "shape": "cross"})", "$.mark.shape: is for the mark point only"},
-      {R"({"type": "square", "interpolate": "step"})", "$.mark.interpolate: is for the mark line only"},
-      {R"({"type": "point", "point": true})", "$.mark.point: is for the mark line only"},
+      {R"({"type": "circle", "shape": "cross"})", "$.mark.shape: is for the mark point only; leave it out"},
+      {R"({"type": "square", "interpolate": "step"})",
+       "$.mark.interpolate: is for the mark line only; leave it out"},
+      {R"({"type": "point", "point": true})", "$.mark.point: is for the mark line only; leave it out"},
       {R"({"type": "line", "point": "transparent"})",
        "$.mark.point: expects true or false, not \"transparent\""},
       {R"({"type": "line", "interpolate": "basis"})",
        "$.mark.interpolate: \"basis\" is not supported; use one of linear, step-before, step-after, step, "
        "monotone"},
-      {R"({"type": "line", "size": 3})", "$.mark.size: a line has no size; use strokeWidth"},
-      {R"({"type": "line", "filled": true})", "$.mark.filled: a line is not filled; leave it out"},
+      {R"({"type": "line", "size": 3})",
+       "$.mark.size: is for the marks point, circle and square only; leave it out"},
+      {R"({"type": "point", "strokeDash": [1]})",
+       "$.mark.strokeDash: is for the mark line only; leave it out"},
   });
   ExpectOfMark({
       {R"("circle", "encoding": {"shape": {"field": "a"}})",
-       "$.encoding.shape: only the mark point has shapes; use \"point\" or leave it out"},
+       "$.encoding.shape: is for the mark point only; leave it out"},
       {R"("line", "encoding": {"size": {"field": "a", "type": "quantitative"}})",
-       "$.encoding.size: a line has no size; use the mark's strokeWidth"},
+       "$.encoding.size: is for the marks point, circle and square only; leave it out"},
   });
+}
+
+TEST(DocumentErrors, Layers) {
+  ExpectMessages(
+      R"({"data": {"url": "a.csv"}, "encoding": {"x": {"field": "a"}, "y": {"value": 5}}, "layer": )", "}",
+      {{"[]", R"($.layer: has no layers; give {"mark": ..., "encoding": {...}})"},
+       {R"([{"mark": "point"}])", ""},
+       {R"([{"mark": "point"}, {}])", "$.layer[1].mark: is missing; use one of " + ListMarkNames()},
+       {R"([{"mark": "point", "layer": []}])",
+        "$.layer[0].layer: is given beside mark; leave one of them out"},
+       {R"([{"layer": [{"mark": "dot"}]}])",
+        "$.layer[0].layer[0].mark: \"dot\" is not supported; use one of " + ListMarkNames()},
+       {R"([{"mark": "point", "width": 5}])",
+        "$.layer[0].width: is for the whole chart; set it beside layer"},
+       {R"([{"mark": "point", "marks": 5}])", "$.layer[0].marks: unknown property; did you mean \"mark\"?"},
+       {R"([{"mark": "point", "encoding": {"order": {"field": "a"}}}])",
+        "$.layer[0].encoding.order: is for the mark line only; leave it out"},
+       // What a layer says of a channel of the view is read with the view's own part.
+       {R"([{"mark": "point", "encoding": {"x": {"type": "temporal", "scale": {"type": "log"}}}}])",
+        "$.layer[0].encoding.x.scale.type: \"log\" does not suit a temporal field in this channel; use time "
+        "or "
+        "utc"},
+       {R"([{"mark": "point", "encoding": {"x": {"value": 5}, "y": {"field": "b"}}}])", ""}});
 }
 
 TEST(DocumentErrors, Channels) {

@@ -1,11 +1,10 @@
 #pragma once
 
-#include "charts/graph/ChartPlan.h"
 #include "charts/scene/Scene.h"
 
 namespace ostrel::charts {
 
-/// How a chart's marks look where no field says so: the document's constants, else the defaults of the mark.
+/// How a layer's marks look where no field says so: the document's constants, else the defaults of the mark.
 struct MarkLook {
   ort::core::OrtColor color;
   double opacity = 1;
@@ -17,13 +16,10 @@ struct MarkLook {
 };
 
 /// Throws DocumentError for a text that is no colour.
-MarkLook ResolveMarkLook(ChartDocument const& document);
+MarkLook ResolveMarkLook(ChartDocument const& document, LayerSpec const& layer);
 
 /// A colour as the document writes it. Throws DocumentError.
 ort::core::OrtColor ReadColor(ChartDocument const& document, std::string const& jsonPath,
                               std::string const& text);
-
-/// The marks of an evaluated chart, in the coordinates of the plotting area.
-Group BuildMarks(ChartDocument const& document, ChartPlan const& plan, Results const& results);
 
 }  // namespace ostrel::charts

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "charts/document/ChartDocument.h"
+#include "charts/graph/GraphBuilder.h"
+
+namespace ostrel::charts {
+
+/// What a chart is compiled from and into.
+struct Compilation {
+  ChartDocument const& document;
+  GraphBuilder graph;
+};
+
+/// Throws DocumentError naming the document and the place in it.
+[[noreturn]] void ThrowDocumentError(ChartDocument const& document, std::string const& jsonPath,
+                                     std::string const& cause);
+
+}  // namespace ostrel::charts

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "charts/graph/LayerPlan.h"
+
+namespace ostrel::charts {
+
+/// What the mark of a layer is planned from.
+class MarkContext {
+ public:
+  MarkContext(Compilation& compilation, LayerPlan const& layer, double width, double height)
+      : compilation_(compilation), layer_(layer), width_(width), height_(height) {}
+
+  Compilation& GetCompilation() { return compilation_; }
+  GraphBuilder& GetGraph() { return compilation_.graph; }
+  MarkSpec const& GetMark() const { return layer_.spec->mark; }
+  LayerSpec const& GetSpec() const { return *layer_.spec; }
+  LayerRows& GetRows() { return *layer_.rows; }
+  MarkLook const& GetLook() const { return layer_.look; }
+  /// Of the pane, in pixels.
+  double GetWidth() const { return width_; }
+  double GetHeight() const { return height_; }
+
+  /// A channel that has a field, with what its scale makes of the rows; null for others.
+  PlacedChannel const* Find(Channel channel) const { return layer_.Find(channel); }
+  /// What a channel's scale makes of each row: pixels, a colour, ...; -1 for a channel without a field.
+  NodeId GetScaled(Channel channel) const;
+  /// A row's pixels on x or y: of the channel's field, its constant, or the middle of the pane.
+  NodeId GetPosition(Channel channel);
+  /// Whether a row has a value in all of the columns; those that are -1 count for nothing. -1 without
+  /// columns.
+  NodeId FindPlaced(std::vector<NodeId> const& columns);
+
+ private:
+  Compilation& compilation_;
+  LayerPlan const& layer_;
+  double width_;
+  double height_;
+};
+
+}  // namespace ostrel::charts

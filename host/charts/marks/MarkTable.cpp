@@ -1,0 +1,24 @@
+#include "charts/marks/MarkTable.h"
+
+#include <algorithm>
+
+#include "charts/marks/Marks.h"
+
+namespace ostrel::charts {
+
+std::span<MarkDefinition const> GetMarkTable() {
+  static std::vector<MarkDefinition> const table = {
+      DefinePoint(),
+      DefineCircle(),
+      DefineSquare(),
+      DefineLine(),
+  };
+  return table;
+}
+
+MarkDefinition const& GetDefinition(MarkSpec const& mark) {
+  auto const isMeant = [&](MarkDefinition const& definition) { return mark.type == definition.name; };
+  return *std::ranges::find_if(GetMarkTable(), isMeant);
+}
+
+}  // namespace ostrel::charts

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "charts/marks/MarkTable.h"
+
+/// The rows of the table of marks, each from the file of its mark.
+namespace ostrel::charts {
+
+MarkDefinition DefinePoint();
+MarkDefinition DefineCircle();
+MarkDefinition DefineSquare();
+MarkDefinition DefineLine();
+
+}  // namespace ostrel::charts

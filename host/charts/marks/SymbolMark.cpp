@@ -1,0 +1,113 @@
+#include "charts/marks/SymbolMark.h"
+
+#include <cmath>
+
+#include "charts/marks/Marks.h"
+
+// Symbols: the marks point, circle and square.
+namespace ostrel::charts {
+namespace {
+
+template <class T>
+Varying<T> MakeVarying(Results const& results, NodeId node, T constant) {
+  return {constant, node < 0 ? nullptr : results[node]};
+}
+
+class SymbolPlan final : public MarkPlan {
+ public:
+  SymbolPlan(MarkContext& context, NodeId x, NodeId y, MarkLook look) : look_(std::move(look)) {
+    color_ = context.GetScaled(Channel::Color);
+    size_ = context.GetScaled(Channel::Size);
+    opacity_ = context.GetScaled(Channel::Opacity);
+    shape_ = context.GetScaled(Channel::Shape);
+    NodeId const placed = context.FindPlaced({x, y, color_, size_, opacity_, shape_});
+    auto const filter = [&](NodeId column, char const* name) {
+      return column < 0 ? -1
+                        : context.GetGraph().Keep(context.GetGraph().Call(name, "filter", {column, placed}));
+    };
+    x_ = filter(x, "symbol x");
+    y_ = filter(y, "symbol y");
+    color_ = filter(color_, "symbol color");
+    size_ = filter(size_, "symbol size");
+    opacity_ = filter(opacity_, "symbol opacity");
+    shape_ = filter(shape_, "symbol shape");
+  }
+
+  void Build(MarkScene const& scene) const override {
+    SymbolMarks marks;
+    marks.x = scene.results[x_];
+    marks.y = scene.results[y_];
+    marks.color = MakeVarying(scene.results, color_, look_.color);
+    marks.size = MakeVarying(scene.results, size_, look_.size);
+    marks.opacity = MakeVarying(scene.results, opacity_, look_.opacity);
+    marks.shape = MakeVarying(scene.results, shape_, look_.shape);
+    marks.isFilled = look_.isFilled;
+    marks.strokeWidth = look_.strokeWidth;
+    scene.group.nodes.emplace_back(std::move(marks));
+  }
+
+  double GetReach() const override { return (std::sqrt(look_.size) + look_.strokeWidth) / 2; }
+
+ private:
+  MarkLook look_;
+  NodeId x_;  // Real64 columns of the placed rows
+  NodeId y_;
+  NodeId color_;  // columns of the placed rows, -1 where the channel has no field
+  NodeId size_;
+  NodeId opacity_;
+  NodeId shape_;
+};
+
+// A symbol is painted once: filled or outlined.
+void CheckPaints(MarkContext& context) {
+  MarkSpec const& mark = context.GetMark();
+  bool const isFilled = context.GetLook().isFilled;
+  ChartDocument const& document = context.GetCompilation().document;
+  if (isFilled && !mark.stroke.empty()) {
+    ThrowDocumentError(document, mark.path + ".stroke",
+                       "a filled symbol has no outline; use fill, or set filled to false");
+  }
+  if (!isFilled && !mark.fill.empty()) {
+    ThrowDocumentError(document, mark.path + ".fill", "a symbol is an outline; set filled to true");
+  }
+}
+
+std::unique_ptr<MarkPlan> Plan(MarkContext& context) {
+  CheckPaints(context);
+  return PlanSymbols(context, context.GetPosition(Channel::X), context.GetPosition(Channel::Y),
+                     context.GetLook());
+}
+
+MarkDefinition Define(char const* name) {
+  return {
+      .name = name,
+      .properties = {"fill", "stroke", "size", "strokeWidth", "filled"},
+      .channels = {Channel::X, Channel::Y, Channel::Color, Channel::Size, Channel::Opacity, Channel::Detail},
+      .plan = Plan,
+      .isFilled = true,
+      .opacity = 0.7};
+}
+
+}  // namespace
+
+std::unique_ptr<MarkPlan> PlanSymbols(MarkContext& context, NodeId x, NodeId y, MarkLook const& look) {
+  return std::make_unique<SymbolPlan>(context, x, y, look);
+}
+
+MarkDefinition DefinePoint() {
+  MarkDefinition point = Define("point");
+  point.isFilled = false;
+  point.properties.push_back("shape");
+  point.channels.push_back(Channel::Shape);
+  return point;
+}
+
+MarkDefinition DefineCircle() { return Define("circle"); }
+
+MarkDefinition DefineSquare() {
+  MarkDefinition square = Define("square");
+  square.shape = SymbolShape::Square;
+  return square;
+}
+
+}  // namespace ostrel::charts

@@ -1,0 +1,132 @@
+#include "charts/scales/ScaleSource.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "charts/document/Readers.h"
+
+namespace ostrel::charts {
+namespace {
+
+// Takes over what one more channel says; two may say the same, but not two things.
+class EncodingJoiner {
+ public:
+  EncodingJoiner(Compilation const& compilation, Encoding& joined, Encoding const& further)
+      : compilation_(compilation), joined_(joined), further_(further) {}
+
+  void JoinScale() {
+    ScaleSpec& into = joined_.scale;
+    ScaleSpec const& from = further_.scale;
+    Join("scale.type", into.type, from.type);
+    Join("scale.domain", into.domain, from.domain);
+    Join("scale.domainMin", into.domainMin, from.domainMin);
+    Join("scale.domainMax", into.domainMax, from.domainMax);
+    Join("scale.range", into.range, from.range);
+    Join("scale.zero", into.zero, from.zero);
+    Join("scale.nice", into.nice, from.nice);
+    Join("scale.nice", into.niceCount, from.niceCount);
+    Join("scale.reverse", into.reverse, from.reverse);
+    Join("scale.clamp", into.clamp, from.clamp);
+    Join("scale.base", into.base, from.base);
+    Join("scale.scheme", into.scheme, from.scheme);
+    Join("sort", joined_.sort, further_.sort);
+    Join("sort", joined_.isDescending, further_.isDescending);
+    joined_.keepsDataOrder = joined_.keepsDataOrder || further_.keepsDataOrder;
+  }
+
+  // A guide is shown unless all channels hide it.
+  void JoinGuides() {
+    if (further_.axis.isHidden || further_.legend.isHidden) return;
+    AxisSpec& axis = joined_.axis;
+    axis.isHidden = false;
+    Join("axis.format", axis.format, further_.axis.format);
+    Join("axis.labelAngle", axis.labelAngle, further_.axis.labelAngle);
+    Join("axis.tickCount", axis.tickCount, further_.axis.tickCount);
+    Join("axis.values", axis.values, further_.axis.values);
+    Join("axis.grid", axis.grid, further_.axis.grid);
+    Join("axis.orient", axis.orient, further_.axis.orient);
+    LegendSpec& legend = joined_.legend;
+    legend.isHidden = false;
+    Join("legend.format", legend.format, further_.legend.format);
+    Join("legend.values", legend.values, further_.legend.values);
+    Join("legend.tickCount", legend.tickCount, further_.legend.tickCount);
+  }
+
+  void CheckTypes() const {
+    if (IsDiscrete(joined_.type) == IsDiscrete(further_.type) &&
+        (IsDiscrete(joined_.type) || joined_.type == further_.type))
+      return;
+    Refuse("type", fmt::format("a {} field shares no scale with the {} one of {}", NameOf(further_.type),
+                               NameOf(joined_.type), joined_.path));
+  }
+
+ private:
+  static bool IsOpen(std::string const& text) { return text.empty(); }
+  static bool IsOpen(std::vector<Literal> const& literals) { return literals.empty(); }
+  template <class T>
+  static bool IsOpen(std::optional<T> const& value) {
+    return !value;
+  }
+
+  template <class T>
+  void Join(char const* property, T& into, T const& from) const {
+    if (IsOpen(from) || into == from) return;
+    if (!IsOpen(into))
+      Refuse(property, "differs from what " + joined_.path + " says of the scale that both share");
+    into = from;
+  }
+
+  [[noreturn]] void Refuse(char const* property, std::string const& cause) const {
+    ThrowDocumentError(compilation_.document, fmt::format("{}.{}", further_.path, property), cause);
+  }
+
+  Compilation const& compilation_;
+  Encoding& joined_;
+  Encoding const& further_;
+};
+
+// Given titles come before those that fields give.
+TitleSpec JoinTitles(std::vector<FieldUse> const& uses, TitleSpec (*guideTitle)(Encoding const&)) {
+  std::vector<std::string> given;
+  std::vector<std::string> fields;
+  auto const add = [](std::vector<std::string>& titles, std::string const& title) {
+    if (!title.empty() && std::ranges::find(titles, title) == titles.end()) titles.push_back(title);
+  };
+  bool isGiven = false;
+  for (FieldUse const& use : uses) {
+    TitleSpec const title = guideTitle(*use.encoding);
+    isGiven = isGiven || title.isGiven;
+    title.isGiven ? add(given, title.text) : add(fields, DefaultTitle(*use.encoding));
+  }
+  TitleSpec joined{.isGiven = true, .text = {}};
+  for (std::string const& title : isGiven ? given : fields)
+    joined.text += (joined.text.empty() ? "" : ", ") + title;
+  return joined;
+}
+
+TitleSpec AxisTitle(Encoding const& encoding) {
+  return encoding.axis.title.isGiven ? encoding.axis.title : encoding.title;
+}
+TitleSpec LegendTitle(Encoding const& encoding) {
+  return encoding.legend.title.isGiven ? encoding.legend.title : encoding.title;
+}
+
+}  // namespace
+
+std::string DefaultTitle(Encoding const& encoding) { return encoding.field; }
+
+ScaleSource JoinUses(Compilation const& compilation, std::string const& name, std::vector<FieldUse> uses) {
+  ScaleSource source{name, *uses.front().encoding, std::move(uses)};
+  for (auto use = source.uses.begin() + 1; use != source.uses.end(); ++use) {
+    EncodingJoiner joiner(compilation, source.encoding, *use->encoding);
+    joiner.CheckTypes();
+    joiner.JoinScale();
+    joiner.JoinGuides();
+  }
+  source.encoding.axis.title = JoinTitles(source.uses, AxisTitle);
+  source.encoding.legend.title = JoinTitles(source.uses, LegendTitle);
+  return source;
+}
+
+}  // namespace ostrel::charts
