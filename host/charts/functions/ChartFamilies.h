@@ -13,5 +13,6 @@ BuiltinFamily TickFamily();
 BuiltinFamily LabelFamily(std::shared_ptr<services::TextMeasurer const> measurer);
 BuiltinFamily PaletteFamily();
 BuiltinFamily CalendarFamily();
+BuiltinFamily BinFamily();
 
 }  // namespace ostrel::charts

@@ -64,6 +64,17 @@ struct LineMark {
   std::string tooltip;
 };
 
+/// A filled band between two lines of equally many points; it breaks where a point of either is missing
+/// (NaN).
+struct AreaMark {
+  std::vector<Point> points;
+  std::vector<Point> basePoints;
+  LineInterpolation interpolation = LineInterpolation::Linear;
+  ort::core::OrtColor fill;
+  double opacity = 1;
+  std::string tooltip;
+};
+
 struct RuleMarks {
   struct Rule {
     Point from;
@@ -77,6 +88,18 @@ struct RectMark {
   Rect rect;
   ort::core::OrtColor fill;
   Stroke stroke{ort::core::OrtColor(0), 1, {}};
+};
+
+/// One rectangle for every row that has four numbers: x and x2, y and y2 are opposite sides, in either order.
+struct RectMarks {
+  std::shared_ptr<ort::core::StoreValue> x;  ///< Real64 columns
+  std::shared_ptr<ort::core::StoreValue> x2;
+  std::shared_ptr<ort::core::StoreValue> y;
+  std::shared_ptr<ort::core::StoreValue> y2;
+  Varying<ort::core::OrtColor> color;
+  Varying<double> opacity;                          ///< 0 to 1; Real64
+  Stroke stroke{ort::core::OrtColor(0), 1, {}};     ///< of all rectangles
+  std::shared_ptr<ort::core::StoreValue> tooltips;  ///< String column or null
 };
 
 /// A rectangle filled with a linear run of colours, evenly spaced, from its bottom to its top.
@@ -111,8 +134,8 @@ struct TextMark {
 };
 
 struct Group;
-using SceneNode =
-    std::variant<SymbolMarks, LineMark, RuleMarks, RectMark, GradientMark, TextMark, std::unique_ptr<Group>>;
+using SceneNode = std::variant<SymbolMarks, LineMark, AreaMark, RuleMarks, RectMarks, RectMark, GradientMark,
+                               TextMark, std::unique_ptr<Group>>;
 
 struct Group {
   std::string role;  ///< "axis x", "marks", "legend": the class of its SVG element

@@ -100,6 +100,10 @@ void WriteLineStretch(LineStretch stretch, LineInterpolation interpolation, SvgS
     out << "h.001";  // with dashes, browsers draw no dot for a line without length
     return;
   }
+  WriteFurtherPoints(stretch, interpolation, out);
+}
+
+void WriteFurtherPoints(LineStretch stretch, LineInterpolation interpolation, SvgStream& out) {
   switch (interpolation) {
     case LineInterpolation::Linear:
       return WriteLinear(stretch, out);

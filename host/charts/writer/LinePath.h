@@ -21,4 +21,7 @@ LineStretch NextStretch(std::span<Point const> points, std::size_t& from);
 /// to the one before it is passed over.
 void WriteLineStretch(LineStretch stretch, LineInterpolation interpolation, SvgStream& out);
 
+/// The path data behind a stretch's first point, to which a path has come already.
+void WriteFurtherPoints(LineStretch stretch, LineInterpolation interpolation, SvgStream& out);
+
 }  // namespace ostrel::charts

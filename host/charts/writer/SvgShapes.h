@@ -17,11 +17,13 @@ bool IsSameStyle(RectMark const& left, RectMark const& right);
 void WriteRectStyle(RectMark const& mark, SvgStream& out);
 
 void WriteLine(LineMark const& line, SvgStream& out);
+void WriteArea(AreaMark const& area, SvgStream& out);
 void WriteRules(RuleMarks const& rules, SvgStream& out);
 /// `id` is the number of its gradient in the document.
 void WriteGradient(GradientMark const& gradient, int id, SvgStream& out);
 
 /// One element for each visible row, in a group with what they share.
 void WriteSymbols(SymbolMarks const& marks, SvgStream& out);
+void WriteRects(RectMarks const& marks, SvgStream& out);
 
 }  // namespace ostrel::charts

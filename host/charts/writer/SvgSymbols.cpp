@@ -1,12 +1,11 @@
 #include <array>
 #include <cmath>
-#include <optional>
 #include <string>
 
+#include "charts/writer/RowValues.h"
 #include "charts/writer/SvgPaint.h"
 #include "charts/writer/SvgShapes.h"
 #include "charts/writer/SymbolOutline.h"
-#include "ostrelrtcore/OrtRuntimeException.h"
 #include "ostrelsys/Utf.h"
 
 namespace ostrel::charts {
@@ -16,31 +15,6 @@ namespace {
 using namespace ort::core;
 
 constexpr int kShapeCount = static_cast<int>(SymbolShape::TriangleLeft) + 1;
-
-using Column = std::shared_ptr<StoreValue>;
-
-template <class T>
-std::span<T const> ReadColumn(Column const& column, std::size_t count) {
-  if (column == nullptr) throw OrtRuntimeException(OrtError_WrongValueKind);
-  std::span<T const> const values = column->AsTypedArray<T>().GetValues();
-  if (values.size() != count) throw OrtRuntimeException(OrtError_LengthsDiffer);
-  return values;
-}
-
-/// A Varying<T> as it is read; Stored is the element of its column.
-template <class T, class Stored = T>
-class RowValues {
- public:
-  RowValues(Varying<T> const& values, std::size_t count) : constant_(values.constant) {
-    if (values.column != nullptr) rows_ = ReadColumn<Stored>(values.column, count);
-  }
-  bool IsConstant() const { return rows_.empty(); }
-  T operator[](std::size_t row) const { return rows_.empty() ? constant_ : static_cast<T>(rows_[row]); }
-
- private:
-  T constant_;
-  std::span<Stored const> rows_;
-};
 
 /// The outline of each shape in the size it was last asked for.
 class OutlineCache {

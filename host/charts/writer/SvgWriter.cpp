@@ -127,7 +127,9 @@ class SceneWriter {
   }
 
   void Write(SymbolMarks const& marks) { WriteSymbols(marks, out_); }
+  void Write(RectMarks const& marks) { WriteRects(marks, out_); }
   void Write(LineMark const& line) { WriteLine(line, out_); }
+  void Write(AreaMark const& area) { WriteArea(area, out_); }
   void Write(RuleMarks const& rules) { WriteRules(rules, out_); }
   void Write(GradientMark const& gradient) { WriteGradient(gradient, ++gradients_, out_); }
   void Write(std::unique_ptr<Group> const& group) { Write(*group); }

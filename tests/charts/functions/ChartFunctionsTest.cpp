@@ -125,6 +125,11 @@ TEST(ChartFunctions, AnswerCalls) {
       {"visibleLabels", {Reals({0, 10, 20}, {0}), Reals({9, 9, 9}), Real(1), Text("greedy")}, "F|T|T"},
       {"visibleLabels", {Reals({0, 10, 20}), Reals({9, 9, 9}, {1}), Real(1), Text("greedy")}, "T|F|T"},
       {"colorScheme", {Text("viridis"), factory::MakeInt32(2)}, "-12320428|-137435"},
+      {"timeUnitFloor",
+       {Dates({OrtDateTime(2020, 5, 17, 12), {}}, {1}), Text("month")},
+       "2012-05-01T00:00:00.0000|<9>"},
+      {"nextTimeUnit", {Dates({OrtDateTime(2020, 12, 1)}), Text("yearmonth")}, "2021-01-01T00:00:00.0000"},
+      {"binRange", {Real(1.4), Real(9.3), Real(10), Real(0), Real(0)}, "1|10|1"},
   };
   for (auto const& [function, inputs, result] : cases) {
     EXPECT_EQ(Show(Call(function, inputs)), result) << function;
@@ -186,6 +191,13 @@ TEST(ChartFunctions, RefuseWithCodeAndMessage) {
       {"linearTicks", {SpecialReal(), Real(1), Real(5)}, 55, "special Real64 read as Real64"},
       {"niceLinearDomain", {Real(0), SpecialReal(), Real(5)}, 55, "special Real64 read as Real64"},
       {"timeTicks", {Real(0), Real(1), SpecialReal()}, 55, "special Real64 read as Real64"},
+      {"timeUnitFloor", {Dates({}), Text("moon")}, 55, "no time unit is named \"moon\""},
+      {"binRange", {Real(1), Real(0), Real(10), Real(0), Real(0)}, 2, "bins need a range of finite numbers"},
+      {"binRange", {Real(0), Real(1), Real(0), Real(0), Real(0)}, 2, "bins need a range of finite numbers"},
+      {"binRange",
+       {Real(0), Real(1e6), Real(10), Real(1), Real(0)},
+       2,
+       "a step that makes more than 10,000 bins"},
   };
   for (auto const& row : cases) {
     EXPECT_EQ(ErrorOf([&] { Call(row.function, row.inputs); }), Error(row.code, row.message)) << row.function;

@@ -331,6 +331,58 @@ TEST(SvgWriter, BreaksLinesAtGaps) {
             " stroke-width=\"2\"><title>a &amp; b</title></path>\n");
 }
 
+TEST(SvgWriter, WritesRectanglesFromSideToSide) {
+  auto const make = [](std::vector<int> const& special) {
+    RectMarks marks;
+    marks.x = MakeReals({0, 20, 40, 60}, special);
+    marks.x2 = MakeReals({10, 10, 50, 60});
+    marks.y = MakeReals({100, 100, kNaN, 100});
+    marks.y2 = MakeReals({80, 120, 0, 0});
+    marks.color.constant = MakeColor(0x80112233);
+    marks.opacity.constant = 1;
+    return marks;
+  };
+  // Of no width, without a place, or special in a side: not drawn.
+  EXPECT_EQ(WriteNodes(make({})),
+            "<g fill=\"#123\" fill-opacity=\".502\">\n"
+            "<rect x=\"0\" y=\"80\" width=\"10\" height=\"20\"/>\n"
+            "<rect x=\"10\" y=\"100\" width=\"10\" height=\"20\"/>\n</g>\n");
+  EXPECT_EQ(WriteNodes(make({0, 1})), "<g fill=\"#123\" fill-opacity=\".502\">\n</g>\n");
+  RectMarks styled = make({1});
+  styled.color.column =
+      MakeColumn<OrtColor>(StoreTypeInfo::Color, std::vector<OrtColor>(4, MakeColor(0xFF445566)));
+  styled.opacity.column = MakeReals({0.5, 1, 1, 1});
+  styled.stroke = {MakeColor(0xFFFFFFFF), 2, {}};
+  styled.tooltips = MakeColumn<RIndirectString>(
+      StoreTypeInfo::String, std::vector<RIndirectString>(4, RIndirectString::FromUtf8("a<b")));
+  EXPECT_EQ(WriteNodes(std::move(styled)),
+            "<g stroke=\"#fff\" stroke-width=\"2\">\n"
+            "<rect x=\"0\" y=\"80\" width=\"10\" height=\"20\" fill=\"#456\" fill-opacity=\".5\">"
+            "<title>a&lt;b</title></rect>\n</g>\n");
+}
+
+TEST(SvgWriter, ClosesAreasBetweenTheirLines) {
+  AreaMark area;
+  area.points = {{0, 10}, {10, 20}, {20, 5}};
+  area.basePoints = {{0, 50}, {10, 50}, {20, 50}};
+  area.fill = MakeColor(0xFF112233);
+  EXPECT_EQ(WriteNodes(AreaMark(area)), "<path d=\"M0 10L10 20 20 5L20 50L10 50 0 50Z\" fill=\"#123\"/>\n");
+  area.interpolation = LineInterpolation::StepAfter;
+  area.opacity = 0.5;
+  area.tooltip = "t";
+  EXPECT_EQ(WriteNodes(AreaMark(area)),
+            "<path d=\"M0 10H10V20H20V5L20 50V50H10V50H0Z\" fill=\"#123\" fill-opacity=\".5\">"
+            "<title>t</title></path>\n");
+  // A gap in either line parts the area; a single point has no extent.
+  area = AreaMark();
+  area.points = {{0, 1}, {1, 1}, {2, kNaN}, {3, 1}, {4, 1}, {5, 1}};
+  area.basePoints = {{0, 9}, {1, 9}, {2, 9}, {3, 9}, {4, kNaN}, {5, 9}};
+  area.fill = MakeColor(0xFF112233);
+  EXPECT_EQ(WriteNodes(AreaMark(area)), "<path d=\"M0 1L1 1L1 9L0 9Z\" fill=\"#123\"/>\n");
+  area.points.resize(1);
+  EXPECT_EQ(WriteNodes(AreaMark(area)), "");
+}
+
 TEST(SvgWriter, KeepsMonotoneCurvesBetweenTheirPoints) {
   std::mt19937 random(3);
   std::uniform_real_distribution<double> step(-50, 50);

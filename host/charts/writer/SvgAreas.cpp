@@ -1,0 +1,57 @@
+#include <algorithm>
+#include <vector>
+
+#include "charts/writer/LinePath.h"
+#include "charts/writer/SvgPaint.h"
+#include "charts/writer/SvgShapes.h"
+
+namespace ostrel::charts {
+
+namespace {
+
+// Of a line that is run through from its end.
+LineInterpolation Backwards(LineInterpolation interpolation) {
+  if (interpolation == LineInterpolation::StepBefore) return LineInterpolation::StepAfter;
+  if (interpolation == LineInterpolation::StepAfter) return LineInterpolation::StepBefore;
+  return interpolation;
+}
+
+}  // namespace
+
+void WriteArea(AreaMark const& area, SvgStream& out) {
+  double const opacity = GetPaintOpacity(area.fill, area.opacity);
+  auto const count = std::min(area.points.size(), area.basePoints.size());
+  auto const isPlaced = [&](std::size_t i) {
+    return IsFinite(area.points[i]) && IsFinite(area.basePoints[i]);
+  };
+  bool isBegun = false;
+  for (std::size_t from = 0; opacity > 0 && from < count;) {
+    std::size_t end = from;
+    while (end < count && isPlaced(end)) ++end;
+    // A single point has no extent.
+    if (end - from > 1) {
+      LineStretch const line(area.points.data() + from, end - from);
+      std::vector<Point> back(area.basePoints.begin() + static_cast<std::ptrdiff_t>(from),
+                              area.basePoints.begin() + static_cast<std::ptrdiff_t>(end));
+      std::ranges::reverse(back);
+      if (!isBegun) out << "<path d=\"";
+      isBegun = true;
+      WriteLineStretch(line, area.interpolation, out);
+      out << "L" << back.front().x << NextNumber{back.front().y};
+      WriteFurtherPoints(back, Backwards(area.interpolation), out);
+      out << "Z";
+    }
+    from = end + 1;
+  }
+  if (!isBegun) return;
+  out << "\"";
+  out << " fill=\"" << area.fill << "\"";
+  WriteOpacity("fill-opacity", opacity, out);
+  if (area.tooltip.empty()) {
+    out << "/>\n";
+  } else {
+    out << "><title>" << Escaped{area.tooltip} << "</title></path>\n";
+  }
+}
+
+}  // namespace ostrel::charts

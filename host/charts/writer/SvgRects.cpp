@@ -1,0 +1,86 @@
+#include <array>
+#include <cmath>
+
+#include "charts/writer/RowValues.h"
+#include "charts/writer/SvgPaint.h"
+#include "charts/writer/SvgShapes.h"
+#include "ostrelsys/Utf.h"
+
+namespace ostrel::charts {
+
+namespace {
+
+using namespace ort::core;
+
+class RectWriter {
+ public:
+  RectWriter(RectMarks const& marks, SvgStream& out)
+      : out_(out),
+        marks_(marks),
+        count_(marks.x == nullptr ? 0 : static_cast<std::size_t>(marks.x->AsColumn().GetCount())),
+        x_(ReadColumn<double>(marks.x, count_)),
+        x2_(ReadColumn<double>(marks.x2, count_)),
+        y_(ReadColumn<double>(marks.y, count_)),
+        y2_(ReadColumn<double>(marks.y2, count_)),
+        color_(marks.color, count_),
+        opacity_(marks.opacity, count_) {
+    if (marks.tooltips != nullptr) tooltips_ = ReadColumn<RIndirectString>(marks.tooltips, count_);
+    for (auto const* side : {&marks.x, &marks.x2, &marks.y, &marks.y2})
+      hasSpecials_ = hasSpecials_ || (*side)->AsColumn().HasSpecials();
+  }
+
+  void Write() {
+    if (count_ == 0) return;
+    out_ << "<g";
+    if (color_.IsConstant()) {
+      out_ << " fill=\"" << color_[0] << "\"";
+      if (opacity_.IsConstant()) WriteOpacity("fill-opacity", GetPaintOpacity(color_[0], opacity_[0]), out_);
+    }
+    WriteStroke(marks_.stroke, 1, out_);
+    out_ << ">\n";
+    for (std::size_t row = 0; row < count_; ++row) {
+      if (!hasSpecials_ || !IsSpecial(static_cast<int>(row))) WriteRow(row);
+    }
+    out_ << "</g>\n";
+  }
+
+ private:
+  bool IsSpecial(int row) const {
+    auto const isSpecial = [row](auto const& side) { return side->AsColumn().IsSpecial(row); };
+    return isSpecial(marks_.x) || isSpecial(marks_.x2) || isSpecial(marks_.y) || isSpecial(marks_.y2);
+  }
+
+  void WriteRow(std::size_t row) {
+    double const opacity = GetPaintOpacity(color_[row], opacity_[row]);
+    Rect const rect{x_[row], y_[row], x2_[row] - x_[row], y2_[row] - y_[row]};
+    bool const isSeen = IsFinite(rect) && rect.width != 0 && rect.height != 0 && opacity > 0;
+    if (!isSeen) return;
+    out_ << "<rect";
+    WriteRectGeometry(rect, out_);
+    if (!color_.IsConstant()) out_ << " fill=\"" << color_[row] << "\"";
+    if (!color_.IsConstant() || !opacity_.IsConstant()) WriteOpacity("fill-opacity", opacity, out_);
+    if (tooltips_.empty() || tooltips_[row].IsEmpty()) {
+      out_ << "/>\n";
+    } else {
+      out_ << "><title>" << Escaped{Utf::Utf16ToUtf8(tooltips_[row].Get().view())} << "</title></rect>\n";
+    }
+  }
+
+  SvgStream& out_;
+  RectMarks const& marks_;
+  std::size_t count_;
+  std::span<double const> x_;
+  std::span<double const> x2_;
+  std::span<double const> y_;
+  std::span<double const> y2_;
+  RowValues<OrtColor> color_;
+  RowValues<double> opacity_;
+  std::span<RIndirectString const> tooltips_;
+  bool hasSpecials_ = false;
+};
+
+}  // namespace
+
+void WriteRects(RectMarks const& marks, SvgStream& out) { RectWriter(marks, out).Write(); }
+
+}  // namespace ostrel::charts
