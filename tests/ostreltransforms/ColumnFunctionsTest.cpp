@@ -46,13 +46,24 @@ TEST_F(ColumnFunctions, StandInTheirOrderUnderTheirTypes) {
             "interpolate(Real64 Real32 Real32)Real32[] 0\n"
             "interpolate(Real64 Real64 Real64)Real64[] 0\n"
             "interpolate(Real64 DateTime DateTime)DateTime[] 0\n"
+            "resolveSizeEncodingParameters(Real64 Real64 Real64 Real64 Real64 Real64 Real64 Int32 Bool Bool "
+            "Int32)KeyMap[] 0\n"
             "min_multi_r64(Array of Real64)Real64[] 0\n"
             "max_multi_r64(Array of Real64)Real64[] 0\n"
             "min_multi_i64(Array of Int64)Int64[] 0\n"
             "max_multi_i64(Array of Int64)Int64[] 0\n"
             "min_multi_datetime(Array of DateTime)DateTime[] 0\n"
             "max_multi_datetime(Array of DateTime)DateTime[] 0\n"
-            "columnNotEmpty(Array Bool)Bool[] 0\n");
+            "columnNotEmpty(Array Bool)Bool[] 0\n"
+            "excludeHiddenMarks(Array of Int32 Array of Bool Array of Int32 Array of Bool Array of Int32 "
+            "Array of Bool Array of Bool Bool)Array of Bool[] 0\n"
+            "wrapMaps(Array of Real64 Array of Real64 Real64 Real64 Real64 Real64 Int32 Real64 Real64 Real64 "
+            "Real64)KeyMap[] 0\n"
+            "updateToSizeForMappedImages(Array of Real64 Array of Real64 Array of Real64 Array of Real64 Tuple "
+            "Tuple Bool)KeyMap[] 0\n"
+            "toKeyMap(Table)KeyMap[] 0\n"
+            "computeTreemapNodesLayout(Array of Int32 Array of Real64 Real64 Real64 Array of Real64 "
+            "Array of Real64)KeyMap[] 0\n");
 }
 
 TEST_F(ColumnFunctions, TotalsStandInEveryRow) {

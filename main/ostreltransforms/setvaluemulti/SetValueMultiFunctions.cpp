@@ -8,6 +8,8 @@
 #include "ostreltransforms/setvaluemulti/AxisFunctions.h"
 #include "ostreltransforms/setvaluemulti/Calendar.h"
 #include "ostreltransforms/setvaluemulti/ColumnFunctions.h"
+#include "ostreltransforms/setvaluemulti/MapRows.h"
+#include "ostreltransforms/setvaluemulti/MarkRows.h"
 #include "ostreltransforms/setvaluemulti/SubscriptedCall.h"
 #include "ostreltransforms/setvaluemulti/TickFunctions.h"
 
@@ -161,6 +163,7 @@ constexpr Row kRows[] = {
     Interpolated(StoreType::DateTime,
                  R"("inputs": [{"Real64": 0.25}, {"DateTime": "2020-03-01T00:00:00.0000"}, )"
                  R"({"DateTime": "2020-03-03T00:00:00.0000"}])"),
+    kResolveSizeEncodingParameters,
     Extremum<double, false>(TransformNames::MIN_MULTI_R64, kLeastHelp, kReal64Extremum),
     Extremum<double, true>(TransformNames::MAX_MULTI_R64, kGreatestHelp, kReal64Extremum),
     Extremum<int64, false>(TransformNames::MIN_MULTI_I64, kLeastHelp, kInt64Extremum),
@@ -172,6 +175,11 @@ constexpr Row kRows[] = {
                                .help = "Whether a column has rows, or a flag is set.",
                                .example = R"("inputs": [{"Array": {"type": "Int32", "values": []}}, )"
                                           R"({"Bool": false}])"}),
+    kExcludeHiddenMarks,
+    kWrapMaps,
+    kUpdateToSizeForMappedImages,
+    kToKeyMap,
+    kComputeTreemapNodesLayout,
 };
 
 }  // namespace
