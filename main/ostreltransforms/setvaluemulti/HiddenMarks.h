@@ -12,9 +12,8 @@ namespace OstrelTransforms {
 //   2, 3  the shape legend, likewise
 //   4, 5  the size legend, likewise
 //   6     hidden marks: a Bool column, a row a mark; special rows are not hidden
-//   7     whether marks stay that stand for no entry of a legend (Bool): whose row is special, negative, or
-//   at or
-//         past the entries
+//   7     whether marks stay that stand for no entry of a legend (Bool): whose row is special, negative,
+//         or at or past the entries
 //
 // A mark stays when none of these hides it. A legend's entries that are special are not hidden. A chart
 // without one of the legends, or without marks hidden one by one, gives a column without rows in the place of

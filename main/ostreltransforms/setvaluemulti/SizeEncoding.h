@@ -52,19 +52,20 @@ Parameters Resolve(Field const& field);
 //
 // The result is a key map of "encodingMin" and "encodingMax" (Real64; before any logarithm) and the Bools
 // "isFromCenter", "reversed", "inputPositiveValuesOnly", "encodingRangeIsEmpty" and "legendMinMaxNotEqual".
-// The size of value v is its position from encodingMin to encodingMax, that of encodingMin + |v -
-// encodingMin| where "isFromCenter", counted from the other end where "reversed". With low and high for the
-// least and greatest value, or what is fixed in their place, the first of these rules that fits holds:
+// The size of value v is its position from encodingMin to encodingMax, where "isFromCenter" that of
+//
+//   encodingMin + |v - encodingMin|
+//
+// counted from the other end where "reversed". With low and high for the least and greatest value, or what is
+// fixed in their place, the first of these rules that fits holds:
 //
 //   - a logarithmic field goes from low to high; an end not above 0 counts as 1, whose logarithm is the 0
-//   that
-//     all such values have
+//     that all such values have
 //   - with a centre, sizes go from there to as far as the farther of low and high lies from it,
-//   "isFromCenter"
+//     "isFromCenter"
 //   - dates, and mode 1, go from low to high; so does mode 0 where the least value is fixed
 //   - mode 2, and mode 0 without values below 0, go from 0 to high, in mode 2 from the least value where it
-//   is
-//     fixed above 0; values below have no size
+//     is fixed above 0; values below have no size
 //   - anything else is as with the centre 0: -5 and 5 are marks of one size
 //
 // "inputPositiveValuesOnly" tells of logarithmic fields and of those that go from zero. Where low is above

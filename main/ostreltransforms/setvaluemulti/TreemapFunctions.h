@@ -11,9 +11,8 @@ namespace OstrelTransforms {
 //         finite or not above 0 are 0
 //   2, 3  width and height of the whole in pixels (Real64)
 //   4, 5  headers and paddings: Real64 columns with the height of the strip at the top of an inner node and
-//   the
-//         margin around its children in pixels, a row a level from the outermost; the last row serves all
-//         deeper levels, an empty column is 0
+//         the margin around its children in pixels, a row a level from the outermost; the last row serves
+//         all deeper levels, an empty column is 0
 //
 // The result is a key map of columns with a row a node: Real64 "x", "y", "x1" and "y1" (left, top, right and
 // bottom edge in pixels from the top left), "header_height" (pixels, 0 for leaves and where there is no room

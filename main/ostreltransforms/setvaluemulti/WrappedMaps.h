@@ -9,15 +9,13 @@ namespace OstrelTransforms {
 // The inputs, by position:
 //
 //   0, 1  the marks' longitudes and latitudes in degrees: Real64 columns, a row a mark
-//   2, 3  the longitudes at the left and right edge of the map in degrees (Real64), any whole turns away; a
-//   right
-//         edge that is not east of the left one is taken as many worlds on as are needed
+//   2, 3  the longitudes at the left and right edge of the map in degrees (Real64), any whole turns away;
+//         a right edge that is not east of the left one is taken as many worlds on as are needed
 //   4, 5  the latitudes at its bottom and top in degrees (Real64)
 //   6, 7  the projection (Int32) and its eccentricity (Real64), as MapUtil::MakeProjector takes them
 //   8, 9  the map's width and height in pixels (Real64)
 //   10    how far marks reach beyond their place in pixels (Real64): those are kept as well whose place is
-//   outside
-//         of the map by no more than this; below 0 it counts as 0
+//         outside of the map by no more than this; below 0 it counts as 0
 //
 // With X and Y for the projection and W = X(180) - X(-180) for the width of a world, a longitude l whole
 // turns t away from its place between -180 and 180 lies at U(l) = X(l) + t W, and the copies of a mark stand
