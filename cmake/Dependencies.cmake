@@ -18,4 +18,6 @@ if(OSTREL_BUILD_TESTS)
 endif()
 if(OSTREL_BUILD_BENCH)
   find_package(benchmark REQUIRED)
+  # The layout that ours is compared with.
+  pkg_check_modules(PANGO REQUIRED IMPORTED_TARGET pangoft2)
 endif()

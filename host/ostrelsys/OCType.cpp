@@ -27,6 +27,8 @@ bool OCType::detail::IsSpaceBeyondAscii(char32_t c) noexcept {
 }
 
 bool OCType::detail::IsPunctBeyondAscii(char32_t c) noexcept {
+  // Ideographs, Hangul syllables and the halves of surrogate pairs.
+  if ((c >= 0x3400 && c < 0xA000) || (c >= 0xAC00 && c < 0xE000)) return false;
   return (U_GET_GC_MASK(static_cast<UChar32>(c)) & U_GC_P_MASK) != 0;
 }
 

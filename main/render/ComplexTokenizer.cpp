@@ -10,10 +10,15 @@ namespace {
 
 constexpr char16_t kBreakHint = u'\f';
 
-// Classes of a unit; a word's unit has none of the first two.
+// Kinds of a unit; a word's unit is neither blank nor line end.
 constexpr std::uint8_t kBlank = 1;
 constexpr std::uint8_t kLineEnd = 2;
 constexpr std::uint8_t kPunctuation = 4;
+// What follows it.
+constexpr std::uint8_t kHyphen = 8;
+constexpr std::uint8_t kSoftBreak = 16;
+// The next unit belongs to the same cluster.
+constexpr std::uint8_t kJoined = 32;
 
 std::uint8_t ClassifyByRule(char16_t unit) {
   if (unit == u'\n' || unit == u'\r') return kLineEnd;
@@ -21,18 +26,16 @@ std::uint8_t ClassifyByRule(char16_t unit) {
                                    (OCType::isPunct(unit) ? kPunctuation : 0));
 }
 
-std::uint8_t Classify(char16_t unit) {
-  constexpr std::size_t ascii = 128;
-  static auto const classes = [] {
-    std::array<std::uint8_t, ascii> result{};
-    for (std::size_t i = 0; i < ascii; ++i) result[i] = ClassifyByRule(static_cast<char16_t>(i));
+constexpr std::size_t kAscii = 128;
+
+std::array<std::uint8_t, kAscii> const& GetAsciiKinds() {
+  static auto const kinds = [] {
+    std::array<std::uint8_t, kAscii> result{};
+    for (std::size_t i = 0; i < kAscii; ++i) result[i] = ClassifyByRule(static_cast<char16_t>(i));
     return result;
   }();
-  return unit < ascii ? classes[unit] : ClassifyByRule(unit);
+  return kinds;
 }
-
-bool IsBlank(char16_t unit) { return (Classify(unit) & kBlank) != 0; }
-bool IsLineEnd(char16_t unit) { return unit == u'\n' || unit == u'\r'; }
 
 // A run's text as far as it counts.
 std::u16string_view UpToZero(OStringCore const& text) {
@@ -49,7 +52,10 @@ struct ComplexTokenizer::TokenBlock {
 
 ComplexTokenizer::ComplexTokenizer(FormattedText const& text, bool useBreakHints)
     : Tokenizer(text.HasSingleStyle()), useBreakHints_(useBreakHints) {
-  if (!useBreakHints_ || !ReadHinted(text)) ReadPlain(text);
+  Read(text);
+  if (useBreakHints_ && !ReadHints(text)) {
+    for (std::uint8_t& kind : kinds_) kind &= static_cast<std::uint8_t>(~(kHyphen | kSoftBreak));
+  }
 }
 
 ComplexTokenizer::~ComplexTokenizer() = default;
@@ -59,123 +65,128 @@ void ComplexTokenizer::reset() {
   styleCursor_ = 0;
 }
 
-void ComplexTokenizer::ReadPlain(FormattedText const& text) {
-  units_.clear();
-  styles_.clear();
-  hints_.clear();
-  hasBlank_ = hasPunctuation_ = false;
+void ComplexTokenizer::Read(FormattedText const& text) {
   units_.reserve(text.GetCharacterCount());
+  kinds_.resize(text.GetCharacterCount());
+  auto const& ascii = GetAsciiKinds();
+  std::uint8_t found = 0;
   for (TextRun const& run : text.GetRuns()) {
-    for (char16_t const unit : UpToZero(run.text)) Add(unit);
-    EndRun(run.styleIndex);
+    auto const begin = units_.size();
+    units_ += UpToZero(run.text);
+    for (auto i = begin; i < units_.size(); ++i) {
+      char16_t& unit = units_[i];
+      if (unit == u'\t') unit = u' ';
+      kinds_[i] = unit < kAscii ? ascii[unit] : ClassifyByRule(unit);
+      found |= kinds_[i];
+    }
+    if (units_.size() > begin) styles_.push_back({run.styleIndex, units_.size()});
   }
+  kinds_.resize(units_.size());
+  hasBlank_ = (found & kBlank) != 0;
+  hasPunctuation_ = (found & kPunctuation) != 0;
 }
 
-bool ComplexTokenizer::ReadHinted(FormattedText const& text) {
+// False when the host gives back another text.
+bool ComplexTokenizer::ReadHints(FormattedText const& text) {
   OStringCore const transformed = OstrelTransforms::TransformString(text.GetText());
   auto const marked = transformed.view();
   std::size_t at = 0;
+  auto kind = kinds_.begin();
   for (TextRun const& run : text.GetRuns()) {
     for (char16_t const unit : UpToZero(run.text)) {
       if (at >= marked.size() || marked[at] != unit) return false;
       ++at;
       bool const isMarked = at < marked.size() && marked[at] == kBreakHint;
       if (isMarked) ++at;
-      Add(unit);
       // A line ends behind a line end in any case.
-      hints_.push_back(IsLineEnd(unit) ? None : isMarked ? SoftBreak : unit == u'-' ? Hyphen : None);
+      if ((*kind & kLineEnd) == 0) *kind |= isMarked ? kSoftBreak : unit == u'-' ? kHyphen : 0;
+      ++kind;
     }
-    EndRun(run.styleIndex);
   }
   return true;
-}
-
-void ComplexTokenizer::Add(char16_t unit) {
-  if (unit == u'\t') unit = u' ';
-  units_ += unit;
-  auto const kind = Classify(unit);
-  hasBlank_ |= (kind & kBlank) != 0;
-  hasPunctuation_ |= (kind & kPunctuation) != 0;
-}
-
-void ComplexTokenizer::EndRun(std::uint32_t styleIndex) {
-  std::size_t const begin = styles_.empty() ? 0 : styles_.back().end;
-  if (units_.size() > begin) styles_.push_back({styleIndex, units_.size()});
-}
-
-TokenBreak ComplexTokenizer::GetHint(std::size_t position) const {
-  return hints_.empty() ? None : hints_[position];
 }
 
 std::shared_ptr<Token> ComplexTokenizer::next() {
   if (atEnd()) return nullptr;
   auto const begin = cursor_;
-  auto const first = units_[begin];
-  bool const isWord = (Classify(first) & (kBlank | kLineEnd)) == 0;
-  auto const token = MakeToken();
-  token->isWord = isWord ? 1 : 0;
-  if (!IsLineEnd(first)) TakeUnits(isWord);
-  auto const end = cursor_;
-  TokenBreak const hint = GetHint(end > begin ? end - 1 : begin);
-  token->breakAfter = hint != None ? hint : TakeLineBreak() ? LineBreak : None;
-  if (end > begin) {
-    AddSegments(*token, begin, end);
-  } else {
-    token->segments.push_back({GetStyle(begin), OStringCore(u" ")});
+  auto const end = FindTokenEnd(begin);
+  auto token = MakeToken();
+  token->isWord = (kinds_[begin] & (kBlank | kLineEnd)) == 0 ? 1 : 0;
+  cursor_ = end;
+  if (end > begin && (kinds_[end - 1] & kSoftBreak) != 0) {
+    token->breakAfter = SoftBreak;
+  } else if (end > begin && (kinds_[end - 1] & kHyphen) != 0) {
+    token->breakAfter = Hyphen;
+  } else if (!atEnd() && (kinds_[end] & kLineEnd) != 0) {
+    token->breakAfter = LineBreak;
+    if (units_[cursor_] == u'\r') ++cursor_;
+    if (!atEnd() && units_[cursor_] == u'\n') ++cursor_;
   }
+  AddSegments(*token, begin, end);
   return token;
 }
 
-// Moves the cursor over the units of a token that begins with one of the two kinds.
-void ComplexTokenizer::TakeUnits(bool isWord) {
+// The position of the first unit that is not the token's; a line end is none of any.
+inline std::size_t ComplexTokenizer::FindTokenEnd(std::size_t begin) {
+  auto const kind = kinds_[begin] & (kBlank | kLineEnd);
+  if ((kind & kLineEnd) != 0) return begin;
+  if (breakMode_ == AfterPunctuation || breakMode_ == AnyCharacter) return FindFinerTokenEnd(begin);
+  auto end = begin + 1;
+  while (end < kinds_.size() && (kinds_[end] & (kBlank | kLineEnd)) == kind &&
+         (kinds_[end - 1] & (kSoftBreak | kHyphen)) == 0) {
+    ++end;
+  }
+  return end;
+}
+
+std::size_t ComplexTokenizer::FindFinerTokenEnd(std::size_t begin) {
+  bool const isWord = (kinds_[begin] & kBlank) == 0;
   bool mayEnd = false;
-  for (;;) {
-    auto const unit = units_[cursor_];
-    ++cursor_;
-    if (atEnd() || GetHint(cursor_ - 1) != None || IsLineEnd(units_[cursor_])) return;
-    auto const nextIsBlank = IsBlank(units_[cursor_]);
+  for (auto end = begin + 1;; ++end) {
+    auto const last = kinds_[end - 1];
+    if (end == kinds_.size() || (last & (kSoftBreak | kHyphen)) != 0) return end;
+    if ((kinds_[end] & kLineEnd) != 0) return end;
+    bool const nextIsBlank = (kinds_[end] & kBlank) != 0;
     if (breakMode_ == AnyCharacter) {
-      mayEnd |= !IsBlank(unit) || nextIsBlank == isWord;
-      if (mayEnd && IsClusterEnd(cursor_)) return;
+      mayEnd |= (last & kBlank) == 0 || nextIsBlank == isWord;
     } else {
-      if (nextIsBlank == isWord) return;
-      mayEnd |= breakMode_ == AfterPunctuation && (Classify(unit) & kPunctuation) != 0;
-      if (mayEnd && IsClusterEnd(cursor_)) return;
+      if (nextIsBlank == isWord) return end;
+      mayEnd |= (last & kPunctuation) != 0;
     }
+    if (mayEnd && IsClusterEnd(end)) return end;
   }
 }
 
-bool ComplexTokenizer::TakeLineBreak() {
-  auto const begin = cursor_;
-  if (!atEnd() && units_[cursor_] == u'\r') ++cursor_;
-  if (!atEnd() && units_[cursor_] == u'\n') ++cursor_;
-  return cursor_ > begin;
-}
-
-bool ComplexTokenizer::IsClusterEnd(std::size_t position) {
+inline bool ComplexTokenizer::IsClusterEnd(std::size_t position) {
   // Below, no character but a line end joins a neighbour.
   constexpr char16_t firstMark = 0x0300;
   if (units_[position - 1] < firstMark && units_[position] < firstMark) return true;
-  if (clusterBegins_.empty()) {
-    clusterBegins_.resize(units_.size() + 1);
-    for (int const begin : OCType::clusterBoundaries(OStringCore(units_))) {
-      clusterBegins_[static_cast<std::size_t>(begin)] = true;
-    }
+  if (!knowsClusters_) MarkClusters();
+  return (kinds_[position - 1] & kJoined) == 0;
+}
+
+void ComplexTokenizer::MarkClusters() {
+  knowsClusters_ = true;
+  std::size_t begin = 0;
+  for (int const boundary : OCType::clusterBoundaries(OStringCore(units_))) {
+    auto const end = static_cast<std::size_t>(boundary);
+    for (auto i = begin; i + 1 < end; ++i) kinds_[i] |= kJoined;
+    begin = end;
   }
-  return clusterBegins_[position];
 }
 
-std::uint32_t ComplexTokenizer::GetStyle(std::size_t position) {
-  while (styles_[styleCursor_].end <= position) ++styleCursor_;
-  return styles_[styleCursor_].styleIndex;
-}
-
-void ComplexTokenizer::AddSegments(Token& token, std::size_t begin, std::size_t end) {
+// The text from begin to end, of a line end by itself a space.
+inline void ComplexTokenizer::AddSegments(Token& token, std::size_t begin, std::size_t end) {
   std::u16string_view const units = units_;
-  auto style = GetStyle(begin);
+  while (styles_[styleCursor_].end <= begin) ++styleCursor_;
+  auto style = styles_[styleCursor_].styleIndex;
+  if (begin == end) {
+    token.segments.push_back({style, OStringCore(u" ")});
+    return;
+  }
   while (!singleStyle_ && styles_[styleCursor_].end < end) {
     auto const change = styles_[styleCursor_].end;
-    auto const following = GetStyle(change);
+    auto const following = styles_[++styleCursor_].styleIndex;
     if (following == style) continue;
     token.segments.push_back({style, OStringCore(units.substr(begin, change - begin))});
     begin = change;
@@ -184,7 +195,7 @@ void ComplexTokenizer::AddSegments(Token& token, std::size_t begin, std::size_t 
   token.segments.push_back({style, OStringCore(units.substr(begin, end - begin))});
 }
 
-std::shared_ptr<Token> ComplexTokenizer::MakeToken() {
+inline std::shared_ptr<Token> ComplexTokenizer::MakeToken() {
   if (!block_ || blockUsed_ == block_->tokens.size()) {
     block_ = std::make_shared<TokenBlock>();
     blockUsed_ = 0;

@@ -36,28 +36,23 @@ class OSTREL_API ComplexTokenizer final : public Tokenizer {
   };
   struct TokenBlock;
 
-  void ReadPlain(FormattedText const& text);
-  bool ReadHinted(FormattedText const& text);
-  void Add(char16_t unit);
-  void EndRun(std::uint32_t styleIndex);
-  TokenBreak GetHint(std::size_t position) const;
-
-  void TakeUnits(bool isWord);
-  bool TakeLineBreak();
+  void Read(FormattedText const& text);
+  bool ReadHints(FormattedText const& text);
+  std::size_t FindTokenEnd(std::size_t begin);
+  std::size_t FindFinerTokenEnd(std::size_t begin);
   bool IsClusterEnd(std::size_t position);
-  std::uint32_t GetStyle(std::size_t position);
+  void MarkClusters();
   void AddSegments(Token& token, std::size_t begin, std::size_t end);
   std::shared_ptr<Token> MakeToken();
 
   bool useBreakHints_;
   std::u16string units_;
+  // What each unit is to a tokenizer, and what follows it.
+  std::vector<std::uint8_t> kinds_;
   std::vector<StyleRange> styles_;
-  // What follows each unit; empty without hints.
-  std::vector<TokenBreak> hints_;
+  bool knowsClusters_ = false;
   std::size_t cursor_ = 0;
   std::size_t styleCursor_ = 0;
-  // Whether a cluster begins at each position; empty until it has to be known.
-  std::vector<bool> clusterBegins_;
   // Tokens are made many at a time.
   std::shared_ptr<TokenBlock> block_;
   std::size_t blockUsed_ = 0;

@@ -77,10 +77,6 @@ void Composer::SetInsets(float left, float right, float extraLeft) noexcept {
   extraLeft_ = extraLeft;
 }
 
-bool Composer::Exceeds(double length, double limit) const noexcept {
-  return static_cast<float>(length) - static_cast<float>(limit) > tolerance_;
-}
-
 std::vector<ComposedTextRun>& Composer::ComposeRuns(FormattedText const& text, Size const& size,
                                                     Composed& result) {
   runs_.clear();

@@ -85,7 +85,9 @@ class OSTREL_API Composer {
   friend class LineGatherer;
   struct Layout;
 
-  bool Exceeds(double length, double limit) const noexcept;
+  bool Exceeds(double length, double limit) const noexcept {
+    return static_cast<float>(length) - static_cast<float>(limit) > tolerance_;
+  }
   std::size_t FindFittingLength(std::uint32_t style, OStringCore const& text, double begin, double limit);
   void ReadTokens(Tokenizer& tokenizer);
   void ComposePasses(Layout& layout, FormattedText const& text);

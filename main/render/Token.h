@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <utility>
 #include <vector>
 
 #include "ostrelsys/OStringCore.h"
@@ -28,7 +29,11 @@ struct TokenSegment {
 // The segments of a token in their order. Nearly every token has one, which takes no memory of its own.
 class OSTREL_API TokenSegments {
  public:
-  void push_back(TokenSegment segment);
+  void push_back(TokenSegment&& segment) {
+    if (hasFirst_) return Grow(std::move(segment));
+    first_ = std::move(segment);
+    hasFirst_ = true;
+  }
 
   std::size_t size() const noexcept { return more_.empty() ? (hasFirst_ ? 1 : 0) : more_.size(); }
   bool empty() const noexcept { return size() == 0; }
@@ -44,6 +49,8 @@ class OSTREL_API TokenSegments {
   TokenSegment const& back() const noexcept { return begin()[size() - 1]; }
 
  private:
+  void Grow(TokenSegment&& segment);
+
   // From the second segment on, all of them stand in more_.
   TokenSegment first_;
   std::vector<TokenSegment> more_;

@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <unicode/uchar.h>
 
 #include <climits>
 #include <random>
@@ -34,6 +35,10 @@ TEST(OCType, PunctuationIsThatOfUnicodeWithoutSymbols) {
   for (char32_t const c :
        {0xA0, 0xA9, 0xB1, 0xD7, 0xE9, 0x20AC, 0x2192, 0x4E00, 0xD800, 0xDFFF, 0x1F600, 0x110000}) {
     EXPECT_FALSE(OCType::isPunct(c)) << std::hex << static_cast<unsigned>(c);
+  }
+  for (char32_t c = 0; c < 0x110000; ++c) {
+    bool const isPunctuation = (U_GET_GC_MASK(static_cast<UChar32>(c)) & U_GC_P_MASK) != 0;
+    ASSERT_EQ(OCType::isPunct(c), isPunctuation) << std::hex << static_cast<unsigned>(c);
   }
   EXPECT_TRUE(OCType::isPunct(u'\u2014'));
   EXPECT_FALSE(OCType::isPunct(-1));
