@@ -22,6 +22,12 @@ int GetModeCode(ort::core::IStoreTuple const& range);
 ort::core::StoreType GetFieldType(ort::core::IStoreTuple const& range);
 bool IsLog(ort::core::IStoreTuple const& range);
 
+// Whether a mode takes an end as it is instead of from the data: 3 and 10 both, 4, 6 and 7 the minimum, 5, 8
+// and 9 the maximum.
+constexpr bool FixesBoth(int mode) { return mode == 3 || mode == 10; }
+constexpr bool FixesMinimum(int mode) { return FixesBoth(mode) || mode == 4 || mode == 6 || mode == 7; }
+constexpr bool FixesMaximum(int mode) { return FixesBoth(mode) || mode == 5 || mode == 8 || mode == 9; }
+
 struct Ends {
   Value minimum;
   Value maximum;

@@ -21,12 +21,10 @@ Value ExtendPointRanges(Value const& range) {
 Value ClearRanges(Value const& range) {
   IStoreTuple const& tuple = RangeUtilities::GetTuple(range);
   int const mode = RangeUtilities::GetModeCode(tuple);
-  if (mode == 3 || mode == 10) return range;
-  bool const keepsMaximum = mode == 5 || mode == 8 || mode == 9;
-  bool const keepsMinimum = mode == 4 || mode == 6 || mode == 7;
+  if (RangeUtilities::FixesBoth(mode)) return range;
   Ends ends = RangeUtilities::GetEnds(tuple);
-  if (!keepsMinimum) ends.minimum = RangeUtilities::ClearEnd(ends.minimum);
-  if (!keepsMaximum) ends.maximum = RangeUtilities::ClearEnd(ends.maximum);
+  if (!RangeUtilities::FixesMinimum(mode)) ends.minimum = RangeUtilities::ClearEnd(ends.minimum);
+  if (!RangeUtilities::FixesMaximum(mode)) ends.maximum = RangeUtilities::ClearEnd(ends.maximum);
   return RangeUtilities::MakeRange(ends, tuple);
 }
 

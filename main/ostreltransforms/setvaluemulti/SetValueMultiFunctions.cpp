@@ -10,6 +10,7 @@
 #include "ostreltransforms/setvaluemulti/ColumnFunctions.h"
 #include "ostreltransforms/setvaluemulti/MapRows.h"
 #include "ostreltransforms/setvaluemulti/MarkRows.h"
+#include "ostreltransforms/setvaluemulti/RangeRows.h"
 #include "ostreltransforms/setvaluemulti/SubscriptedCall.h"
 #include "ostreltransforms/setvaluemulti/TickFunctions.h"
 
@@ -73,6 +74,18 @@ constexpr Row kRows[] = {
                     R"({"Array": {"type": "Tuple", "values": [{"Tuple": [{"Int64": 0}, {"Int64": 10}]}]}}, )"
                     R"({"Array": {"type": "Bool", "values": [false]}}, )"
                     R"({"Array": {"type": "Int32", "values": [0, 0, 1]}}, {"Bool": true}])"}),
+    kExtendRangeColumn,
+    kExtendRangeWithOverflow,
+    kCalcPixelOverflow,
+    kCalcReflineOverflow,
+    kExtendXRangesByDegree,
+    kExtendYRangesByDegree,
+    kZeroAlignFoldedAxes,
+    kSyncFoldedAxes,
+    kAdjustAxesForLockedScales,
+    kAdjustDomainForStepping,
+    kRangeUnitsPerPixel,
+    kResolveMinMaxDataTypeMismatch,
     Multinary<CalcLogTicks>(
         {.name = TransformNames::CALC_LOG_TICKS,
          .inputs = {{"minimum", StoreType::Real64},
