@@ -193,11 +193,9 @@ TEST(ComplexTokenizer, TakesBreakHintsOfTheHost) {
       {"a-b", "a||-b", "a-b"},
   };
   for (auto const& [text, marked, tokens] : cases) {
-    TransformWith([&](std::string const&) {
-      std::string result = marked;
-      std::ranges::replace(result, '|', '\f');
-      return result;
-    });
+    std::string result = marked;
+    std::ranges::replace(result, '|', '\f');
+    TransformWith([&result](std::string const&) { return result; });
     ComplexTokenizer tokenizer(Texts::Make(text), true);
     EXPECT_TRUE(tokenizer.usesBreakHints());
     EXPECT_EQ(Describe(tokenizer), tokens) << text << " as " << marked;
