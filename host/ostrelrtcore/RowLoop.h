@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <type_traits>
 
 #include "ostrelrtcore/Export.h"
@@ -24,6 +25,13 @@ void RunRowsBaseline(std::size_t count, Row const& row) {
   Row const local = row;
   for (std::size_t i = 0; i < count; ++i) local(i);
 }
+template <class Row>
+bool AnyRowBaseline(std::size_t count, Row const& row) {
+  Row const local = row;
+  std::uint64_t bits = 0;
+  for (std::size_t i = 0; i < count; ++i) bits |= local(i);
+  return bits != 0;
+}
 
 #if defined(__x86_64__)
 #if defined(__clang__)
@@ -37,6 +45,22 @@ template <class Row>
 __attribute__((target("avx2"))) void RunRowsAvx2(std::size_t count, Row const& row) {
   Row const local = row;
   for (std::size_t i = 0; i < count; ++i) local(i);
+}
+
+template <class Row>
+__attribute__((target("avx2"))) bool AnyRowAvx2(std::size_t count, Row const& row) {
+  Row const local = row;
+  std::uint64_t bits = 0;
+  for (std::size_t i = 0; i < count; ++i) bits |= local(i);
+  return bits != 0;
+}
+
+template <class Row>
+ORT_TARGET_AVX512 bool AnyRowAvx512(std::size_t count, Row const& row) {
+  Row const local = row;
+  std::uint64_t bits = 0;
+  for (std::size_t i = 0; i < count; ++i) bits |= local(i);
+  return bits != 0;
 }
 
 template <class Row>
@@ -63,6 +87,23 @@ void RunRows(std::size_t count, Row const& row) {
   }
 #endif
   detail::RunRowsBaseline(count, row);
+}
+
+/// Whether row(i), which gives a std::uint64_t, is other than 0 for some i = 0 ... count - 1. All rows are
+/// asked, at every vector level.
+template <class Row>
+bool AnyRow(std::size_t count, Row const& row) {
+#if defined(__x86_64__)
+  switch (GetVectorLevel()) {
+    case VectorLevel::Avx512:
+      return detail::AnyRowAvx512(count, row);
+    case VectorLevel::Avx2:
+      return detail::AnyRowAvx2(count, row);
+    case VectorLevel::Baseline:
+      break;
+  }
+#endif
+  return detail::AnyRowBaseline(count, row);
 }
 
 /// An operation as a row loop holds it. Where Apply changes nothing it is a copy, so that it too need not be

@@ -73,6 +73,15 @@ inline constexpr double kLn2Low = 1.90821492927058770002e-10;
   return result + std::bit_cast<double>(beyond);
 }
 
+// Bits where a number is none of those that LogarithmOfNormal takes as they are: positive, normal and finite.
+[[gnu::always_inline]] inline std::uint64_t BitsUnlessNormal(double x) {
+  constexpr std::uint64_t smallest = 0x0010'0000'0000'0000;
+  constexpr std::uint64_t infinity = 0x7FF0'0000'0000'0000;
+  std::uint64_t const bits = std::bit_cast<std::uint64_t>(x);
+  // Wraps around below the smallest one; the sign bit of either difference tells.
+  return ((bits - smallest) | (infinity - 1 - bits)) >> 63;
+}
+
 // The same with branches, for processors whose vector instructions cannot serve.
 inline double NaturalLogarithmByBranches(double x) {
   if (!(x < std::numeric_limits<double>::infinity())) return x + x;

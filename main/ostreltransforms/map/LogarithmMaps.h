@@ -60,6 +60,41 @@ void ApplyBlockwise(std::span<In const> input, std::span<ort::core::SpecialKind 
   }
 }
 
+// Blocks of ordinary rows with positive, normal, finite numbers, the usual ones, need no care at all.
+template <class In>
+void LnBlockwise(std::span<In const> input, std::span<ort::core::SpecialKind const> inputKinds,
+                 std::span<double> output, std::span<ort::core::SpecialKind> outputKinds) {
+  using ort::core::SpecialKind;
+  constexpr std::size_t blockRows = 1024;
+  for (std::size_t first = 0; first < input.size(); first += blockRows) {
+    std::size_t const count = std::min(blockRows, input.size() - first);
+    In const* const in = input.data() + first;
+    SpecialKind const* const kinds = inputKinds.data() + first;
+    bool const isUnusual =
+        ort::core::AnyRow(
+            count, [in](std::size_t i)
+                       __attribute__((always_inline)) { return BitsUnlessNormal(ToReal64(in[i])); }) ||
+        ort::core::AnyRow(
+            count, [kinds](std::size_t i)
+                       __attribute__((always_inline)) { return static_cast<std::uint64_t>(kinds[i]); });
+    if (isUnusual) {
+      ApplyBlockwise(
+          input.subspan(first, count), inputKinds.subspan(first, count), output.subspan(first, count),
+          outputKinds.subspan(first, count),
+          [](In x) __attribute__((always_inline)) { return NaturalLogarithm(ToReal64(x)); },
+          [](double ln) __attribute__((always_inline)) {
+            return static_cast<int>(ln == -std::numeric_limits<double>::infinity());
+          });
+      continue;
+    }
+    double* const out = output.data() + first;
+    ort::core::RunRows(
+        count, [ in, out ](std::size_t i)
+                   __attribute__((always_inline)) { out[i] = LogarithmOfNormal(ToReal64(in[i]), 0.0); });
+    std::fill_n(outputKinds.data() + first, count, SpecialKind::None);
+  }
+}
+
 template <class In>
 struct LnOperation {
   std::pair<double, ort::core::SpecialKind> Apply(In x, ort::core::SpecialKind kind) const {
@@ -72,12 +107,7 @@ struct LnOperation {
         std::tie(output[row], outputKinds[row]) = Apply(input[row], inputKinds[row]);
       return;
     }
-    ApplyBlockwise(
-        input, inputKinds, output, outputKinds,
-        [](In x) __attribute__((always_inline)) { return NaturalLogarithm(ToReal64(x)); },
-        [](double ln) __attribute__((always_inline)) {
-          return static_cast<int>(ln == -std::numeric_limits<double>::infinity());
-        });
+    LnBlockwise<In>(input, inputKinds, output, outputKinds);
   }
 };
 
