@@ -2,6 +2,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <cmath>
 #include <random>
 
 #include "ostrelrtcore/Factory.h"
@@ -54,14 +55,37 @@ void ComputeAxisExtents(benchmark::State& state) {
 }
 BENCHMARK(ComputeAxisExtents)->Args({1'000'000, 4})->Args({1'000'000, 1000})->Args({1000, 4});
 
-void Accumulate(benchmark::State& state) {
+template <class T>
+Value MakeNumbers(std::int64_t count) {
   std::mt19937 random(1);
-  Call(state, TransformNames::ACCUMULATE,
-       {MakeColumn<double>(StoreTypeInfo::Real64, state.range(0),
-                           [&] { return static_cast<double>(random()); })},
-       state.range(0));
+  StoreTypeInfo const type(ElementTraits<T>::kStoreType, false);
+  return MakeColumn<T>(type, count, [&] { return static_cast<T>(random()); });
 }
-BENCHMARK(Accumulate)->Arg(1'000'000);
+
+template <class T>
+void Accumulate(benchmark::State& state) {
+  Call(state, TransformNames::ACCUMULATE, {MakeNumbers<T>(state.range(0))}, state.range(0));
+  state.SetBytesProcessed(state.iterations() * state.range(0) * static_cast<std::int64_t>(sizeof(T)));
+}
+BENCHMARK(Accumulate<int64>)->Arg(1'000'000)->Arg(10'000'000);
+BENCHMARK(Accumulate<double>)->Arg(1'000'000)->Arg(10'000'000);
+
+// What the sums are to be compared with: reals are added in order, integers wrap.
+template <class T>
+void PlainSum(benchmark::State& state) {
+  Value const column = MakeNumbers<T>(state.range(0));
+  using Sum = std::conditional_t<std::is_integral_v<T>, std::uint64_t, T>;
+  auto const rows = column->AsTypedArray<Sum>().GetValues();
+  for (auto _ : state) {
+    Sum sum = 0;
+    for (Sum const row : rows) sum += row;
+    benchmark::DoNotOptimize(sum);
+  }
+  state.SetItemsProcessed(state.iterations() * state.range(0));
+  state.SetBytesProcessed(state.iterations() * state.range(0) * static_cast<std::int64_t>(sizeof(T)));
+}
+BENCHMARK(PlainSum<int64>)->Arg(1'000'000)->Arg(10'000'000);
+BENCHMARK(PlainSum<double>)->Arg(1'000'000)->Arg(10'000'000);
 
 void GreatestReal(benchmark::State& state) {
   std::mt19937 random(1);
@@ -84,6 +108,47 @@ void HoursDifference(benchmark::State& state) {
   Call(state, TransformNames::HOURS_DIFFERENCE, {MakeNoon(), MakeNoon()}, 1);
 }
 BENCHMARK(HoursDifference);
+
+// A function by itself, with the making of its result and without the engine's look-up.
+void Apply(benchmark::State& state, wchar_t const* name, std::vector<Value> const& inputs,
+           Value const& expected) {
+  auto const functor = GetRegistry().GetMultinaryFunctions().Find(OStringCore(name)).at(0).GetFactory()();
+  auto& function = dynamic_cast<IMultinaryFunctor&>(*functor);
+  if (!function.Apply(inputs)->Equals(*expected)) return state.SkipWithError("wrong answer");
+  for (auto _ : state) benchmark::DoNotOptimize(function.Apply(inputs));
+}
+
+void StartOfWeekAlone(benchmark::State& state) {
+  Apply(state, TransformNames::START_OF_PERIOD,
+        {factory::MakeInt32(3), MakeNoon(), factory::MakeInt32(1), factory::MakeInt32(1)},
+        factory::MakeDateTime(OrtDateTime(2020, 3, 1)));
+}
+BENCHMARK(StartOfWeekAlone);
+
+void FiscalQuarterAlone(benchmark::State& state) {
+  Apply(state, TransformNames::START_OF_PERIOD,
+        {factory::MakeInt32(1), MakeNoon(), factory::MakeInt32(4), factory::MakeInt32(1)},
+        factory::MakeDateTime(OrtDateTime(2020, 1, 1)));
+}
+BENCHMARK(FiscalQuarterAlone);
+
+void HoursDifferenceAlone(benchmark::State& state) {
+  Value const before = factory::MakeDateTime(OrtDateTime(2020, 2, 28, 13));
+  Apply(state, TransformNames::HOURS_DIFFERENCE, {MakeNoon(), before}, factory::MakeInt64(47));
+}
+BENCHMARK(HoursDifferenceAlone);
+
+// Without a length no label is measured.
+void LogTicksOfNineDecades(benchmark::State& state) {
+  std::vector<double> positions;
+  for (double power = 1; power < 5e9; power *= 10) positions.push_back(std::log10(power) / std::log10(1e9));
+  Value const nothing = factory::MakeTuple(std::vector<Value>{});
+  Apply(state, TransformNames::CALC_LOG_TICKS,
+        {factory::MakeReal64(1), factory::MakeReal64(1e9), factory::MakeInt32(0), factory::MakeBool(true),
+         factory::MakeInt32(4), nothing, nothing, factory::MakeReal64(1), factory::MakeReal64(10)},
+        factory::MakeArray(StoreTypeInfo::Real64, std::make_unique<std::vector<double>>(positions)));
+}
+BENCHMARK(LogTicksOfNineDecades);
 
 void AreRowsDistinct(benchmark::State& state) {
   int row = 0;

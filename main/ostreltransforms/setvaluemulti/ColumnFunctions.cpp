@@ -1,5 +1,6 @@
 #include "ostreltransforms/setvaluemulti/ColumnFunctions.h"
 
+#include <algorithm>
 #include <optional>
 #include <type_traits>
 
@@ -20,10 +21,14 @@ template <class T, class Visit>
 void ForEachOrdinaryRow(ColumnView const& column, Visit const& visit) {
   if (column.GetUniformSpecialKind() != SpecialKind::None) return;
   auto const* const elements = static_cast<T const*>(column.GetFirstElement());
-  int const stride = column.IsConstant() ? 0 : 1;
   int row = 0;
   auto const visitTo = [&](int end) {
-    for (; row < end; ++row) visit(elements[row * stride]);
+    if (column.IsConstant()) {
+      for (int i = row; i < end; ++i) visit(*elements);
+    } else {
+      std::for_each(elements + row, elements + end, visit);
+    }
+    row = end;
   };
   for (int const special : column.GetSpecialRows()) {
     visitTo(special);

@@ -71,12 +71,12 @@ bool CanMatter(Item const& item, double scale, double length) {
          item.after > std::min(rest * scale, rest * length);
 }
 
-// Finds the room for `count` items, which `make(row)` makes. Most marks can't matter while the range keeps
-// half the pane, so that a short list nearly always does.
+// Finds the room for `count` items, which `make(row)` makes. Only few marks can matter while the range keeps
+// most of the pane, so that a short list nearly always does.
 template <class Make>
 Room FindRoom(std::size_t count, double length, Make const& make) {
   Room room;
-  for (double const scale : {length * 0.5, 0.0}) {
+  for (double const scale : {length * 0.75, 0.0}) {
     std::vector<Item> items;
     for (std::size_t row = 0; row < count; ++row) {
       Item const item = make(row);
