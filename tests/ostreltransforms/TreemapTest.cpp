@@ -187,7 +187,7 @@ TEST_F(TreemapFunction, ChildrenTileWhatStripAndMarginLeave) {
         auto const level = std::min<std::size_t>(static_cast<std::size_t>(treemap.levels[row]), 2);
         room = treemap.nodes[row];
         double const middle = room.left + room.GetWidth() / 2, padding = paddings[level];
-        if (headers[level] + 2 * padding < room.GetHeight()) {
+        if (2 * headers[level] <= room.GetHeight()) {
           EXPECT_EQ(treemap.headers[row], headers[level]);
         } else {
           EXPECT_EQ(treemap.headers[row], 0);

@@ -167,8 +167,13 @@ std::vector<Encoding> ReadEncodings(std::vector<JsonValue> const& objects) {
   if (objects.empty()) return encodings;
   JsonObjectReader reader(objects.back());
   for (auto const& parts : kChannels) {
-    reader.On(parts.name,
-              [&](JsonValue const& channel) { encodings.push_back(ReadEncoding(channel, parts)); });
+    reader.On(parts.name, [&](JsonValue const& channel) {
+      if (parts.channel == Channel::Detail && channel.Get().is_array()) {
+        for (auto const& field : channel.ReadArray()) encodings.push_back(ReadEncoding(field, parts));
+        return;
+      }
+      encodings.push_back(ReadEncoding(channel, parts));
+    });
   }
   for (auto const* offset : {"xOffset", "yOffset"}) {
     reader.Refuse(offset, "is not supported; place the rows by x and y");

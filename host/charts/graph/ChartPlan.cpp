@@ -42,6 +42,7 @@ LayerUses CollectUses(PanePlan& pane, Channel channel) {
     auto const number = static_cast<int>(&layer - pane.layers.data()) + 1;
     for (Encoding const& encoding : layer.spec->encodings) {
       if (encoding.channel != channel || encoding.field.empty()) continue;
+      if (channel == Channel::Size && !GetDefinition(layer.spec->mark).scalesSize) continue;
       found.uses.push_back(
           {&encoding, layer.rows.get(), pane.layers.size() == 1 ? "" : fmt::format(" of layer {}", number)});
       found.layers.push_back(&layer);

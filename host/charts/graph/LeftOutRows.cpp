@@ -51,6 +51,7 @@ std::vector<std::string> DescribeLayer(LayerPlan const& layer, Results const& re
                                       missing, rows, Wanted(*channel.encoding), channel.encoding->field));
     }
   }
+  layer.mark->DescribeLeftOut(results, sentences);
   return sentences;
 }
 

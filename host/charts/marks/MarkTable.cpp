@@ -12,6 +12,7 @@ std::span<MarkDefinition const> GetMarkTable() {
       DefineCircle(),
       DefineSquare(),
       DefineLine(),
+      DefineTreemap(),
   };
   return table;
 }

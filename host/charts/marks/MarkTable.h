@@ -29,6 +29,8 @@ struct MarkDefinition {
   LegendSample sample = LegendSample::Symbol;
   /// What becomes of a row that a scale can't place.
   char const* gap = "not drawn";
+  /// Channel size has a scale and a legend; otherwise the mark reads the field's numbers.
+  bool scalesSize = true;
 };
 
 /// All marks, in the order in which messages list them.

@@ -9,5 +9,6 @@ MarkDefinition DefinePoint();
 MarkDefinition DefineCircle();
 MarkDefinition DefineSquare();
 MarkDefinition DefineLine();
+MarkDefinition DefineTreemap();
 
 }  // namespace ostrel::charts

@@ -122,8 +122,8 @@ inline constexpr Row kComputeTreemapNodesLayout = Multinary<ComputeTreemapNodesL
 The result holds columns with a row a node: `x`, `y`, `x1`, `y1` (left, top, right and bottom edge in pixels),
 `header_height`, `size` (a leaf's own, else the sum of its leaves') and `level` (0 for the outermost). The children
 of a node fill what strip and margin leave, with areas in proportion to their sizes, largest first, equal
-ones by row; neighbours share a coordinate to the last bit. A strip that would leave no height for children is
-left out. Nodes of size 0 are empty at the bottom right corner. Bounds and amounts that are not finite or below 0
+ones by row; neighbours share a coordinate to the last bit. A strip of more than half a node's height is left
+out. Nodes of size 0 are empty at the bottom right corner. Bounds and amounts that are not finite or below 0
 count as 0. A parent's row at or past the end and nodes that are their own ancestors throw 55, columns of different
 lengths 259. After M. Bruls, K. Huizing, J. J. van Wijk, "Squarified Treemaps", 2000.)",
      .example =

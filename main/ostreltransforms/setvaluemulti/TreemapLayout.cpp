@@ -143,7 +143,7 @@ class Layout {
     Rectangle room{nodes_.left[row], nodes_.top[row], nodes_.right[row], nodes_.bottom[row]};
     double const padding = GetAmount(frame_.paddings, level);
     double const header = GetAmount(frame_.headers, level);
-    if (header + 2 * padding < room.bottom - room.top) {
+    if (2 * header <= room.bottom - room.top) {
       nodes_.headerHeights[row] = header;
       room.top += header;
     }

@@ -29,9 +29,9 @@ struct Nodes {
 ///
 /// The children of a node fill what its strip and margin leave of it: side by side, largest first, of equal
 /// ones the earlier row first, their areas in proportion to their sizes; two neighbours share one coordinate
-/// to the last bit. A strip that would leave no height for children is left out, and a margin of more than
-/// half the width or height ends in the middle. Nodes of size 0 are empty at the bottom right corner of what
-/// holds them, and in an empty rectangle all nodes are.
+/// to the last bit. A strip of more than half a node's height is left out, and a margin of more than half the
+/// width or height ends in the middle. Nodes of size 0 are empty at the bottom right corner of what holds
+/// them, and in an empty rectangle all nodes are.
 ///
 /// Takes the time of sorting each node's children; depth costs nothing. Throws 55 for a parent's row at or
 /// past the end and for nodes that are their own ancestors, naming a row.

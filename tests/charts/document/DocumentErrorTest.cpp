@@ -238,7 +238,7 @@ TEST(DocumentErrors, Marks) {
       {R"("circle", "encoding": {"shape": {"field": "a"}})",
        "$.encoding.shape: is for the mark point only; leave it out"},
       {R"("line", "encoding": {"size": {"field": "a", "type": "quantitative"}})",
-       "$.encoding.size: is for the marks point, circle and square only; leave it out"},
+       "$.encoding.size: is for the marks point, circle, square and treemap only; leave it out"},
   });
 }
 
@@ -270,8 +270,9 @@ TEST(DocumentErrors, Channels) {
       {R"("x": {})", "$.encoding.x: expects a field or a value"},
       {R"("x": null)", "$.encoding.x: expects an object, not null"},
       {R"("detail": {})", "$.encoding.detail: expects a field"},
-      {R"("detail": [{"field": "a"}])",
-       "$.encoding.detail: several fields are not supported; give one object with a field"},
+      {R"("detail": [{"field": "a"}, {}])", "$.encoding.detail[1]: expects a field"},
+      {R"("color": [{"field": "a"}])",
+       "$.encoding.color: several fields are not supported; give one object with a field"},
       {R"("detail": {"value": 1})", "$.encoding.detail.value: a constant has no effect here; use a field"},
       {R"("x": {"field": "a", "type": "quant"})",
        "$.encoding.x.type: \"quant\" is not supported; use one of quantitative, temporal, ordinal, nominal"},

@@ -1,0 +1,168 @@
+#include <fmt/format.h>
+
+#include <cmath>
+
+#include "charts/marks/Marks.h"
+#include "charts/marks/TileLabel.h"
+#include "charts/marks/TreemapNodes.h"
+
+// The mark treemap: nested rectangles whose areas are in proportion to the sizes of rows, with a labelled
+// strip at the top of each group.
+namespace ostrel::charts {
+namespace {
+
+using ort::core::OrtColor;
+using ort::core::RIndirectString;
+
+OrtColor const kGroupColor(static_cast<int>(0xFFE6E6E6));
+OrtColor const kBorderColor(static_cast<int>(0xFFFFFFFF));
+constexpr double kBorderWidth = 1;
+constexpr double kHeaderFontSize = 11;
+
+// The columns of evaluated tiles.
+class Tiles {
+ public:
+  Tiles(TreemapTiles const& tiles, Results const& results)
+      : left_(Read(results, tiles.left)),
+        top_(Read(results, tiles.top)),
+        right_(Read(results, tiles.right)),
+        bottom_(Read(results, tiles.bottom)),
+        labels_(tiles.label < 0 ? nullptr : &results[tiles.label]->AsTypedArray<RIndirectString>()) {}
+
+  int GetCount() const { return static_cast<int>(left_.size()); }
+  Rect GetRect(int row) const {
+    auto const at = static_cast<std::size_t>(row);
+    return {left_[at], top_[at], right_[at] - left_[at], bottom_[at] - top_[at]};
+  }
+  // Empty where there is none.
+  std::string GetLabel(int row) const {
+    if (labels_ == nullptr || labels_->IsSpecial(row)) return {};
+    return labels_->GetElement(row).Get().toUtf8();
+  }
+
+ private:
+  static std::span<double const> Read(Results const& results, NodeId node) {
+    return results[node]->AsTypedArray<double>().GetValues();
+  }
+
+  std::span<double const> left_, top_, right_, bottom_;
+  ort::core::ITypedArray<RIndirectString> const* labels_;
+};
+
+RectMarks MakeRects(TreemapTiles const& tiles, Results const& results) {
+  RectMarks rects;
+  rects.x = results[tiles.left];
+  rects.x2 = results[tiles.right];
+  rects.y = results[tiles.top];
+  rects.y2 = results[tiles.bottom];
+  return rects;
+}
+
+class TreemapPlan final : public MarkPlan {
+ public:
+  explicit TreemapPlan(MarkContext& context)
+      : nodes_(PlanTreemapNodes(context)),
+        look_(context.GetLook()),
+        rowCount_(context.GetRows().GetRowCount()) {
+    MarkSpec const& mark = context.GetMark();
+    ChartDocument const& document = context.GetCompilation().document;
+    border_ = {mark.stroke.empty() ? kBorderColor : ReadColor(document, mark.path, mark.stroke),
+               mark.strokeWidth.value_or(kBorderWidth),
+               {}};
+    if (Encoding const* const size = context.GetSpec().Find(Channel::Size)) sizeField_ = size->field;
+    for (NodeId const node : ListNodes()) {
+      if (node >= 0) context.GetGraph().Keep(node);
+    }
+  }
+
+  void Build(MarkScene const& scene) const override {
+    Results const& results = scene.results;
+    if (nodes_.groups.left >= 0) {
+      RectMarks groups = MakeRects(nodes_.groups, results);
+      groups.color = {kGroupColor, nullptr};
+      groups.opacity = {1, nullptr};
+      groups.stroke = border_;
+      scene.group.nodes.emplace_back(std::move(groups));
+    }
+    RectMarks leaves = MakeRects(nodes_.leaves, results);
+    leaves.color = {look_.color, nodes_.color < 0 ? nullptr : results[nodes_.color]};
+    leaves.opacity = {look_.opacity, nodes_.opacity < 0 ? nullptr : results[nodes_.opacity]};
+    leaves.stroke = border_;
+    scene.group.nodes.emplace_back(std::move(leaves));
+    if (nodes_.groups.left >= 0) LabelGroups(scene);
+    LabelLeaves(scene);
+  }
+
+  void DescribeLeftOut(Results const& results, std::vector<std::string>& sentences) const override {
+    if (nodes_.hasSize < 0) return;
+    auto const& hasSize = results[nodes_.hasSize]->AsTypedArray<bool>();
+    int missing = 0;
+    for (int row = 0; row < hasSize.GetCount(); ++row) {
+      if (hasSize.IsSpecial(row) || !hasSize.GetElement(row)) ++missing;
+    }
+    if (missing == 0) return;
+    sentences.push_back(fmt::format("{} of {} rows have no number above 0 in '{}' for an area; not drawn",
+                                    missing, rowCount_, sizeField_));
+  }
+
+ private:
+  std::vector<NodeId> ListNodes() const {
+    std::vector<NodeId> nodes = {nodes_.headerHeights, nodes_.hasSize, nodes_.color, nodes_.opacity};
+    for (TreemapTiles const* const tiles : {&nodes_.leaves, &nodes_.groups}) {
+      for (NodeId const node : {tiles->left, tiles->top, tiles->right, tiles->bottom, tiles->label})
+        nodes.push_back(node);
+    }
+    return nodes;
+  }
+
+  void LabelGroups(MarkScene const& scene) const {
+    Tiles const groups(nodes_.groups, scene.results);
+    auto const& heights = scene.results[nodes_.headerHeights]->AsTypedArray<double>();
+    TextMark style;
+    style.font = scene.setter.MakeFont(kHeaderFontSize, true);
+    style.color = GuideStyle::TextColor();
+    for (int row = 0; row < groups.GetCount(); ++row) {
+      Rect strip = groups.GetRect(row);
+      strip.height = heights.GetElement(row);
+      AddTileLabel(scene, groups.GetLabel(row), strip, style);
+    }
+  }
+
+  void LabelLeaves(MarkScene const& scene) const {
+    Tiles const leaves(nodes_.leaves, scene.results);
+    auto const* const colors =
+        nodes_.color < 0 ? nullptr : &scene.results[nodes_.color]->AsTypedArray<OrtColor>();
+    TextMark style;
+    style.font = scene.setter.MakeFont(GuideStyle::kLabelFontSize);
+    for (int row = 0; row < leaves.GetCount(); ++row) {
+      style.color = ChooseTextColor(colors == nullptr ? look_.color : colors->GetElement(row));
+      Rect line = leaves.GetRect(row);
+      line.height = std::min(line.height, kLeafLineHeight);
+      AddTileLabel(scene, leaves.GetLabel(row), line, style);
+    }
+  }
+
+  static constexpr double kLeafLineHeight = 18;
+
+  TreemapNodes nodes_;
+  MarkLook look_;
+  Stroke border_;
+  int rowCount_;
+  std::string sizeField_;
+};
+
+std::unique_ptr<MarkPlan> Plan(MarkContext& context) { return std::make_unique<TreemapPlan>(context); }
+
+}  // namespace
+
+MarkDefinition DefineTreemap() {
+  return {.name = "treemap",
+          .properties = {"fill", "stroke", "strokeWidth"},
+          .channels = {Channel::Size, Channel::Color, Channel::Opacity, Channel::Detail},
+          .plan = Plan,
+          .isFilled = true,
+          .shape = SymbolShape::Square,
+          .scalesSize = false};
+}
+
+}  // namespace ostrel::charts
