@@ -14,6 +14,8 @@ constexpr std::size_t kMostClasses = 128, kWordsForClass = 8;
 constexpr double kStepsForDoubling = 16;
 // Cells of a map for the width or height of a usual word, and at most across the bounds.
 constexpr double kCellsForWord = 8, kMostCellsAcross = 1024;
+// Few words are looked through faster than a map is made.
+constexpr std::size_t kFewestWords = 16;
 // A word so many times as large as the bounds leaves nothing to look for.
 constexpr double kMostTimesBounds = 4;
 constexpr std::size_t kMostBytes = std::size_t{64} << 20;
@@ -31,8 +33,9 @@ double FindMiddle(std::vector<double> values) {
 }
 
 double FindCellSize(std::vector<double> const& sizes, double bound, double bounds) {
+  double const most = std::min(kMostCellsAcross, 64 * std::sqrt(static_cast<double>(sizes.size())));
   // The last keeps all positions of the spiral within what a map takes.
-  return std::max({FindMiddle(sizes) / kCellsForWord, bound / kMostCellsAcross, bounds * 0x1p-20});
+  return std::max({FindMiddle(sizes) / kCellsForWord, bound / most, bounds * 0x1p-20});
 }
 
 }  // namespace
@@ -59,7 +62,7 @@ void SizeClasses::Divide() {
     widths.push_back(words_.widths[i]);
     heights.push_back(words_.heights[i]);
   }
-  if (usable.empty()) return;
+  if (usable.size() < kFewestWords) return;
   double const sum = bounds_.width + bounds_.height;
   scale_ = {1 / FindCellSize(widths, bounds_.width, sum), 1 / FindCellSize(heights, bounds_.height, sum)};
   if (!std::isfinite(scale_.x) || !std::isfinite(scale_.y)) return;
