@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "ostrelrtcore/RIndirectString.h"
 #include "ostrelsys/OStringCore.h"
 #include "ostreltransforms/Export.h"
 
@@ -83,11 +84,15 @@ class OSTREL_API ComposedText final : public Composed {
  public:
   // In reading order.
   std::vector<ComposedTextRun> const& GetRuns() const noexcept { return runs_; }
+  // The runs' texts as elements of string columns; empty when they were not made (see CachedComposer).
+  std::vector<ort::core::RIndirectString> const& GetStrings() const noexcept { return strings_; }
 
  private:
   friend class TextComposer;
+  friend class CachedComposer;
 
   std::vector<ComposedTextRun> runs_;
+  std::vector<ort::core::RIndirectString> strings_;
 };
 
 class OSTREL_API ComposedShapes final : public Composed {

@@ -77,6 +77,10 @@ void Composer::SetInsets(float left, float right, float extraLeft) noexcept {
   extraLeft_ = extraLeft;
 }
 
+bool Composer::HasPlainBox() const noexcept {
+  return originX_ == 0 && originY_ == 0 && leftInset_ == 0 && rightInset_ == 0 && extraLeft_ == 0;
+}
+
 std::vector<ComposedTextRun>& Composer::ComposeRuns(FormattedText const& text, Size const& size,
                                                     Composed& result) {
   runs_.clear();

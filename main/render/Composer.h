@@ -60,6 +60,8 @@ class OSTREL_API Composer {
   // What is kept free at a line's begin and end; 0 until it is set. In a box that leaves nothing between
   // them, a line aligned at its begin starts at left + extraLeft, any other at the box' edge.
   void SetInsets(float left, float right, float extraLeft = 0) noexcept;
+  // Whether neither of the two says anything but 0.
+  bool HasPlainBox() const noexcept;
 
  protected:
   struct LineMetrics {

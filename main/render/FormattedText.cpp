@@ -26,6 +26,14 @@ void FormattedText::clear() noexcept {
   singleStyle_ = true;
 }
 
+void FormattedText::assign(std::uint32_t styleIndex, OStringCore const& text) {
+  runs_.resize(1);
+  runs_.front().styleIndex = styleIndex;
+  runs_.front().text = text;
+  count_ = static_cast<std::uint32_t>(text.length());
+  singleStyle_ = true;
+}
+
 OStringCore FormattedText::GetText() const {
   if (runs_.size() == 1) return runs_.front().text;
   std::u16string text;

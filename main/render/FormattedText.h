@@ -25,6 +25,8 @@ class OSTREL_API FormattedText {
   // Throws std::length_error when the whole text would be longer than 2^31-1 units.
   void append(TextRun run);
   void clear() noexcept;
+  // One run in place of all; takes over the memory of the first.
+  void assign(std::uint32_t styleIndex, OStringCore const& text);
 
   std::vector<TextRun> const& GetRuns() const noexcept { return runs_; }
   // No runs, or none with a character.

@@ -3,10 +3,7 @@
 namespace runtime {
 
 bool RectFitTest::fits(FormattedText const& text) const {
-  if (text.IsEmpty()) return true;
-  ComposedText composed;
-  composer_->compose(text, size_, composed);
-  return composed.GetStatus() == AllPlaced;
+  return text.IsEmpty() || composer_.Compose(text)->GetStatus() == AllPlaced;
 }
 
 }  // namespace runtime

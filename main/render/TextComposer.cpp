@@ -7,7 +7,7 @@
 namespace runtime {
 
 TextComposer::TextComposer(std::shared_ptr<ort::core::StoreValue> styleTable)
-    : Composer(true, kTolerance), styles_(std::move(styleTable)) {}
+    : Composer(true, kTolerance), styles_(styleTable), styleKeys_(std::move(styleTable)) {}
 
 TextComposer::~TextComposer() = default;
 

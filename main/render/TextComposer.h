@@ -6,6 +6,7 @@
 #include "ostrelrtcore/StoreValue.h"
 #include "ostreltransforms/Callbacks.h"
 #include "render/Composer.h"
+#include "render/StyleKeys.h"
 #include "render/TextStyles.h"
 
 namespace runtime {
@@ -35,6 +36,8 @@ class OSTREL_API TextComposer final : public Composer {
   void compose(FormattedText const& text, Size const& size, ComposedText& result);
 
   TextStyles const& GetStyles() const noexcept { return styles_; }
+  // What the styles contribute to the keys of compositions.
+  StyleKeys& GetStyleKeys() noexcept { return styleKeys_; }
 
  private:
   void BeginComposition(std::uint32_t firstStyle) override;
@@ -43,6 +46,7 @@ class OSTREL_API TextComposer final : public Composer {
   LineMetrics GetMetrics(std::uint32_t style) const override;
 
   TextStyles styles_;
+  StyleKeys styleKeys_;
   std::uint32_t currentStyle_ = 0;
   // The host's, for the time of a composition.
   OstrelTransforms::TextWidthMeasurer measurer_;

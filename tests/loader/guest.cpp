@@ -1,5 +1,6 @@
 // A host's module: installs callbacks, registers all functions, places ticks on several threads, with labels
-// formatted and measured through the callbacks, and takes its callbacks back.
+// formatted and measured through the callbacks, and texts composed through the cache of compositions, which
+// lives until the plug-in is unloaded; and takes its callbacks back.
 #include <exception>
 #include <string>
 #include <thread>
@@ -32,6 +33,33 @@ int CountTicks(FunctionRegistry const& registry) {
   return Engine(registry).Call(call)->AsColumn().GetCount();
 }
 
+Value Column(StoreTypeInfo const& type, int row) { return factory::MakeConstantArray<int>(type, row, 1); }
+
+// The lines of three words in a box that is wide enough for one.
+int CountLines(FunctionRegistry const& registry) {
+  FunctionCall call;
+  call.mode = EvaluationMode::Call;
+  call.function = OStringCore(L"updateTextStyleTable");
+  factory::NamedValues columns;
+  columns.emplace(L"text_font", factory::MakeConstantArray<Value>(StoreTypeInfo::Tuple, Tuple({}), 1));
+  call.inputs = {factory::MakeTable(columns)};
+  Value const styles = Engine(registry).Call(call);
+
+  call.function = OStringCore(L"composeText");
+  RIndirectString const text(OStringCore(L"one two six"));
+  call.inputs = {Column(StoreTypeInfo::Int32, 0),
+                 Column(StoreTypeInfo::Int32, 1),
+                 factory::MakeConstantArray<RIndirectString>(StoreTypeInfo::String, text, 1),
+                 Column(StoreTypeInfo::Int32, 0),
+                 styles,
+                 factory::MakeReal64(40),
+                 factory::MakeReal64(100),
+                 factory::MakeInt32(runtime::DotsRight),
+                 factory::MakeInt32(runtime::WordWrap)};
+  Value const composed = Engine(registry).Call(call);
+  return composed->AsNamedValues().Get(OStringCore(L"text_run"))->AsColumn().GetCount();
+}
+
 void UseEverything() {
   OstrelTransforms::SetRuntimeFunctionCallbacks(
       [](double, IStoreTuple const&) { return OStringCore(L"abc"); },
@@ -41,11 +69,13 @@ void UseEverything() {
   OstrelTransforms::RegisterAllRuntimeFunctions(registry);
 
   std::vector<int> counts(4);
+  std::vector<int> lines(counts.size());
   std::vector<std::thread> threads;
-  for (int& count : counts) {
-    threads.emplace_back([&count, &registry] {
+  for (std::size_t i = 0; i < counts.size(); ++i) {
+    threads.emplace_back([&count = counts[i], &line = lines[i], &registry] {
       try {
         count = CountTicks(registry);
+        line = CountLines(registry);
       } catch (std::exception const&) {
         count = -1;
       }
@@ -56,6 +86,9 @@ void UseEverything() {
   // set.
   for (int const count : counts) {
     if (count != 4) throw std::runtime_error("the ticks were not placed");
+  }
+  for (int const count : lines) {
+    if (count != 3) throw std::runtime_error("the text was not wrapped");
   }
 }
 

@@ -1,0 +1,72 @@
+#pragma once
+
+#include <array>
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+
+#include "ostrelsys/OReadWriteLock.h"
+#include "ostreltransforms/Export.h"
+
+namespace runtime {
+
+namespace detail {
+// A number of the calling thread; threads are numbered as they come.
+OSTREL_API std::size_t GetThreadNumber() noexcept;
+}  // namespace detail
+
+// A reader/writer lock for data that is read far more often than written: a reader takes one part of it,
+// mostly one that no other thread is using, so that readers do not wait for each other's cache lines; a
+// writer takes all parts. Counters stand beside each part, for the readers that hold it.
+template <class Counters>
+class StripedLock {
+  struct alignas(64) Stripe {
+    OReadWriteLock lock;
+    Counters counters;
+  };
+
+ public:
+  class Reader {
+   public:
+    explicit Reader(StripedLock& lock) : stripe_(lock.stripes_[detail::GetThreadNumber() % kStripes]) {
+      stripe_.lock.LockForRead();
+    }
+    ~Reader() { stripe_.lock.Unlock(); }
+    Reader(Reader const&) = delete;
+    Reader& operator=(Reader const&) = delete;
+
+    // Shared with the readers that hold the same part.
+    Counters* operator->() const noexcept { return &stripe_.counters; }
+
+   private:
+    Stripe& stripe_;
+  };
+
+  class Writer {
+   public:
+    explicit Writer(StripedLock& lock) : lock_(lock) {
+      for (Stripe& stripe : lock_.stripes_) stripe.lock.LockForWrite();
+    }
+    ~Writer() {
+      for (Stripe& stripe : lock_.stripes_) stripe.lock.Unlock();
+    }
+    Writer(Writer const&) = delete;
+    Writer& operator=(Writer const&) = delete;
+
+   private:
+    StripedLock& lock_;
+  };
+
+  std::uint32_t Sum(std::atomic<std::uint32_t> Counters::*counter) const noexcept {
+    std::uint32_t sum = 0;
+    for (Stripe const& stripe : stripes_) sum += (stripe.counters.*counter).load(std::memory_order_relaxed);
+    return sum;
+  }
+
+ private:
+  static constexpr std::size_t kStripes = 8;
+
+  std::array<Stripe, kStripes> stripes_;
+};
+
+}  // namespace runtime

@@ -1,0 +1,73 @@
+#include "render/TextComposition.h"
+
+#include <bit>
+
+#include "ostrelsys/StringHash.h"
+#include "render/TextComposer.h"
+
+namespace runtime {
+namespace {
+
+// Both zeros mean an unbounded size.
+std::uint32_t GetBits(float side) { return std::bit_cast<std::uint32_t>(side == 0 ? 0.0F : side); }
+
+std::uint32_t PackSettings(TextComposer const& composer) {
+  return composer.GetWrapMode() << 3U | (composer.GetClipHeight() ? 4U : 0U) |
+         (composer.GetClipWidth() ? 2U : 0U) | (composer.AllowsFinerBreaks() ? 1U : 0U);
+}
+
+std::uint64_t Mix(std::uint64_t hash, std::uint64_t value) {
+  return StringHash::Mix(hash ^ 0x9E3779B97F4A7C15U, value + 0xD1B54A32D192ED03U);
+}
+
+}  // namespace
+
+TextComposition::TextComposition(TextComposer& composer, FormattedText const& text, Size const& size)
+    : text_(&text),
+      size_(std::uint64_t{GetBits(size.width)} << 32U | GetBits(size.height)),
+      settings_(PackSettings(composer)),
+      hash_(Mix(size_, settings_)) {
+  auto const& runs = text.GetRuns();
+  if (runs.empty()) return;
+  firstStyle_ = composer.GetStyleKeys().Get(runs.front().styleIndex);
+  hash_ = Mix(hash_, firstStyle_->hash);
+  for (TextRun const& run : runs) {
+    hash_ = Mix(hash_, StringHash::OfText(run.text.view()) + run.styleIndex);
+  }
+  if (text.HasSingleStyle()) return;
+  laterStyles_.reserve(runs.size() - 1);
+  for (std::size_t i = 1; i < runs.size(); ++i) {
+    laterStyles_.push_back(composer.GetStyleKeys().Get(runs[i].styleIndex));
+    hash_ = Mix(hash_, laterStyles_.back()->layoutHash);
+  }
+}
+
+TextComposition::TextComposition(TextComposition const& other)
+    : ownText_(other.ownText_ ? other.ownText_ : std::make_shared<FormattedText const>(*other.text_)),
+      firstStyle_(other.firstStyle_),
+      laterStyles_(other.laterStyles_),
+      size_(other.size_),
+      settings_(other.settings_),
+      hash_(other.hash_) {
+  text_ = ownText_.get();
+}
+
+TextComposition::~TextComposition() = default;
+
+bool TextComposition::HasEqualRuns(TextComposition const& other) const {
+  if (!(*text_ == *other.text_)) return false;
+  for (std::size_t i = 0; i < laterStyles_.size(); ++i) {
+    auto const& style = laterStyles_[i];
+    auto const& otherStyle = other.laterStyles_[i];
+    if (style != otherStyle && !style->HasEqualLayout(*otherStyle)) return false;
+  }
+  return true;
+}
+
+bool operator==(TextComposition const& a, TextComposition const& b) {
+  if (a.hash_ != b.hash_ || a.size_ != b.size_ || a.settings_ != b.settings_) return false;
+  if (!a.HasEqualRuns(b)) return false;
+  return a.firstStyle_ == b.firstStyle_ || *a.firstStyle_ == *b.firstStyle_;
+}
+
+}  // namespace runtime
