@@ -60,8 +60,8 @@ TEST(Layers, ShareScalesOverTheDataOfAll) {
            Point(
                R"("x":{"field":"b","type":"quantitative","axis":{"tickCount":2},"scale":{"domain":[0,40]}})"),
        "0,50 25,50 / 12,50 50,50", "0|20|40|a, b", ""},
-      {Point(kX + "," + color) + "," + Point(kX + "," + color, kMore), "0,50 50,50 / 100,50",
-       "0|10|20|a", "k|p|q|r"},
+      {Point(kX + "," + color) + "," + Point(kX + "," + color, kMore), "0,50 50,50 / 100,50", "0|10|20|a",
+       "k|p|q|r"},
       {Point(R"("x":{"field":"k","type":"nominal"})") + "," +
            Point(R"("x":{"field":"k","type":"ordinal"})", kMore),
        "17,50 50,50 / 83,50", "p|q|r|k", ""},

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <utility>
 
 #include "charts/document/JsonObjectReader.h"
 #include "charts/document/Readers.h"
@@ -41,12 +42,6 @@ void CheckSchema(JsonValue const& value) {
              " is not supported; use \"https://vega.github.io/schema/vega-lite/v6.json\" or v5");
 }
 
-void ReadSize(JsonValue const& value, std::optional<double>& size) {
-  if (value.IsObject()) value.Fail("a size for each step is not supported; use a number of pixels");
-  if (value.Get().is_string()) value.Fail(value.Describe() + " is not supported; use a number of pixels");
-  size = value.ReadNumber(kPictureSize);
-}
-
 void ReadPadding(JsonValue const& value, std::optional<double>& padding) {
   if (value.IsObject()) value.Fail("a padding for each side is not supported; use one number");
   padding = value.ReadNumber(kPadding);
@@ -60,11 +55,10 @@ void CheckConfig(JsonValue const& value) {
 }
 
 void RefuseCompositions(JsonObjectReader& reader) {
-  for (auto const* composition : {"hconcat", "vconcat", "concat", "facet", "repeat", "spec"}) {
+  for (auto const* composition : {"hconcat", "vconcat", "concat", "repeat"}) {
     reader.Refuse(composition, "several plots in one document are not supported; write a document for each");
   }
-  reader.Refuse("resolve", "several plots in one document are not supported; write a document for each")
-      .Refuse("params", "interaction is not supported; leave it out")
+  reader.Refuse("params", "interaction is not supported; leave it out")
       .Refuse("selection", "interaction is not supported; leave it out")
       .Refuse("projection", "maps are not supported; use the channels x and y")
       .Refuse("datasets", "named data are not supported; use data.values")
@@ -72,7 +66,32 @@ void RefuseCompositions(JsonObjectReader& reader) {
       .Refuse("autosize", "is not supported; use width and height, which measure the plotting area");
 }
 
+/// Without panes the chart's resolve tells of its layers.
+void CheckResolve(JsonValue const& root, ChartDocument& document) {
+  bool const hasPanes = document.FindFacet(Channel::Row) != nullptr ||
+                        document.FindFacet(Channel::Column) != nullptr ||
+                        document.FindFacet(Channel::Facet) != nullptr;
+  ResolveSpec& panes = document.resolvePanes;
+  if (!hasPanes) document.resolveLayers = std::exchange(panes, {});
+  for (Channel const channel : panes.independentScales) {
+    if (IsPosition(channel)) continue;
+    root.FailAt(fmt::format("resolve.scale.{}", NameOf(channel)), "panes share their legends; use shared");
+  }
+  ResolveSpec const& layers = document.resolveLayers;
+  for (Channel const channel : layers.independentAxes) {
+    if (layers.HasOwnScale(channel)) continue;
+    throw DocumentError(fmt::format("{}: {}.axis.{}: layers share an axis with its scale; set resolve.scale",
+                                    document.path.string(), layers.path, NameOf(channel)));
+  }
+}
+
 }  // namespace
+
+void ReadSize(JsonValue const& value, std::optional<double>& size) {
+  if (value.IsObject()) value.Fail("a size for each step is not supported; use a number of pixels");
+  if (value.Get().is_string()) value.Fail(value.Describe() + " is not supported; use a number of pixels");
+  size = value.ReadNumber(kPictureSize);
+}
 
 void ReadChartTitle(JsonValue const& value, ChartDocument& document) {
   if (!value.IsObject()) {
@@ -105,8 +124,10 @@ ChartDocument ParseChartDocument(std::string_view json, std::filesystem::path co
   RefuseCompositions(reader);
   ViewReader view(tree, root);
   view.AddTo(reader);
+  view.AddPanesTo(reader, document);
   reader.Read();
   view.Finish(document.layers);
+  CheckResolve(root, document);
   return document;
 }
 

@@ -21,7 +21,7 @@ class DocumentError : public std::runtime_error {
 };
 
 enum class FieldType { Quantitative, Temporal, Ordinal, Nominal };
-enum class Channel { X, Y, Color, Size, Shape, Opacity, Detail, Order, Tooltip };
+enum class Channel { X, Y, Color, Size, Shape, Opacity, Detail, Order, Tooltip, Row, Column, Facet };
 enum class ScaleType { Linear, Log, Sqrt, Time, Ordinal };
 enum class SymbolShape {
   Circle,
@@ -80,6 +80,13 @@ struct LegendSpec {
   std::optional<double> tickCount;
 };
 
+/// Of panes: what stands beside or above them.
+struct HeaderSpec {
+  bool isHidden = false;  ///< "header": null
+  TitleSpec title;
+  std::optional<bool> labels;
+};
+
 struct Encoding {
   Channel channel = Channel::X;
   std::string path;   ///< "$.encoding.x"
@@ -92,7 +99,9 @@ struct Encoding {
   ScaleSpec scale;
   AxisSpec axis;
   LegendSpec legend;
-  std::vector<Literal> sort;  ///< an explicit order of the values
+  HeaderSpec header;
+  std::optional<double> columns;  ///< panes in a row of channel facet
+  std::vector<Literal> sort;      ///< an explicit order of the values
   std::optional<bool> isDescending;
   bool keepsDataOrder = false;  ///< "sort": null
 };
@@ -128,6 +137,16 @@ struct LayerSpec {
   Encoding const* Find(Channel channel) const;
 };
 
+/// Which scales and axes panes or layers have each for themselves.
+struct ResolveSpec {
+  std::string path;  ///< "$.resolve"
+  std::vector<Channel> independentScales;
+  std::vector<Channel> independentAxes;
+
+  bool HasOwnScale(Channel channel) const;
+  bool HasOwnAxis(Channel channel) const;
+};
+
 struct ChartDocument {
   std::filesystem::path path;  ///< as given on the command line, for messages
   std::string name;
@@ -138,7 +157,13 @@ struct ChartDocument {
   std::optional<double> height;   ///< of the plotting area, in pixels
   std::optional<double> padding;  ///< around the whole picture, in pixels
   std::string background;
-  std::vector<LayerSpec> layers;  ///< in drawing order, at least one
+  std::vector<LayerSpec> layers;      ///< in drawing order, at least one
+  std::optional<double> paneColumns;  ///< panes in a row, beside facet
+  ResolveSpec resolveLayers;
+  ResolveSpec resolvePanes;
+
+  /// The channel row, column or facet, which all layers share; null when it is not encoded.
+  Encoding const* FindFacet(Channel channel) const { return layers.front().Find(channel); }
 };
 
 /// Reads and checks a document. Throws DocumentError with the file, the JSON path and what to use instead for

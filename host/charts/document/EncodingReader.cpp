@@ -14,6 +14,7 @@ constexpr NamedValue<FieldType> kFieldTypes[] = {{"quantitative", FieldType::Qua
                                                  {"ordinal", FieldType::Ordinal},
                                                  {"nominal", FieldType::Nominal}};
 
+constexpr NumberRange kPaneColumns{.minimum = 1, .maximum = 1'000};
 constexpr NamedValue<bool> kSortOrders[] = {{"ascending", false}, {"descending", true}};
 
 /// Which parts a channel has beside its field.
@@ -25,6 +26,7 @@ struct ChannelParts {
   bool hasLegend = false;
   bool hasSort = false;
   bool hasValue = false;
+  bool hasHeader = false;
 };
 
 constexpr ChannelParts kChannels[] = {
@@ -36,6 +38,9 @@ constexpr ChannelParts kChannels[] = {
     {"opacity", Channel::Opacity, true, false, true, true, true},
     {"detail", Channel::Detail, false, false, false, false, false},
     {"order", Channel::Order, false, false, false, true, false},
+    {"row", Channel::Row, false, false, false, true, false, true},
+    {"column", Channel::Column, false, false, false, true, false, true},
+    {"facet", Channel::Facet, false, false, false, true, false, true},
 };
 
 /// A constant in the channel's own terms.
@@ -94,6 +99,13 @@ void ReadField(JsonValue const& value, ChannelParts const& parts, Encoding& enco
     reader.On("legend", [&](JsonValue const& legend) { encoding.legend = ReadLegend(legend); });
   }
   if (parts.hasSort) reader.On("sort", [&](JsonValue const& sort) { ReadSort(sort, encoding); });
+  if (parts.hasHeader) {
+    reader.On("header", [&](JsonValue const& header) { encoding.header = ReadHeader(header); })
+        .Refuse("spacing", "is not supported; leave it out")
+        .Refuse("align", "is not supported; leave it out")
+        .Refuse("center", "is not supported; leave it out");
+  }
+  if (parts.channel == Channel::Facet) reader.Number("columns", encoding.columns, kPaneColumns);
   if (parts.hasValue) {
     reader.Refuse("datum", "constants of the data are not supported; use a field, or a value");
   } else {
@@ -136,18 +148,16 @@ Encoding ReadEncoding(JsonValue const& value, ChannelParts const& parts) {
   return encoding;
 }
 
-using Members = std::vector<std::pair<std::string const*, JsonValue>>;
-
 /// A constant takes the place of what an outer view says of its channel; all else is joined with it.
 JsonValue Override(JsonValue const& outer, JsonValue const& inner) {
   bool const isConstant = inner.Has("value") || outer.Has("value");
   return isConstant || !inner.IsObject() || !outer.IsObject() ? inner : inner.WithDefaults(outer);
 }
 
-Members GatherChannels(std::vector<JsonValue> const& objects) {
-  Members channels;
-  for (JsonValue const& object : objects) {
-    for (auto const& member : object.ReadObject()) {
+ChannelMembers JoinChannels(std::vector<ChannelMembers> const& lists) {
+  ChannelMembers channels;
+  for (ChannelMembers const& list : lists) {
+    for (auto const& member : list) {
       auto const isSame = [&](auto const& channel) { return *channel.first == *member.first; };
       auto const outer = std::ranges::find_if(channels, isSame);
       if (outer == channels.end()) {
@@ -162,10 +172,9 @@ Members GatherChannels(std::vector<JsonValue> const& objects) {
 
 }  // namespace
 
-std::vector<Encoding> ReadEncodings(std::vector<JsonValue> const& objects) {
+std::vector<Encoding> ReadEncodings(JsonValue const& view, std::vector<ChannelMembers> const& lists) {
   std::vector<Encoding> encodings;
-  if (objects.empty()) return encodings;
-  JsonObjectReader reader(objects.back());
+  JsonObjectReader reader(view);
   for (auto const& parts : kChannels) {
     reader.On(parts.name, [&](JsonValue const& channel) {
       if (parts.channel == Channel::Detail && channel.Get().is_array()) {
@@ -180,9 +189,6 @@ std::vector<Encoding> ReadEncodings(std::vector<JsonValue> const& objects) {
   }
   for (auto const* second : {"x2", "y2", "xError", "xError2", "yError", "yError2"}) {
     reader.Refuse(second, "spans are not supported; use x and y");
-  }
-  for (auto const* part : {"row", "column", "facet"}) {
-    reader.Refuse(part, "several plots in one document are not supported; write a document for each");
   }
   for (auto const* place : {"longitude", "latitude", "longitude2", "latitude2"}) {
     reader.Refuse(place, "maps are not supported; use x and y");
@@ -202,7 +208,7 @@ std::vector<Encoding> ReadEncodings(std::vector<JsonValue> const& objects) {
       .Refuse("key", "is not supported; leave it out")
       .Refuse("href", "links are not supported; leave it out")
       .Refuse("description", "is not supported; use the chart's description");
-  reader.Read(GatherChannels(objects));
+  reader.Read(JoinChannels(lists));
   return encodings;
 }
 
@@ -230,6 +236,10 @@ char const* NameOf(Channel channel) {
 }
 
 bool IsPosition(Channel channel) { return channel == Channel::X || channel == Channel::Y; }
+
+bool IsFacet(Channel channel) {
+  return channel == Channel::Row || channel == Channel::Column || channel == Channel::Facet;
+}
 
 bool IsDiscrete(FieldType type) { return type == FieldType::Ordinal || type == FieldType::Nominal; }
 

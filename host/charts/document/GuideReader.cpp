@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "charts/document/JsonObjectReader.h"
 #include "charts/document/Readers.h"
 
@@ -11,7 +13,63 @@ constexpr NumberRange kDegrees{.minimum = -360, .maximum = 360};
 constexpr NamedValue<char const*> kAxisSides[] = {
     {"left", "left"}, {"right", "right"}, {"top", "top"}, {"bottom", "bottom"}};
 
+constexpr NamedValue<bool> kResolutions[] = {{"shared", false}, {"independent", true}};
+
+/// The channels that are set to independent.
+std::vector<Channel> ReadIndependent(JsonValue const& value, std::span<Channel const> channels) {
+  std::vector<Channel> independent;
+  JsonObjectReader reader(value);
+  for (Channel const channel : channels) {
+    reader.On(NameOf(channel), [&independent, channel](JsonValue const& word) {
+      if (word.ReadOneOf(std::span<NamedValue<bool> const>(kResolutions))) independent.push_back(channel);
+    });
+  }
+  reader.Read();
+  return independent;
+}
+
+bool Contains(std::vector<Channel> const& channels, Channel channel) {
+  return std::ranges::find(channels, channel) != channels.end();
+}
+
 }  // namespace
+
+bool ResolveSpec::HasOwnScale(Channel channel) const { return Contains(independentScales, channel); }
+bool ResolveSpec::HasOwnAxis(Channel channel) const {
+  return Contains(independentScales, channel) || Contains(independentAxes, channel);
+}
+
+ResolveSpec ReadResolve(JsonValue const& value) {
+  static constexpr Channel kScales[] = {Channel::X,    Channel::Y,       Channel::Color,
+                                        Channel::Size, Channel::Opacity, Channel::Shape};
+  ResolveSpec resolve;
+  resolve.path = value.GetPath();
+  JsonObjectReader(value)
+      .On("scale",
+          [&](JsonValue const& scale) { resolve.independentScales = ReadIndependent(scale, kScales); })
+      .On("axis",
+          [&](JsonValue const& axis) {
+            resolve.independentAxes = ReadIndependent(axis, std::span(kScales).first<2>());
+          })
+      .Refuse("legend", "is not supported; every scale has its legend, so set scale")
+      .Read();
+  return resolve;
+}
+
+HeaderSpec ReadHeader(JsonValue const& value) {
+  HeaderSpec header;
+  header.isHidden = value.IsNull();
+  if (header.isHidden) return header;
+  JsonObjectReader(value)
+      .Title("title", header.title)
+      .Bool("labels", header.labels)
+      .Refuse("format", "is not supported; format the values in the data")
+      .Refuse("formatType", "is not supported; format the values in the data")
+      .Refuse("labelExpr", "is not supported; compute the labels in the data")
+      .Refuse("orient", "is not supported; headers stand left of rows and above columns")
+      .Read();
+  return header;
+}
 
 AxisSpec ReadAxis(JsonValue const& value) {
   AxisSpec axis;

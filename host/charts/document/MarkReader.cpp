@@ -114,7 +114,7 @@ std::string ListMarkNames() {
 void CheckChannels(std::string const& fileName, LayerSpec const& layer) {
   for (Encoding const& encoding : layer.encodings) {
     auto const hasIt = [&](MarkDefinition const& mark) { return HasChannel(mark, encoding.channel); };
-    if (hasIt(GetDefinition(layer.mark))) continue;
+    if (IsFacet(encoding.channel) || hasIt(GetDefinition(layer.mark))) continue;
     throw DocumentError(
         fmt::format("{}: {}: is for {} only; leave it out", fileName, encoding.path, ListMarks(hasIt)));
   }

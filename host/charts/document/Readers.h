@@ -15,12 +15,19 @@ namespace ostrel::charts {
 MarkSpec ReadMark(JsonValue const& value);
 /// "point, circle, square".
 std::string ListMarkNames();
-/// All channels of encoding objects, in the order of the document. Channels of a later object get those of
-/// their properties that it leaves open from the objects before.
-std::vector<Encoding> ReadEncodings(std::vector<JsonValue> const& objects);
+/// Channels by their names.
+using ChannelMembers = std::vector<std::pair<std::string const*, JsonValue>>;
+
+/// All channels of a view, in the order of the document. Channels of a later list get those of their
+/// properties that it leaves open from the lists before.
+std::vector<Encoding> ReadEncodings(JsonValue const& view, std::vector<ChannelMembers> const& lists);
+ResolveSpec ReadResolve(JsonValue const& value);
+HeaderSpec ReadHeader(JsonValue const& value);
 ScaleSpec ReadScale(JsonValue const& value);
 AxisSpec ReadAxis(JsonValue const& value);
 LegendSpec ReadLegend(JsonValue const& value);
+/// A width or height in pixels.
+void ReadSize(JsonValue const& value, std::optional<double>& size);
 /// The chart's title and subtitle.
 void ReadChartTitle(JsonValue const& value, ChartDocument& document);
 
@@ -43,6 +50,8 @@ void CheckChannels(std::string const& fileName, LayerSpec const& layer);
 std::span<NamedValue<SymbolShape> const> SymbolShapeNames();
 
 bool IsPosition(Channel channel);
+/// Row, column or facet.
+bool IsFacet(Channel channel);
 /// Nominal or ordinal.
 bool IsDiscrete(FieldType type);
 char const* NameOf(FieldType type);

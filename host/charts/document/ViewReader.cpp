@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include "charts/document/Readers.h"
-
 namespace ostrel::charts {
 
 namespace {
@@ -51,22 +49,78 @@ void ViewReader::AddTo(JsonObjectReader& reader) {
       .On("mark", [this](JsonValue const& value) { mark_ = ReadMark(value); })
       .On("encoding",
           [this](JsonValue const& value) {
-            encodings_.push_back(value);
+            encodings_.push_back(value.ReadObject());
             // A view's own channels are checked where they stand; what it hands down may be part of one.
-            if (!view_.Has("layer")) ReadEncodings(encodings_);
+            if (!view_.Has("layer")) ReadEncodings(view_, encodings_);
           })
       .On("layer", [this](JsonValue const& value) { layers_ = value; })
       .Refuse("transform", "transforms are not supported; transform the data beforehand");
 }
 
+void ViewReader::AddPanesTo(JsonObjectReader& reader, ChartDocument& document) {
+  document_ = &document;
+  reader.On("facet", [this](JsonValue const& value) { ReadFacet(value); })
+      .On("spec", [this](JsonValue const& value) { spec_ = value; })
+      .Number("columns", document.paneColumns, {.minimum = 1, .maximum = 1'000})
+      .On("resolve", [&document](JsonValue const& value) { document.resolvePanes = ReadResolve(value); });
+}
+
+// Its channels are those of an encoding; a single field is the channel facet.
+void ViewReader::ReadFacet(JsonValue const& value) {
+  static std::string const facet = "facet";
+  facet_ = value;
+  if (!value.Has("row") && !value.Has("column")) {
+    encodings_.push_back({{&facet, value}});
+  } else {
+    auto const read = [](JsonValue const& channel) { channel.ReadObject(); };
+    JsonObjectReader(value).On("row", read).On("column", read).Read();
+    encodings_.push_back(value.ReadObject());
+  }
+  ReadEncodings(value, {encodings_.back()});
+}
+
 void ViewReader::Finish(std::vector<LayerSpec>& layers) const {
+  if (facet_ || spec_) return FinishPanes(layers);
   if (layers_ && mark_) layers_->Fail("is given beside mark; leave one of them out");
   if (layers_) return FinishLayers(layers);
   if (!data_) view_.FailAt("data", "is missing; give {\"url\": ...} or {\"values\": [...]}");
   if (!mark_) view_.FailAt("mark", "is missing; use one of " + ListMarkNames());
-  LayerSpec layer{view_.GetPath(), data_, dataPath_, *mark_, ReadEncodings(encodings_)};
+  LayerSpec layer{view_.GetPath(), data_, dataPath_, *mark_, ReadEncodings(view_, encodings_)};
   CheckChannels(view_.GetFileName(), layer);
+  CheckFacets(layer);
   layers.push_back(std::move(layer));
+}
+
+// All layers have the panes of the whole chart.
+void ViewReader::CheckFacets(LayerSpec const& layer) const {
+  auto const fail = [this](Encoding const& encoding, char const* cause) {
+    throw DocumentError(view_.GetFileName() + ": " + encoding.path + ": " + cause);
+  };
+  for (Encoding const& encoding : layer.encodings) {
+    if (!IsFacet(encoding.channel)) continue;
+    bool const isOfChart = encoding.path.starts_with("$.encoding.") || encoding.path.starts_with("$.facet");
+    if (!isOfChart) fail(encoding, "is for the whole chart; set it in $.encoding, or use facet with spec");
+    if (encoding.channel != Channel::Facet && layer.Find(Channel::Facet) != nullptr)
+      fail(encoding, "is given beside facet; leave one of them out");
+  }
+}
+
+void ViewReader::FinishPanes(std::vector<LayerSpec>& layers) const {
+  if (!facet_) view_.FailAt("facet", "is missing; give {\"field\": ...}, or row and column");
+  if (!spec_) view_.FailAt("spec", "is missing; give {\"mark\": ..., \"encoding\": {...}}");
+  if (mark_ || layers_) spec_->Fail("is given beside mark or layer; move these into spec");
+  ViewReader view(*this, *spec_);
+  JsonObjectReader reader(*spec_);
+  auto const accept = [](JsonValue const& text) { text.ReadText(); };
+  reader.On("name", accept)
+      .On("description", accept)
+      .On("width", [this](JsonValue const& value) { ReadSize(value, document_->width); })
+      .On("height", [this](JsonValue const& value) { ReadSize(value, document_->height); })
+      .On("resolve", [this](JsonValue const& value) { document_->resolveLayers = ReadResolve(value); })
+      .Refuse("title", "is not supported; set the chart's title");
+  view.AddTo(reader);
+  reader.Read();
+  view.Finish(layers);
 }
 
 void ViewReader::FinishLayers(std::vector<LayerSpec>& layers) const {

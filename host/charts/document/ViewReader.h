@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "charts/document/JsonObjectReader.h"
+#include "charts/document/Readers.h"
 
 namespace ostrel::charts {
 
@@ -22,6 +23,8 @@ class ViewReader {
 
   /// Adds the view's members to its reader, which must not outlive this.
   void AddTo(JsonObjectReader& reader);
+  /// Adds what only the whole chart says: panes and scales of their own.
+  void AddPanesTo(JsonObjectReader& reader, ChartDocument& document);
   /// Appends the view's layers: itself, or those that it lists. Throws DocumentError for what is missing, or
   /// what a mark and its channels say of each other.
   void Finish(std::vector<LayerSpec>& layers) const;
@@ -30,15 +33,21 @@ class ViewReader {
   ViewReader(ViewReader const& parent, JsonValue const& view);
 
   void ReadData(JsonValue const& value);
+  void ReadFacet(JsonValue const& value);
   void FinishLayers(std::vector<LayerSpec>& layers) const;
+  void FinishPanes(std::vector<LayerSpec>& layers) const;
+  void CheckFacets(LayerSpec const& layer) const;
 
   std::shared_ptr<JsonTree const> tree_;
   JsonValue view_;
   std::shared_ptr<nlohmann::json const> data_;
   std::string dataPath_;
   std::optional<MarkSpec> mark_;
-  std::vector<JsonValue> encodings_;  // the outermost view's first
+  std::vector<ChannelMembers> encodings_;  // the outermost view's first
   std::optional<JsonValue> layers_;
+  std::optional<JsonValue> facet_;
+  std::optional<JsonValue> spec_;
+  ChartDocument* document_ = nullptr;  // of the whole chart alone
 };
 
 }  // namespace ostrel::charts

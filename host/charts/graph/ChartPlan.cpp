@@ -30,54 +30,144 @@ std::vector<std::shared_ptr<LayerRows>> MakeRows(
   return rows;
 }
 
-// Which layer a use of a scale belongs to.
-struct LayerUses {
-  std::vector<FieldUse> uses;
-  std::vector<LayerPlan*> layers;
+// A channel of a layer, counted from 0.
+struct LayerUse {
+  Encoding const* encoding;
+  std::size_t layer;
 };
 
-LayerUses CollectUses(PanePlan& pane, Channel channel) {
-  LayerUses found;
-  for (LayerPlan& layer : pane.layers) {
-    auto const number = static_cast<int>(&layer - pane.layers.data()) + 1;
-    for (Encoding const& encoding : layer.spec->encodings) {
+// The uses of each scale of a channel: one for all layers, or one for each.
+std::vector<std::vector<LayerUse>> GroupUses(ChartDocument const& document, Channel channel) {
+  std::vector<std::vector<LayerUse>> groups;
+  bool const isShared = !document.resolveLayers.HasOwnScale(channel);
+  for (std::size_t layer = 0; layer < document.layers.size(); ++layer) {
+    bool isFirst = true;
+    for (Encoding const& encoding : document.layers[layer].encodings) {
       if (encoding.channel != channel || encoding.field.empty()) continue;
-      if (channel == Channel::Size && !GetDefinition(layer.spec->mark).scalesSize) continue;
-      found.uses.push_back(
-          {&encoding, layer.rows.get(), pane.layers.size() == 1 ? "" : fmt::format(" of layer {}", number)});
-      found.layers.push_back(&layer);
+      LayerSpec const& spec = document.layers[layer];
+      if (channel == Channel::Size && !GetDefinition(spec.mark).scalesSize) continue;
+      if (groups.empty() || (isFirst && !isShared)) groups.emplace_back();
+      groups.back().push_back({&encoding, layer});
+      isFirst = false;
     }
   }
-  return found;
+  return groups;
 }
 
-void PlanPosition(Compilation& compilation, Channel channel, double length, ChartPlan& plan, PanePlan& pane) {
-  LayerUses const found = CollectUses(pane, channel);
-  if (found.uses.empty()) return;
-  bool const isHorizontal = channel == Channel::X;
-  ScaleSource const source = JoinUses(compilation, isHorizontal ? "x" : "y", found.uses);
-  plan.positions.push_back(
-      std::make_unique<PositionScale>(PlanPositionScale(compilation, source,
-                                                        {.isHorizontal = isHorizontal,
-                                                         .length = length,
-                                                         .labelFontSize = GuideStyle::kLabelFontSize,
-                                                         .labelLimit = GuideStyle::kLabelLimit})));
-  PositionScale const& scale = *plan.positions.back();
-  pane.axes.push_back(&scale);
-  for (std::size_t i = 0; i < found.uses.size(); ++i) {
-    PositionRows const& rows = scale.rows[i];
-    found.layers[i]->channels.push_back(
-        {found.uses[i].encoding, &scale, rows.positions, rows.numbers, rows.unscaled});
+class ScalePlanner {
+ public:
+  ScalePlanner(Compilation& compilation, std::vector<std::shared_ptr<LayerRows>> const& rows, ChartPlan& plan)
+      : compilation_(compilation), rows_(rows), plan_(plan) {}
+
+  void PlanPosition(Channel channel, char const* name) {
+    auto const groups = GroupUses(compilation_.document, channel);
+    bool const isShared = !compilation_.document.resolvePanes.HasOwnScale(channel);
+    for (std::size_t i = 0; i < groups.size(); ++i) {
+      PositionScale const* scale =
+          isShared ? &AddScale(MakeSource(name, groups[i], rows_), channel, i > 0) : nullptr;
+      for (std::size_t pane = 0; pane < plan_.panes.size(); ++pane) {
+        if (!isShared)
+          scale = &AddScale(MakeSource(name, groups[i], plan_.grid.cells[pane].layers), channel, i > 0);
+        PlaceUses(groups[i], *scale, plan_.panes[pane], isShared);
+      }
+    }
   }
-}
 
-void PlanStyle(Compilation& compilation, Channel channel, char const* name, ChartPlan& plan, PanePlan& pane) {
-  LayerUses const found = CollectUses(pane, channel);
-  if (found.uses.empty()) return;
-  StyleScale const scale = PlanStyleScale(compilation, JoinUses(compilation, name, found.uses));
-  for (std::size_t i = 0; i < found.uses.size(); ++i)
-    found.layers[i]->channels.push_back({.encoding = found.uses[i].encoding, .scaled = scale.rows[i]});
-  plan.styles.push_back({scale, static_cast<std::size_t>(found.layers.front() - pane.layers.data())});
+  void PlanStyle(Channel channel, char const* name) {
+    for (auto const& uses : GroupUses(compilation_.document, channel)) {
+      StyleScale const scale = PlanStyleScale(compilation_, MakeSource(name, uses, rows_));
+      plan_.styles.push_back({scale, uses.front().layer});
+      for (PanePlan& pane : plan_.panes) {
+        for (std::size_t i = 0; i < uses.size(); ++i) {
+          LayerPlan& layer = pane.layers[uses[i].layer];
+          layer.channels.push_back(
+              {.encoding = uses[i].encoding, .scaled = Keep(layer, name, scale.rows[i], true)});
+        }
+      }
+    }
+  }
+
+ private:
+  ScaleSource MakeSource(char const* name, std::vector<LayerUse> const& group,
+                         std::vector<std::shared_ptr<LayerRows>> const& rows) const {
+    std::vector<FieldUse> uses;
+    for (LayerUse const& use : group) {
+      uses.push_back({use.encoding, rows[use.layer].get(),
+                      rows.size() == 1 ? "" : fmt::format(" of layer {}", use.layer + 1)});
+    }
+    return JoinUses(compilation_, name, std::move(uses));
+  }
+
+  // Scales after the first have their axis on the other side and leave the grid to it.
+  PositionScale const& AddScale(ScaleSource source, Channel channel, bool isFurther) {
+    bool const isHorizontal = channel == Channel::X;
+    AxisSpec& axis = source.encoding.axis;
+    if (isFurther && axis.orient.empty()) axis.orient = isHorizontal ? "top" : "right";
+    if (isFurther && !axis.grid) axis.grid = false;
+    plan_.positions.push_back(std::make_unique<PositionScale>(
+        PlanPositionScale(compilation_, source,
+                          {.isHorizontal = isHorizontal,
+                           .length = isHorizontal ? plan_.width : plan_.height,
+                           .labelFontSize = GuideStyle::kLabelFontSize,
+                           .labelLimit = GuideStyle::kLabelLimit})));
+    return *plan_.positions.back();
+  }
+
+  void PlaceUses(std::vector<LayerUse> const& uses, PositionScale const& scale, PanePlan& pane,
+                 bool isShared) {
+    for (std::size_t i = 0; i < uses.size(); ++i) {
+      LayerPlan& layer = pane.layers[uses[i].layer];
+      PositionRows const& rows = scale.rows[i];
+      layer.channels.push_back({uses[i].encoding, &scale, Keep(layer, scale.name, rows.positions, isShared),
+                                Keep(layer, scale.name + " number", rows.numbers, isShared),
+                                Keep(layer, scale.name + " number", rows.unscaled, isShared)});
+    }
+    ResolveSpec const& resolve = compilation_.document.resolvePanes;
+    Channel const channel = scale.space.isHorizontal ? Channel::X : Channel::Y;
+    pane.axes.push_back({&scale, resolve.HasOwnAxis(channel) || IsOutermost(scale, pane)});
+  }
+
+  // Those rows of a shared scale's column that the layer has in its pane.
+  NodeId Keep(LayerPlan const& layer, std::string const& name, NodeId column, bool isShared) {
+    if (column < 0 || !isShared) return column;
+    return compilation_.graph.Keep(layer.rows->Keep(compilation_.graph, name, column));
+  }
+
+  // Whether no pane stands on the axis' side of a pane.
+  bool IsOutermost(PositionScale const& scale, PanePlan const& pane) const {
+    std::string const& orient = scale.encoding.axis.orient;
+    int row = pane.row;
+    int column = pane.column;
+    if (scale.space.isHorizontal) {
+      row += orient == "top" ? -1 : 1;
+    } else {
+      column += orient == "right" ? 1 : -1;
+    }
+    return std::ranges::none_of(
+        plan_.panes, [&](PanePlan const& other) { return other.row == row && other.column == column; });
+  }
+
+  Compilation& compilation_;
+  std::vector<std::shared_ptr<LayerRows>> const& rows_;
+  ChartPlan& plan_;
+};
+
+std::vector<PanePlan> MakePanes(ChartDocument const& document, PaneGrid const& grid) {
+  std::vector<PanePlan> panes;
+  for (PaneCell const& cell : grid.cells) {
+    PanePlan& pane = panes.emplace_back();
+    pane.row = cell.row;
+    pane.column = cell.column;
+    for (std::size_t i = 0; i < cell.layers.size(); ++i) {
+      LayerSpec const& spec = document.layers[i];
+      pane.layers.push_back({.spec = &spec,
+                             .rows = cell.layers[i],
+                             .channels = {},
+                             .look = ResolveMarkLook(document, spec),
+                             .mark = {}});
+    }
+  }
+  return panes;
 }
 
 }  // namespace
@@ -88,25 +178,21 @@ ChartPlan PlanChart(Compilation& compilation, std::vector<std::shared_ptr<DataTa
   ChartPlan plan;
   plan.width = options.width.value_or(document.width.value_or(kDefaultLength));
   plan.height = options.height.value_or(document.height.value_or(kDefaultLength));
-  PanePlan& pane = plan.panes.emplace_back();
   auto const rows = MakeRows(tables);
-  for (std::size_t i = 0; i < rows.size(); ++i) {
-    LayerSpec const& spec = document.layers[i];
-    pane.layers.push_back({.spec = &spec,
-                           .rows = rows[i],
-                           .channels = {},
-                           .look = ResolveMarkLook(document, spec),
-                           .mark = {}});
-  }
-  PlanPosition(compilation, Channel::X, plan.width, plan, pane);
-  PlanPosition(compilation, Channel::Y, plan.height, plan, pane);
-  PlanStyle(compilation, Channel::Color, "color", plan, pane);
-  PlanStyle(compilation, Channel::Size, "size", plan, pane);
-  PlanStyle(compilation, Channel::Opacity, "opacity", plan, pane);
-  PlanStyle(compilation, Channel::Shape, "shape", plan, pane);
-  for (LayerPlan& layer : pane.layers) {
-    MarkContext context(compilation, layer, plan.width, plan.height);
-    layer.mark = GetDefinition(layer.spec->mark).plan(context);
+  plan.grid = PlanPanes(compilation, rows);
+  plan.panes = MakePanes(document, plan.grid);
+  ScalePlanner scales(compilation, rows, plan);
+  scales.PlanPosition(Channel::X, "x");
+  scales.PlanPosition(Channel::Y, "y");
+  scales.PlanStyle(Channel::Color, "color");
+  scales.PlanStyle(Channel::Size, "size");
+  scales.PlanStyle(Channel::Opacity, "opacity");
+  scales.PlanStyle(Channel::Shape, "shape");
+  for (PanePlan& pane : plan.panes) {
+    for (LayerPlan& layer : pane.layers) {
+      MarkContext context(compilation, layer, plan.width, plan.height);
+      layer.mark = GetDefinition(layer.spec->mark).plan(context);
+    }
   }
   return plan;
 }

@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "charts/graph/LayerPlan.h"
+#include "charts/graph/PaneGrid.h"
 
 namespace ostrel::charts {
 
@@ -18,9 +19,17 @@ struct StylePlan {
   std::size_t layer = 0;
 };
 
+/// An axis of a pane.
+struct AxisPlan {
+  PositionScale const* scale = nullptr;
+  bool hasLabels = true;  ///< else another pane's axis tells them, and only the grid is drawn
+};
+
 /// A plotting area with its axes and layers.
 struct PanePlan {
-  std::vector<PositionScale const*> axes;
+  int row = 0;
+  int column = 0;
+  std::vector<AxisPlan> axes;
   std::vector<LayerPlan> layers;
 };
 
@@ -30,6 +39,7 @@ struct ChartPlan {
   double height = 0;
   std::vector<std::unique_ptr<PositionScale>> positions;
   std::vector<StylePlan> styles;
+  PaneGrid grid;
   std::vector<PanePlan> panes;
 };
 

@@ -25,50 +25,83 @@ char const* Wanted(Encoding const& encoding) {
   }
 }
 
-void DescribePosition(PlacedChannel const& channel, Results const& results, int rows, char const* gap,
-                      std::vector<std::string>& sentences) {
-  std::string const& axis = channel.position->name;
-  int const missing = CountSpecials(results, channel.unscaled >= 0 ? channel.unscaled : channel.scaled);
-  int const unplaced = CountSpecials(results, channel.scaled) - missing;
-  if (unplaced > 0) {
-    sentences.push_back(
-        fmt::format("{} of {} rows are not positive on the log {} axis; {}", unplaced, rows, axis, gap));
+// What a channel of one layer left out in all panes.
+struct LeftOut {
+  PlacedChannel const* channel;
+  LayerSpec const* layer;
+  int rows = 0;
+  int missing = 0;
+  int unplaced = 0;
+};
+
+std::vector<LeftOut> CountLeftOut(ChartPlan const& plan, Results const& results) {
+  std::vector<LeftOut> counts;
+  for (PanePlan const& pane : plan.panes) {
+    for (LayerPlan const& layer : pane.layers) {
+      for (PlacedChannel const& channel : layer.channels) {
+        auto const isSame = [&](LeftOut const& other) {
+          return other.channel->encoding == channel.encoding && other.layer == layer.spec;
+        };
+        auto found = std::ranges::find_if(counts, isSame);
+        if (found == counts.end()) found = counts.insert(found, {&channel, layer.spec});
+        int const missing = CountSpecials(results, channel.unscaled >= 0 ? channel.unscaled : channel.scaled);
+        found->rows += layer.rows->GetRowCount();
+        found->missing += missing;
+        found->unplaced += CountSpecials(results, channel.scaled) - missing;
+      }
+    }
   }
-  if (missing > 0) {
-    sentences.push_back(fmt::format("{} of {} rows have no {} in '{}' for the {} axis; {}", missing, rows,
-                                    Wanted(*channel.encoding), channel.encoding->field, axis, gap));
+  return counts;
+}
+
+void DescribePosition(LeftOut const& count, std::vector<std::string>& sentences) {
+  PlacedChannel const& channel = *count.channel;
+  std::string const& axis = channel.position->name;
+  char const* const gap = GetDefinition(count.layer->mark).gap;
+  if (count.unplaced > 0) {
+    sentences.push_back(fmt::format("{} of {} rows are not positive on the log {} axis; {}", count.unplaced,
+                                    count.rows, axis, gap));
+  }
+  if (count.missing > 0) {
+    sentences.push_back(fmt::format("{} of {} rows have no {} in '{}' for the {} axis; {}", count.missing,
+                                    count.rows, Wanted(*channel.encoding), channel.encoding->field, axis,
+                                    gap));
   }
 }
 
-std::vector<std::string> DescribeLayer(LayerPlan const& layer, Results const& results) {
+std::vector<std::string> DescribeAll(ChartPlan const& plan, Results const& results) {
   std::vector<std::string> sentences;
-  int const rows = layer.rows->GetRowCount();
-  for (PlacedChannel const& channel : layer.channels) {
-    if (channel.position != nullptr) {
-      DescribePosition(channel, results, rows, GetDefinition(layer.spec->mark).gap, sentences);
-    } else if (int const missing = CountSpecials(results, channel.scaled); missing > 0) {
-      sentences.push_back(fmt::format("{} of {} rows have no {} in '{}' that its scale can place; not drawn",
-                                      missing, rows, Wanted(*channel.encoding), channel.encoding->field));
+  for (PaneRows const& rows : plan.grid.sources) {
+    if (int const missing = CountSpecials(results, rows.indices); missing > 0) {
+      sentences.push_back(
+          fmt::format("{} of {} rows have no value in '{}', which tells their pane; not drawn", missing,
+                      rows.rowCount, rows.encoding->field));
     }
   }
-  layer.mark->DescribeLeftOut(results, sentences);
+  for (LeftOut const& count : CountLeftOut(plan, results)) {
+    if (count.channel->position != nullptr) {
+      DescribePosition(count, sentences);
+    } else if (count.missing > 0) {
+      Encoding const& encoding = *count.channel->encoding;
+      sentences.push_back(fmt::format("{} of {} rows have no {} in '{}' that its scale can place; not drawn",
+                                      count.missing, count.rows, Wanted(encoding), encoding.field));
+    }
+  }
+  for (PanePlan const& pane : plan.panes) {
+    for (LayerPlan const& layer : pane.layers) layer.mark->DescribeLeftOut(results, sentences);
+  }
   return sentences;
 }
 
 }  // namespace
 
 std::vector<std::string> DescribeLeftOutRows(ChartPlan const& plan, Results const& results) {
-  std::vector<std::string> sentences;
-  for (PanePlan const& pane : plan.panes) {
-    for (LayerPlan const& layer : pane.layers) {
-      for (std::string& sentence : DescribeLayer(layer, results)) {
-        // Two channels or layers may show the same field.
-        if (std::ranges::find(sentences, sentence) == sentences.end())
-          sentences.push_back(std::move(sentence));
-      }
-    }
+  std::vector<std::string> different;
+  for (std::string& sentence : DescribeAll(plan, results)) {
+    // Two channels or layers may show the same field.
+    if (std::ranges::find(different, sentence) == different.end()) different.push_back(std::move(sentence));
   }
-  return sentences;
+  return different;
 }
 
 }  // namespace ostrel::charts

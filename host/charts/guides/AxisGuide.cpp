@@ -31,27 +31,33 @@ std::vector<Tick> ReadTicks(PositionScale const& scale, Results const& results) 
 // One of the four sides of the plotting area. Along it runs the axis, away from it stand ticks and labels.
 class Side {
  public:
-  Side(PositionScale const& scale, double width, double height)
-      : isHorizontal_(scale.space.isHorizontal), width_(width), height_(height) {
-    std::string const& orient = scale.encoding.axis.orient;
-    isFar_ = isHorizontal_ ? orient != "top" : orient == "right";
-  }
+  Side(PositionScale const& scale, double width, double height, double offset = 0)
+      : isHorizontal_(scale.space.isHorizontal),
+        width_(width),
+        height_(height),
+        offset_(offset),
+        isFar_(IsFarAxis(scale)) {}
 
   bool IsHorizontal() const { return isHorizontal_; }
   // To the right or downwards, away from the plotting area.
   double Outwards() const { return isFar_ ? 1 : -1; }
   double GetLength() const { return isHorizontal_ ? width_ : height_; }
-  Point At(double along, double outwards) const {
+  // At the axis and away from it.
+  Point At(double along, double outwards) const { return FromEdge(along, outwards + offset_); }
+  Point Edge(double along) const { return FromEdge(along, 0); }
+  Point Opposite(double along) const { return FromEdge(along, -(isHorizontal_ ? height_ : width_)); }
+
+ private:
+  Point FromEdge(double along, double outwards) const {
     double const across = (isFar_ ? (isHorizontal_ ? height_ : width_) : 0) + Outwards() * outwards;
     return isHorizontal_ ? Point{along, across} : Point{across, along};
   }
-  Point Opposite(double along) const { return At(along, -(isHorizontal_ ? height_ : width_)); }
 
- private:
   bool isHorizontal_;
   double width_;
   double height_;
-  bool isFar_ = false;
+  double offset_;
+  bool isFar_;
 };
 
 TextMark PlaceLabel(Side const& side, Tick const& tick, double angle, TextSetter const& setter) {
@@ -78,33 +84,15 @@ TextMark PlaceLabel(Side const& side, Tick const& tick, double angle, TextSetter
   return label;
 }
 
-// The title stands outside of everything that the axis has on its side so far.
-void AddTitle(Side const& side, std::string const& text, Rect const& labels, TextSetter const& setter,
-              Group& axis, Extent& extent) {
-  using namespace GuideStyle;
-  TextMark title;
-  title.text = text;
-  title.font = setter.MakeFont(kTitleFontSize, true);
-  title.color = TextColor();
-  title.anchor = TextAnchor::Middle;
-  double const middle = side.GetLength() / 2;
-  if (side.IsHorizontal()) {
-    bool const isBelow = side.Outwards() > 0;
-    title.at = {middle, isBelow ? labels.Bottom() + kTitlePadding : labels.y - kTitlePadding};
-    title.baseline = isBelow ? TextBaseline::Top : TextBaseline::Bottom;
-  } else {
-    bool const isRight = side.Outwards() > 0;
-    title.at = {isRight ? labels.Right() + kTitlePadding : labels.x - kTitlePadding, middle};
-    title.angle = -90;
-    title.baseline = isRight ? TextBaseline::Top : TextBaseline::Bottom;
-  }
-  setter.Add(axis, title, extent);
-}
-
 }  // namespace
 
+bool IsFarAxis(PositionScale const& scale) {
+  std::string const& orient = scale.encoding.axis.orient;
+  return scale.space.isHorizontal ? orient != "top" : orient == "right";
+}
+
 AxisGuide BuildAxis(PositionScale const& scale, Results const& results, double width, double height,
-                    TextSetter const& setter, Extent& extent) {
+                    AxisParts const& parts, TextSetter const& setter, Extent& extent) {
   using namespace GuideStyle;
   AxisGuide guide;
   guide.grid.role = "grid " + scale.name;
@@ -112,7 +100,7 @@ AxisGuide BuildAxis(PositionScale const& scale, Results const& results, double w
   AxisSpec const& spec = scale.encoding.axis;
   if (spec.isHidden) return guide;
 
-  Side const side(scale, width, height);
+  Side const side(scale, width, height, parts.offset);
   RuleMarks gridLines{{}, {GridColor(), 1, {}}};
   RuleMarks lines{{{side.At(0, 0), side.At(side.GetLength(), 0)}}, {AxisColor(), 1, {}}};
   Extent own(Rect{side.At(0, 0).x, side.At(0, 0).y, 0, 0});
@@ -121,23 +109,44 @@ AxisGuide BuildAxis(PositionScale const& scale, Results const& results, double w
   bool const isCrowded = static_cast<double>(ticks.size()) * kLeastTickGap > side.GetLength();
   for (Tick const& tick : ticks) {
     if (isCrowded && !tick.isShown) continue;
-    gridLines.rules.push_back({side.At(tick.position, 0), side.Opposite(tick.position)});
+    gridLines.rules.push_back({side.Edge(tick.position), side.Opposite(tick.position)});
     Point const tip = side.At(tick.position, kTickSize);
     lines.rules.push_back({side.At(tick.position, 0), tip});
     own.Add({tip.x, tip.y, 0, 0});
   }
-  guide.axis.nodes.emplace_back(std::move(lines));
   if (spec.grid.value_or(scale.scaleType != ScaleType::Ordinal))
     guide.grid.nodes.emplace_back(std::move(gridLines));
+  if (!parts.hasLabels) return guide;
+  guide.axis.nodes.emplace_back(std::move(lines));
   for (Tick const& tick : ticks) {
     if (tick.isShown)
       setter.Add(guide.axis, PlaceLabel(side, tick, spec.labelAngle.value_or(0), setter), own, kLabelLimit);
   }
   extent.Add(own.GetRect());
-  if (auto const& title = spec.title.text; !title.empty()) {
-    AddTitle(side, title, own.GetRect(), setter, guide.axis, extent);
-  }
+  if (parts.hasTitle) AddAxisTitle(scale, width, height, own.GetRect(), setter, guide.axis, extent);
   return guide;
+}
+
+void AddAxisTitle(PositionScale const& scale, double width, double height, Rect const& inner,
+                  TextSetter const& setter, Group& axis, Extent& extent) {
+  using namespace GuideStyle;
+  Side const side(scale, width, height);
+  TextMark title;
+  title.text = scale.encoding.axis.title.text;
+  if (title.text.empty()) return;
+  title.font = setter.MakeFont(kTitleFontSize, true);
+  title.color = TextColor();
+  title.anchor = TextAnchor::Middle;
+  double const middle = side.GetLength() / 2;
+  bool const isFar = IsFarAxis(scale);
+  if (side.IsHorizontal()) {
+    title.at = {middle, isFar ? inner.Bottom() + kTitlePadding : inner.y - kTitlePadding};
+  } else {
+    title.at = {isFar ? inner.Right() + kTitlePadding : inner.x - kTitlePadding, middle};
+    title.angle = -90;
+  }
+  title.baseline = isFar ? TextBaseline::Top : TextBaseline::Bottom;
+  setter.Add(axis, title, extent);
 }
 
 }  // namespace ostrel::charts

@@ -11,8 +11,11 @@ namespace ostrel::charts {
 namespace GuideStyle {
 inline constexpr double kTickSize = 5;
 inline constexpr double kLeastTickGap = 4;
-inline constexpr double kLabelPadding = 3;  ///< between a tick and its label
-inline constexpr double kTitlePadding = 8;  ///< between labels and the axis title
+inline constexpr double kLabelPadding = 3;   ///< between a tick and its label
+inline constexpr double kTitlePadding = 8;   ///< between labels and the axis title
+inline constexpr double kAxisGap = 12;       ///< between two axes on one side
+inline constexpr double kPaneGap = 20;       ///< between panes with their axes
+inline constexpr double kHeaderPadding = 8;  ///< between a pane and its header
 inline constexpr double kChartTitlePadding = 10;
 inline constexpr double kLegendOffset = 18;  ///< between the plotting area and a legend
 inline constexpr double kLegendGap = 16;     ///< between two legends

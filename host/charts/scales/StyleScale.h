@@ -12,11 +12,12 @@ struct StyleScale {
   Channel channel = Channel::Color;
   Encoding encoding;  ///< what all channels of the scale say
   bool isCategorical = false;
-  std::vector<NodeId> rows = {};  ///< for each use a style for each row: Color, Real64 or Int32 (shape) column
-  NodeId entryLabels = -1;   ///< String column, one for each entry of the legend
-  NodeId entries = -1;       ///< the entries' styles
-  NodeId entryPlaces = -1;   ///< of a continuous legend: the entries' places; outside of 0 to 1 not shown
-  NodeId palette = -1;       ///< of a continuous colour legend: Int32 column of its stops
+  std::vector<NodeId> rows =
+      {};                   ///< for each use a style for each row: Color, Real64 or Int32 (shape) column
+  NodeId entryLabels = -1;  ///< String column, one for each entry of the legend
+  NodeId entries = -1;      ///< the entries' styles
+  NodeId entryPlaces = -1;  ///< of a continuous legend: the entries' places; outside of 0 to 1 not shown
+  NodeId palette = -1;      ///< of a continuous colour legend: Int32 column of its stops
 };
 
 /// The area of the largest symbol, as of a step of 20 pixels, in square pixels.

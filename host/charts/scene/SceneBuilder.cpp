@@ -1,10 +1,9 @@
 #include "charts/scene/SceneBuilder.h"
 
-#include <algorithm>
 #include <cmath>
 
-#include "charts/guides/AxisGuide.h"
 #include "charts/guides/LegendGuide.h"
+#include "charts/scene/PaneBuilder.h"
 
 namespace ostrel::charts {
 namespace {
@@ -29,42 +28,6 @@ void AddTitles(ChartDocument const& document, TextSetter const& setter, Group& p
   if (!titles.nodes.empty()) plot.nodes.emplace_back(std::make_unique<Group>(std::move(titles)));
 }
 
-void AddGroup(Group& plot, Group group) {
-  if (!group.nodes.empty()) plot.nodes.emplace_back(std::make_unique<Group>(std::move(group)));
-}
-
-bool HasGivenDomain(PanePlan const& pane) {
-  return std::ranges::any_of(pane.axes, [](PositionScale const* scale) {
-    ScaleSpec const& spec = scale->encoding.scale;
-    return !spec.domain.empty() || spec.domainMin || spec.domainMax;
-  });
-}
-
-Group BuildLayer(ChartPlan const& plan, PanePlan const& pane, LayerPlan const& layer, Results const& results,
-                 TextSetter const& setter) {
-  Group group;
-  group.role = "marks";
-  std::optional<bool> const clip = layer.spec->mark.clip;
-  if (clip.value_or(HasGivenDomain(pane))) {
-    // What stands on an edge is not cut in halves where the document does not ask for it.
-    double const margin = clip ? 0 : layer.mark->GetReach();
-    group.clip = Rect{-margin, -margin, plan.width + 2 * margin, plan.height + 2 * margin};
-  }
-  layer.mark->Build({results, setter, group});
-  return group;
-}
-
-// Grid, layers and axes of a pane, in this order from back to front.
-void BuildPane(ChartPlan const& plan, PanePlan const& pane, Results const& results, TextSetter const& setter,
-               Group& plot, Extent& extent) {
-  std::vector<AxisGuide> axes;
-  for (PositionScale const* scale : pane.axes)
-    axes.push_back(BuildAxis(*scale, results, plan.width, plan.height, setter, extent));
-  for (AxisGuide& axis : axes) AddGroup(plot, std::move(axis.grid));
-  for (LayerPlan const& layer : pane.layers) AddGroup(plot, BuildLayer(plan, pane, layer, results, setter));
-  for (AxisGuide& axis : axes) AddGroup(plot, std::move(axis.axis));
-}
-
 }  // namespace
 
 Scene BuildScene(ChartDocument const& document, ChartPlan const& plan, Results const& results,
@@ -72,7 +35,7 @@ Scene BuildScene(ChartDocument const& document, ChartPlan const& plan, Results c
   Extent extent(Rect{0, 0, plan.width, plan.height});
   Group plot;
   plot.role = "plot";
-  BuildPane(plan, plan.panes[0], results, setter, plot, extent);
+  BuildPanes(plan, results, setter, plot, extent);
   Point const legendPlace{extent.GetRect().Right() + GuideStyle::kLegendOffset, 0};
   AddGroup(plot, BuildLegends(plan, results, legendPlace, setter, extent));
   AddTitles(document, setter, plot, extent);

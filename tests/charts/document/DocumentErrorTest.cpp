@@ -108,10 +108,10 @@ TEST(DocumentErrors, LongListsAndTextsAreRefusedWithoutTheirContent) {
       {"\"title\": [" + lines(40'000) + "," + lines(40'000) + "]",
        "$.title: the lines have more than 65536 bytes"},
       {"\"encoding\": {" + members + "}", "$.encoding: 10001 properties are more than 10000"},
-      {lines(500) + ": 1",
-       "$['" + std::string(64, 'x') +
-           "...']: is not supported; use one of $schema, name, title, "
-           "description, width, height, background, padding, config, data, mark, encoding, layer"},
+      {lines(500) + ": 1", "$['" + std::string(64, 'x') +
+                               "...']: is not supported; use one of $schema, name, title, "
+                               "description, width, height, background, padding, config, data, mark, "
+                               "encoding, layer, facet, spec, columns, resolve"},
       {R"("width": )" + lines(100),
        "$.width: \"" + std::string(64, 'x') + "...\" is not supported; use a number of pixels"},
   });
@@ -176,8 +176,7 @@ TEST(DocumentErrors, TopLevel) {
       {R"("layer": [])", "$.layer: is given beside mark; leave one of them out"},
       {R"("hconcat": [])", "$.hconcat: " + plots},
       {R"("repeat": {})", "$.repeat: " + plots},
-      {R"("facet": {})", "$.facet: " + plots},
-      {R"("resolve": {})", "$.resolve: " + plots},
+      {R"("resolve": {})", ""},
       {R"("transform": [])", "$.transform: transforms are not supported; transform the data beforehand"},
       {R"("params": [])", "$.params: interaction is not supported; leave it out"},
       {R"("projection": {})", "$.projection: maps are not supported; use the channels x and y"},
@@ -263,6 +262,36 @@ TEST(DocumentErrors, Layers) {
         "or "
         "utc"},
        {R"([{"mark": "point", "encoding": {"x": {"value": 5}, "y": {"field": "b"}}}])", ""}});
+}
+
+TEST(DocumentErrors, Panes) {
+  ExpectMessages(
+      R"({"data": {"url": "a.csv"}, )", "}",
+      {{R"("facet": {"field": "a"})", R"($.spec: is missing; give {"mark": ..., "encoding": {...}})"},
+       {R"("spec": {"mark": "point"})", R"($.facet: is missing; give {"field": ...}, or row and column)"},
+       {R"("facet": {}, "spec": {"mark": "point"})", "$.facet: expects a field"},
+       {R"("facet": {"row": {"field": "a"}, "x": {}}, "spec": {"mark": "point"})",
+        "$.facet.x: is not supported; use one of row, column"},
+       {R"("facet": {"field": "a"}, "mark": "point", "spec": {"mark": "point"})",
+        "$.spec: is given beside mark or layer; move these into spec"},
+       {R"("facet": {"field": "a"}, "columns": 0, "spec": {"mark": "point"})",
+        "$.columns: expects a number from 1 to 1000, not 0"},
+       {R"("facet": {"field": "a"}, "spec": {"mark": "point", "encoding": {"row": {"field": "b"}}})",
+        "$.spec.encoding.row: is for the whole chart; set it in $.encoding, or use facet with spec"},
+       {R"("mark": "point", "encoding": {"facet": {"field": "a"}, "row": {"field": "b"}})",
+        "$.encoding.row: is given beside facet; leave one of them out"},
+       {R"("mark": "point", "encoding": {"row": {"field": "a", "header": {"format": "%Y"}}})",
+        "$.encoding.row.header.format: is not supported; format the values in the data"},
+       {R"("mark": "point", "encoding": {"row": {"value": 1}})",
+        "$.encoding.row.value: a constant has no effect here; use a field"},
+       {R"("mark": "point", "resolve": {"scale": {"x": "own"}})",
+        "$.resolve.scale.x: \"own\" is not supported; use one of shared, independent"},
+       {R"("mark": "point", "resolve": {"axis": {"y": "independent"}})",
+        "$.resolve.axis.y: layers share an axis with its scale; set resolve.scale"},
+       {R"("mark": "point", "encoding": {"row": {"field": "a"}}, "resolve": {"scale": {"color": "independent"}})",
+        "$.resolve.scale.color: panes share their legends; use shared"},
+       {R"("mark": "point", "resolve": {"legend": {}})",
+        "$.resolve.legend: is not supported; every scale has its legend, so set scale"}});
 }
 
 TEST(DocumentErrors, Channels) {

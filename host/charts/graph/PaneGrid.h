@@ -1,0 +1,44 @@
+#pragma once
+
+#include "charts/graph/Compilation.h"
+#include "charts/graph/LayerRows.h"
+
+namespace ostrel::charts {
+
+/// What a channel of panes shows beside or above them.
+struct PaneHeader {
+  Encoding const* encoding = nullptr;
+  std::vector<std::string> labels;  ///< one for each row, column or pane
+};
+
+/// Rows of a layer whose panes a channel tells.
+struct PaneRows {
+  Encoding const* encoding = nullptr;
+  NodeId indices = -1;  ///< Int32 column, special where a row belongs to no pane
+  int rowCount = 0;
+};
+
+/// A place in the grid and the rows that each layer has there.
+struct PaneCell {
+  int row = 0;
+  int column = 0;
+  std::vector<std::shared_ptr<LayerRows>> layers;
+};
+
+/// The panes of a chart; without channels of panes a single one with all rows.
+struct PaneGrid {
+  int rowCount = 1;
+  int columnCount = 1;
+  std::optional<PaneHeader> rows;     ///< left of the grid
+  std::optional<PaneHeader> columns;  ///< above the grid
+  std::optional<PaneHeader> panes;    ///< above each pane
+  std::vector<PaneCell> cells;
+  std::vector<PaneRows> sources;
+
+  bool IsSingle() const { return !rows && !columns && !panes; }
+};
+
+/// Layers whose table lacks a pane's field have all their rows in every pane. Throws DocumentError.
+PaneGrid PlanPanes(Compilation& compilation, std::vector<std::shared_ptr<LayerRows>> const& layers);
+
+}  // namespace ostrel::charts

@@ -1,0 +1,257 @@
+#include "charts/scene/PaneBuilder.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "charts/guides/AxisGuide.h"
+
+namespace ostrel::charts {
+namespace {
+
+bool HasGivenDomain(PanePlan const& pane) {
+  return std::ranges::any_of(pane.axes, [](AxisPlan const& axis) {
+    ScaleSpec const& spec = axis.scale->encoding.scale;
+    return !spec.domain.empty() || spec.domainMin || spec.domainMax;
+  });
+}
+
+Group BuildLayer(ChartPlan const& plan, PanePlan const& pane, LayerPlan const& layer, Results const& results,
+                 TextSetter const& setter) {
+  Group group;
+  group.role = "marks";
+  std::optional<bool> const clip = layer.spec->mark.clip;
+  if (clip.value_or(HasGivenDomain(pane))) {
+    // What stands on an edge is not cut in halves where the document does not ask for it.
+    double const margin = clip ? 0 : layer.mark->GetReach();
+    group.clip = Rect{-margin, -margin, plan.width + 2 * margin, plan.height + 2 * margin};
+  }
+  layer.mark->Build({results, setter, group});
+  return group;
+}
+
+// How far an axis must keep off the plotting area for others on its side.
+double FindOffset(PositionScale const& scale, std::vector<PositionScale const*> const& placed,
+                  ChartPlan const& plan, Rect const& used) {
+  bool const isFar = IsFarAxis(scale);
+  bool const isTaken = std::ranges::any_of(placed, [&](PositionScale const* other) {
+    return other->space.isHorizontal == scale.space.isHorizontal && IsFarAxis(*other) == isFar;
+  });
+  if (!isTaken) return 0;
+  double const room = scale.space.isHorizontal ? (isFar ? used.Bottom() - plan.height : -used.y)
+                                               : (isFar ? used.Right() - plan.width : -used.x);
+  return std::ceil(room + GuideStyle::kAxisGap);
+}
+
+// Grid, layers and axes of a pane, in this order from back to front.
+void BuildPane(ChartPlan const& plan, PanePlan const& pane, bool hasTitles, Results const& results,
+               TextSetter const& setter, Group& plot, Extent& extent) {
+  std::vector<AxisGuide> axes;
+  std::vector<PositionScale const*> placed;
+  for (auto const& [scale, hasLabels] : pane.axes) {
+    double const offset = FindOffset(*scale, placed, plan, extent.GetRect());
+    axes.push_back(BuildAxis(*scale, results, plan.width, plan.height,
+                             {.hasLabels = hasLabels, .hasTitle = hasTitles, .offset = offset}, setter,
+                             extent));
+    if (hasLabels && !scale->encoding.axis.isHidden) placed.push_back(scale);
+  }
+  for (AxisGuide& axis : axes) AddGroup(plot, std::move(axis.grid));
+  for (LayerPlan const& layer : pane.layers) AddGroup(plot, BuildLayer(plan, pane, layer, results, setter));
+  for (AxisGuide& axis : axes) AddGroup(plot, std::move(axis.axis));
+}
+
+// Where the rows or columns of a grid begin, each with room for what its panes have before and behind them.
+class Tracks {
+ public:
+  Tracks(int count, double length)
+      : before_(static_cast<std::size_t>(count)), behind_(before_), length_(length) {}
+
+  void AddRoom(int track, double before, double behind) {
+    auto const at = static_cast<std::size_t>(track);
+    before_[at] = std::max(before_[at], before);
+    behind_[at] = std::max(behind_[at], behind);
+  }
+
+  std::vector<double> Place() const {
+    std::vector<double> starts(1, 0.0);
+    for (std::size_t track = 1; track < before_.size(); ++track) {
+      double const gap = behind_[track - 1] + GuideStyle::kPaneGap + before_[track];
+      starts.push_back(std::ceil(starts.back() + length_ + gap));
+    }
+    return starts;
+  }
+
+ private:
+  std::vector<double> before_;
+  std::vector<double> behind_;
+  double length_;
+};
+
+// The panes of a grid with headers, and axis titles that serve all of them.
+class GridBuilder {
+ public:
+  GridBuilder(ChartPlan const& plan, Results const& results, TextSetter const& setter, Group& plot,
+              Extent& extent)
+      : plan_(plan), results_(results), setter_(setter), plot_(plot), extent_(extent) {
+    headers_.role = "header";
+  }
+
+  void Build() {
+    BuildAll();
+    PlacePanes();
+    AddAxisTitles();
+    if (plan_.grid.rows) AddRowHeaders(*plan_.grid.rows);
+    if (plan_.grid.columns) AddColumnHeaders(*plan_.grid.columns);
+    if (plan_.grid.panes) AddTitle(*plan_.grid.panes, true);
+    AddGroup(plot_, std::move(headers_));
+  }
+
+ private:
+  struct BuiltPane {
+    PanePlan const* plan;
+    Group group;
+    Extent extent;
+  };
+
+  void BuildAll() {
+    for (PanePlan const& pane : plan_.panes) {
+      BuiltPane built{&pane, {}, Extent(Rect{0, 0, plan_.width, plan_.height})};
+      built.group.role = "pane";
+      BuildPane(plan_, pane, false, results_, setter_, built.group, built.extent);
+      panes_.push_back(std::move(built));
+    }
+    if (plan_.grid.panes && ShowsLabels(*plan_.grid.panes)) AddPaneHeaders(*plan_.grid.panes);
+  }
+
+  static bool ShowsLabels(PaneHeader const& header) {
+    HeaderSpec const& spec = header.encoding->header;
+    return !spec.isHidden && spec.labels.value_or(true);
+  }
+
+  TextMark MakeLabel(std::string const& text, Point at) const {
+    TextMark label;
+    label.text = text;
+    label.at = at;
+    label.font = setter_.MakeFont(GuideStyle::kLabelFontSize);
+    label.color = GuideStyle::TextColor();
+    label.anchor = TextAnchor::Middle;
+    label.baseline = TextBaseline::Bottom;
+    return label;
+  }
+
+  // The headers of a row of panes stand on one line.
+  void AddPaneHeaders(PaneHeader const& header) {
+    std::vector<double> tops(static_cast<std::size_t>(plan_.grid.rowCount), 0.0);
+    auto const topOf = [&](BuiltPane const& built) -> double& {
+      return tops[static_cast<std::size_t>(built.plan->row)];
+    };
+    for (BuiltPane const& built : panes_) topOf(built) = std::min(topOf(built), built.extent.GetRect().y);
+    for (std::size_t i = 0; i < panes_.size(); ++i) {
+      Point const at{plan_.width / 2, topOf(panes_[i]) - GuideStyle::kHeaderPadding};
+      setter_.Add(panes_[i].group, MakeLabel(header.labels[i], at), panes_[i].extent, plan_.width);
+    }
+  }
+
+  bool HasPane(int row, int column) const {
+    return std::ranges::any_of(
+        plan_.panes, [&](PanePlan const& pane) { return pane.row == row && pane.column == column; });
+  }
+
+  void PlacePanes() {
+    Tracks columns(plan_.grid.columnCount, plan_.width);
+    Tracks rows(plan_.grid.rowCount, plan_.height);
+    for (BuiltPane const& built : panes_) {
+      Rect const room = built.extent.GetRect();
+      columns.AddRoom(built.plan->column, -room.x, room.Right() - plan_.width);
+      // An axis hangs into the empty place below a pane.
+      bool const hasBelow = HasPane(built.plan->row + 1, built.plan->column);
+      bool const isLast = built.plan->row + 1 == plan_.grid.rowCount;
+      rows.AddRoom(built.plan->row, -room.y, hasBelow || isLast ? room.Bottom() - plan_.height : 0);
+    }
+    lefts_ = columns.Place();
+    tops_ = rows.Place();
+    for (BuiltPane& built : panes_) {
+      built.group.origin = {Left(built.plan->column), Top(built.plan->row)};
+      Rect const room = built.extent.GetRect();
+      extent_.Add({room.x + built.group.origin.x, room.y + built.group.origin.y, room.width, room.height});
+      AddGroup(plot_, std::move(built.group));
+    }
+  }
+
+  double Left(int column) const { return lefts_[static_cast<std::size_t>(column)]; }
+  double Top(int row) const { return tops_[static_cast<std::size_t>(row)]; }
+  double GridWidth() const { return lefts_.back() + plan_.width; }
+  double GridHeight() const { return tops_.back() + plan_.height; }
+
+  // Panes have the same fields, so that one title on each side serves all of them.
+  void AddAxisTitles() {
+    std::vector<PositionScale const*> titled;
+    for (AxisPlan const& axis : plan_.panes.front().axes) {
+      if (!axis.scale->encoding.axis.isHidden) titled.push_back(axis.scale);
+    }
+    for (PositionScale const* scale : titled)
+      AddAxisTitle(*scale, GridWidth(), GridHeight(), extent_.GetRect(), setter_, headers_, extent_);
+  }
+
+  void AddRowHeaders(PaneHeader const& header) {
+    double const right = extent_.GetRect().x - GuideStyle::kHeaderPadding;
+    for (int row = 0; ShowsLabels(header) && row < plan_.grid.rowCount; ++row) {
+      TextMark label =
+          MakeLabel(header.labels[static_cast<std::size_t>(row)], {right, Top(row) + plan_.height / 2});
+      label.angle = -90;
+      setter_.Add(headers_, label, extent_, plan_.height);
+    }
+    AddTitle(header, false);
+  }
+
+  void AddColumnHeaders(PaneHeader const& header) {
+    double const bottom = extent_.GetRect().y - GuideStyle::kHeaderPadding;
+    for (int column = 0; ShowsLabels(header) && column < plan_.grid.columnCount; ++column) {
+      TextMark const label = MakeLabel(header.labels[static_cast<std::size_t>(column)],
+                                       {Left(column) + plan_.width / 2, bottom});
+      setter_.Add(headers_, label, extent_, plan_.width);
+    }
+    AddTitle(header, true);
+  }
+
+  void AddTitle(PaneHeader const& header, bool isAbove) {
+    using namespace GuideStyle;
+    Encoding const& encoding = *header.encoding;
+    if (encoding.header.isHidden) return;
+    TitleSpec const& given = encoding.header.title.isGiven ? encoding.header.title : encoding.title;
+    Rect const used = extent_.GetRect();
+    TextMark title = MakeLabel(given.isGiven ? given.text : DefaultTitle(encoding), {});
+    if (title.text.empty()) return;
+    title.font = setter_.MakeFont(kTitleFontSize, true);
+    title.at = isAbove ? Point{GridWidth() / 2, used.y - kHeaderPadding}
+                       : Point{used.x - kHeaderPadding, GridHeight() / 2};
+    title.angle = isAbove ? 0 : -90;
+    setter_.Add(headers_, title, extent_);
+  }
+
+  ChartPlan const& plan_;
+  Results const& results_;
+  TextSetter const& setter_;
+  Group& plot_;
+  Extent& extent_;
+  std::vector<BuiltPane> panes_;
+  std::vector<double> lefts_;
+  std::vector<double> tops_;
+  Group headers_;
+};
+
+}  // namespace
+
+void AddGroup(Group& plot, Group group) {
+  if (!group.nodes.empty()) plot.nodes.emplace_back(std::make_unique<Group>(std::move(group)));
+}
+
+void BuildPanes(ChartPlan const& plan, Results const& results, TextSetter const& setter, Group& plot,
+                Extent& extent) {
+  if (plan.grid.IsSingle()) {
+    BuildPane(plan, plan.panes.front(), true, results, setter, plot, extent);
+  } else {
+    GridBuilder(plan, results, setter, plot, extent).Build();
+  }
+}
+
+}  // namespace ostrel::charts

@@ -1,0 +1,193 @@
+#include <fmt/format.h>
+
+#include "ChartDrawing.h"
+#include "charts/guides/GuideStyle.h"
+
+namespace ostrel::charts {
+namespace {
+
+std::string const kRows = R"("data":{"values":[{"a":0,"b":1,"g":"p","h":"u"},{"a":10,"b":3,"g":"q","h":"u"},)"
+                          R"({"a":100,"b":2,"g":"q","h":"v"},{"a":5,"b":4,"g":null,"h":"v"}]})";
+
+std::string MakePanes(std::string const& encoding, std::string const& more = "") {
+  return R"({"width":100,"height":50,)" + kRows + R"(,"mark":"point","encoding":{)" + encoding +
+         R"(,"x":{"field":"a","type":"quantitative"},"y":{"field":"b","type":"quantitative"}})" + more + "}";
+}
+
+std::vector<Group const*> FindPanes(Scene const& scene) {
+  std::vector<Group const*> panes;
+  for (SceneNode const& node : FindGroup(scene.root, "plot")->nodes) {
+    auto const* group = std::get_if<std::unique_ptr<Group>>(&node);
+    if (group != nullptr && (*group)->role == "pane") panes.push_back(group->get());
+  }
+  return panes;
+}
+
+/// "0,38 / 10,0 100,25": every pane's symbols, rounded to whole pixels.
+std::string DescribePanes(Scene const& scene) {
+  std::string text;
+  for (Group const* pane : FindPanes(scene)) {
+    if (pane != FindPanes(scene).front()) text += " /";
+    Group const* const marks = FindGroup(*pane, "marks");
+    if (marks == nullptr) continue;
+    for (SceneNode const& node : marks->nodes) {
+      auto const& symbols = std::get<SymbolMarks>(node);
+      auto const& x = symbols.x->AsTypedArray<double>();
+      auto const& y = symbols.y->AsTypedArray<double>();
+      for (int row = 0; row < x.GetCount(); ++row)
+        text += fmt::format("{}{:.0f},{:.0f}", text.empty() ? "" : " ", x.GetElement(row), y.GetElement(row));
+    }
+  }
+  return text;
+}
+
+/// "xy y": the axes with labels of every pane.
+std::string DescribeAxes(Scene const& scene) {
+  std::string text;
+  for (Group const* pane : FindPanes(scene)) {
+    if (!text.empty()) text += ' ';
+    if (FindGroup(*pane, "axis x") != nullptr) text += 'x';
+    if (FindGroup(*pane, "axis y") != nullptr) text += 'y';
+    if (text.empty() || text.back() == ' ') text += '-';
+  }
+  return text;
+}
+
+TEST(Panes, HaveTheirRowsOnSharedOrOwnScales) {
+  struct Case {
+    std::string encoding;
+    char const* resolve;
+    char const* places;
+    char const* axes;
+    char const* headers;
+  };
+  std::string const column = R"("column":{"field":"g"})";
+  std::string const row = R"("row":{"field":"h"})";
+  Case const cases[] = {
+      {column, "", "0,38 / 10,12 100,25", "xy x", "a|b|p|q|g"},
+      {row, "", "0,38 10,12 / 100,25 5,0", "y xy", "a|b|u|v|h"},
+      {column + "," + row, "", "0,38 / 10,12 / / 100,25", "y - xy x", "a|b|u|v|h|p|q|g"},
+      {R"("facet":{"field":"g","sort":"descending","columns":1})", "", "10,12 100,25 / 0,38", "y xy",
+       "a|b|g"},
+      {R"("facet":{"field":"a","columns":3,"header":{"title":"T"}})", "", "0,38 / 5,0 / 10,12 / 100,25",
+       "y x x xy", "a|b|T"},
+      {column, R"({"scale":{"y":"independent"}})", "0,0 / 10,0 100,17", "xy xy", "a|b|p|q|g"},
+      {row, R"({"scale":{"x":"independent"}})", "0,38 100,12 / 100,25 5,0", "xy xy", "a|b|u|v|h"},
+      {column, R"({"axis":{"y":"independent"}})", "0,38 / 10,12 100,25", "xy xy", "a|b|p|q|g"},
+      {R"("column":{"field":"g","title":"G","header":{"labels":false}})", "", "0,38 / 10,12 100,25", "xy x",
+       "a|b|G"},
+      {R"("column":{"field":"g","header":null})", "", "0,38 / 10,12 100,25", "xy x", "a|b"},
+  };
+  ChartDrawing const drawing;
+  for (Case const& c : cases) {
+    std::string const resolve = *c.resolve == 0 ? "" : std::string(",\"resolve\":") + c.resolve;
+    std::string const document = MakePanes(c.encoding, resolve);
+    Scene const scene = drawing.Draw(document).scene;
+    SCOPED_TRACE(document);
+    EXPECT_EQ(DescribePanes(scene), c.places);
+    EXPECT_EQ(DescribeAxes(scene), c.axes);
+    EXPECT_EQ(ReadTexts(scene, "header"), c.headers);
+  }
+}
+
+TEST(Panes, OfTheOperatorHoldLayersOfOtherData) {
+  ChartDrawing const drawing;
+  Scene const scene =
+      drawing
+          .Draw(R"({)" + kRows +
+                R"(,"facet":{"column":{"field":"g"}},"spec":{"width":100,"height":50,)"
+                R"("encoding":{"x":{"field":"a","type":"quantitative"}},"layer":[{"mark":"point"},)"
+                R"({"data":{"values":[{"a":50}]},"mark":"circle"}]}})")
+          .scene;
+  // A table without the field stands in every pane.
+  EXPECT_EQ(DescribePanes(scene), "0,25 / 10,25 100,25");
+  for (Group const* pane : FindPanes(scene)) {
+    int layers = 0;
+    for (SceneNode const& node : pane->nodes) {
+      auto const* group = std::get_if<std::unique_ptr<Group>>(&node);
+      if (group != nullptr && (*group)->role == "marks") ++layers;
+    }
+    EXPECT_EQ(layers, 2);
+  }
+}
+
+TEST(Panes, TellOfRowsWithoutAPane) {
+  ChartDrawing const drawing;
+  EXPECT_EQ(
+      drawing.Draw(MakePanes(R"("column":{"field":"g"})")).warnings,
+      (std::vector<std::string>{"1 of 4 rows have no value in 'g', which tells their pane; not drawn"}));
+  std::string rows;
+  for (int i = 0; i <= 400; ++i) rows += fmt::format("{}{}", i == 0 ? "" : "|", i);
+  EXPECT_EQ(drawing.DescribeError(MakeDocument("\"point\"", rows, R"("row":{"field":"f0"})")),
+            "chart.vl.json: $.encoding.row.field: 401 values of field 'f0' are more panes than 400");
+}
+
+void CollectRooms(Group const& group, Point origin, TextSetter const& setter, std::vector<Rect>& rooms) {
+  origin = {origin.x + group.origin.x, origin.y + group.origin.y};
+  for (SceneNode const& node : group.nodes) {
+    if (auto const* child = std::get_if<std::unique_ptr<Group>>(&node))
+      CollectRooms(**child, origin, setter, rooms);
+    auto const* text = std::get_if<TextMark>(&node);
+    if (text == nullptr) continue;
+    Rect const rect = setter.MeasureRect(*text);
+    rooms.push_back({rect.x + origin.x, rect.y + origin.y, rect.width, rect.height});
+  }
+}
+
+TEST(Panes, TextsDoNotOverlap) {
+  auto const measurer = services::MakeFixedMeasurer();
+  TextSetter const setter(*measurer, kFontFamily);
+  ChartDrawing const drawing;
+  std::string const color = R"(,"color":{"field":"h","type":"nominal"})";
+  std::string const documents[] = {
+      MakePanes(R"("column":{"field":"g"},"row":{"field":"h"})" + color, R"(,"title":"A title")"),
+      MakePanes(R"("facet":{"field":"a","columns":3})" + color),
+      MakePanes(R"("facet":{"field":"a","columns":2})",
+                R"(,"resolve":{"scale":{"x":"independent","y":"independent"}})"),
+      R"({"width":100,"height":100,)" + kRows +
+          R"(,"resolve":{"scale":{"y":"independent","color":"independent"}},"encoding":{"x":{"field":"a",)"
+          R"("type":"quantitative"}},"layer":[{"mark":"point","encoding":{"y":{"field":"a","type":"quantitative"},)"
+          R"("color":{"field":"g","type":"nominal"}}},{"mark":"circle","encoding":{"y":{"field":"b",)"
+          R"("type":"quantitative"},"color":{"field":"h","type":"nominal"}}},{"mark":"square","encoding":)"
+          R"({"y":{"field":"h","type":"nominal"}}}]})"};
+  for (std::string const& document : documents) {
+    Scene const scene = drawing.Draw(document).scene;
+    std::vector<Rect> rooms;
+    CollectRooms(scene.root, {0, 0}, setter, rooms);
+    EXPECT_GT(rooms.size(), 10u);
+    for (std::size_t i = 0; i < rooms.size(); ++i) {
+      for (std::size_t j = 0; j < i; ++j) {
+        Rect const& a = rooms[i];
+        Rect const& b = rooms[j];
+        bool const isApart = a.Right() <= b.x || b.Right() <= a.x || a.Bottom() <= b.y || b.Bottom() <= a.y;
+        EXPECT_TRUE(isApart) << document << " " << i << " " << j;
+      }
+    }
+  }
+}
+
+TEST(Layers, HaveScalesOfTheirOwnOnBothSides) {
+  ChartDrawing const drawing;
+  Scene const scene = drawing
+                          .Draw(R"({"width":100,"height":50,)" + kRows +
+                                R"(,"resolve":{"scale":{"y":"independent"}},"layer":[)"
+                                R"({"mark":"point","encoding":{"y":{"field":"a","type":"quantitative"}}},)"
+                                R"({"mark":"point","encoding":{"y":{"field":"b","type":"quantitative"}}}]})")
+                          .scene;
+  std::string places;
+  std::string texts;
+  for (SceneNode const& node : FindGroup(scene.root, "plot")->nodes) {
+    auto const& group = *std::get<std::unique_ptr<Group>>(node);
+    for (SceneNode const& shape : group.nodes) {
+      if (auto const* symbols = std::get_if<SymbolMarks>(&shape))
+        places += fmt::format(" {:.0f}", symbols->y->AsTypedArray<double>().GetElement(1));
+      if (auto const* text = std::get_if<TextMark>(&shape); text != nullptr && group.role == "axis y")
+        texts += (text->at.x > 100 ? " >" : " <") + text->text;
+    }
+  }
+  EXPECT_EQ(places, " 45 12");
+  EXPECT_EQ(texts, " <0 <50 <100 <a >0 >2 >4 >b");
+}
+
+}  // namespace
+}  // namespace ostrel::charts
