@@ -166,6 +166,24 @@ TEST(Panes, TextsDoNotOverlap) {
   }
 }
 
+/// "60 6 / 40 0": the heights of every layer's symbols, rounded to whole pixels.
+std::string DescribePlaces(Scene const& scene) {
+  std::string text;
+  for (SceneNode const& node : FindGroup(scene.root, "plot")->nodes) {
+    auto const* group = std::get_if<std::unique_ptr<Group>>(&node);
+    if (group == nullptr) continue;
+    for (SceneNode const& shape : (*group)->nodes) {
+      auto const* symbols = std::get_if<SymbolMarks>(&shape);
+      if (symbols == nullptr) continue;
+      if (!text.empty()) text += " /";
+      auto const& y = symbols->y->AsTypedArray<double>();
+      for (int row = 0; row < y.GetCount(); ++row)
+        text += fmt::format("{}{:.0f}", text.empty() ? "" : " ", y.GetElement(row));
+    }
+  }
+  return text;
+}
+
 TEST(Layers, HaveScalesOfTheirOwnOnBothSides) {
   ChartDrawing const drawing;
   Scene const scene = drawing
@@ -187,6 +205,34 @@ TEST(Layers, HaveScalesOfTheirOwnOnBothSides) {
   }
   EXPECT_EQ(places, " 45 12");
   EXPECT_EQ(texts, " <0 <50 <100 <a >0 >2 >4 >b");
+}
+
+// The row of zeros stands at one height, and every row inside the pane.
+TEST(Layers, ShareTheZeroOfTheirScales) {
+  ChartDrawing const drawing;
+  auto const draw = [&](std::string const& scale, std::string const& zero) {
+    std::string const document =
+        R"({"width":100,"height":60,"data":{"values":[{"a":0,"b":0},{"a":90,"b":-5},{"a":20,"b":10}]},)"
+        R"("resolve":{"scale":{"y":"independent"})" +
+        zero +
+        R"(},"layer":[)"
+        R"({"mark":"point","encoding":{"y":{"field":"a","type":"quantitative"}}},)"
+        R"({"mark":"point","encoding":{"y":{"field":"b","type":"quantitative","scale":)" +
+        scale + R"(}}}]})";
+    return DescribePlaces(drawing.Draw(document).scene);
+  };
+  EXPECT_EQ(draw("{}", ""), "60 6 48 / 40 60 0");
+  EXPECT_EQ(draw("{}", R"(,"zero":{"y":"shared"})"), "40 4 32 / 40 60 0");
+  EXPECT_EQ(draw(R"({"reverse":true})", R"(,"zero":{"y":"shared"})"), "30 3 24 / 30 15 60");
+  EXPECT_EQ(draw("{}", R"(,"zero":{"y":"independent"})"), draw("{}", ""));
+  try {
+    draw(R"({"type":"sqrt"})", R"(,"zero":{"y":"shared"})");
+    ADD_FAILURE();
+  } catch (DocumentError const& error) {
+    EXPECT_STREQ(error.what(),
+                 "chart.vl.json: $.layer[1].encoding.y.scale.type: has no zero to align; use \"linear\", or "
+                 "leave resolve.zero out");
+  }
 }
 
 }  // namespace

@@ -77,7 +77,17 @@ void CheckResolve(JsonValue const& root, ChartDocument& document) {
     if (IsPosition(channel)) continue;
     root.FailAt(fmt::format("resolve.scale.{}", NameOf(channel)), "panes share their legends; use shared");
   }
+  for (Channel const channel : panes.sharedZeros) {
+    throw DocumentError(
+        fmt::format("{}: {}.zero.{}: panes have their zeros where their scales have them; leave it out",
+                    document.path.string(), panes.path, NameOf(channel)));
+  }
   ResolveSpec const& layers = document.resolveLayers;
+  for (Channel const channel : layers.sharedZeros) {
+    if (layers.HasOwnScale(channel)) continue;
+    throw DocumentError(fmt::format("{}: {}.zero.{}: layers of one scale share its zero; set resolve.scale",
+                                    document.path.string(), layers.path, NameOf(channel)));
+  }
   for (Channel const channel : layers.independentAxes) {
     if (layers.HasOwnScale(channel)) continue;
     throw DocumentError(fmt::format("{}: {}.axis.{}: layers share an axis with its scale; set resolve.scale",

@@ -142,9 +142,11 @@ struct ResolveSpec {
   std::string path;  ///< "$.resolve"
   std::vector<Channel> independentScales;
   std::vector<Channel> independentAxes;
+  std::vector<Channel> sharedZeros;  ///< the zeros of independent scales stand at one height
 
   bool HasOwnScale(Channel channel) const;
   bool HasOwnAxis(Channel channel) const;
+  bool SharesZero(Channel channel) const;
 };
 
 struct ChartDocument {

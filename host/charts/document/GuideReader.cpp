@@ -15,17 +15,19 @@ constexpr NamedValue<char const*> kAxisSides[] = {
 
 constexpr NamedValue<bool> kResolutions[] = {{"shared", false}, {"independent", true}};
 
-/// The channels that are set to independent.
-std::vector<Channel> ReadIndependent(JsonValue const& value, std::span<Channel const> channels) {
-  std::vector<Channel> independent;
+/// The channels that are set to independent, or else to shared.
+std::vector<Channel> ReadChannels(JsonValue const& value, std::span<Channel const> channels,
+                                  bool isIndependent = true) {
+  std::vector<Channel> found;
   JsonObjectReader reader(value);
   for (Channel const channel : channels) {
-    reader.On(NameOf(channel), [&independent, channel](JsonValue const& word) {
-      if (word.ReadOneOf(std::span<NamedValue<bool> const>(kResolutions))) independent.push_back(channel);
+    reader.On(NameOf(channel), [&found, channel, isIndependent](JsonValue const& word) {
+      if (word.ReadOneOf(std::span<NamedValue<bool> const>(kResolutions)) == isIndependent)
+        found.push_back(channel);
     });
   }
   reader.Read();
-  return independent;
+  return found;
 }
 
 bool Contains(std::vector<Channel> const& channels, Channel channel) {
@@ -38,6 +40,7 @@ bool ResolveSpec::HasOwnScale(Channel channel) const { return Contains(independe
 bool ResolveSpec::HasOwnAxis(Channel channel) const {
   return Contains(independentScales, channel) || Contains(independentAxes, channel);
 }
+bool ResolveSpec::SharesZero(Channel channel) const { return Contains(sharedZeros, channel); }
 
 ResolveSpec ReadResolve(JsonValue const& value) {
   static constexpr Channel kScales[] = {Channel::X,    Channel::Y,       Channel::Color,
@@ -45,11 +48,14 @@ ResolveSpec ReadResolve(JsonValue const& value) {
   ResolveSpec resolve;
   resolve.path = value.GetPath();
   JsonObjectReader(value)
-      .On("scale",
-          [&](JsonValue const& scale) { resolve.independentScales = ReadIndependent(scale, kScales); })
+      .On("scale", [&](JsonValue const& scale) { resolve.independentScales = ReadChannels(scale, kScales); })
       .On("axis",
           [&](JsonValue const& axis) {
-            resolve.independentAxes = ReadIndependent(axis, std::span(kScales).first<2>());
+            resolve.independentAxes = ReadChannels(axis, std::span(kScales).first<2>());
+          })
+      .On("zero",
+          [&](JsonValue const& zero) {
+            resolve.sharedZeros = ReadChannels(zero, std::span(kScales).first<2>(), false);
           })
       .Refuse("legend", "is not supported; every scale has its legend, so set scale")
       .Read();

@@ -7,6 +7,7 @@
 #include "charts/guides/GuideStyle.h"
 #include "charts/marks/MarkContext.h"
 #include "charts/marks/MarkTable.h"
+#include "charts/scales/SharedZero.h"
 
 namespace ostrel::charts {
 namespace {
@@ -62,14 +63,12 @@ class ScalePlanner {
   void PlanPosition(Channel channel, char const* name) {
     auto const groups = GroupUses(compilation_.document, channel);
     bool const isShared = !compilation_.document.resolvePanes.HasOwnScale(channel);
-    for (std::size_t i = 0; i < groups.size(); ++i) {
-      PositionScale const* scale =
-          isShared ? &AddScale(MakeSource(name, groups[i], rows_), channel, i > 0) : nullptr;
-      for (std::size_t pane = 0; pane < plan_.panes.size(); ++pane) {
-        if (!isShared)
-          scale = &AddScale(MakeSource(name, groups[i], plan_.grid.cells[pane].layers), channel, i > 0);
-        PlaceUses(groups[i], *scale, plan_.panes[pane], isShared);
-      }
+    std::vector<PositionScale*> scales;
+    if (isShared) scales = AddScales(channel, name, groups, rows_);
+    for (std::size_t pane = 0; pane < plan_.panes.size(); ++pane) {
+      if (!isShared) scales = AddScales(channel, name, groups, plan_.grid.cells[pane].layers);
+      for (std::size_t i = 0; i < groups.size(); ++i)
+        PlaceUses(groups[i], *scales[i], plan_.panes[pane], isShared);
     }
   }
 
@@ -98,19 +97,31 @@ class ScalePlanner {
     return JoinUses(compilation_, name, std::move(uses));
   }
 
-  // Scales after the first have their axis on the other side and leave the grid to it.
-  PositionScale const& AddScale(ScaleSource source, Channel channel, bool isFurther) {
+  // The scales of all groups of uses. Those after the first have their axis on the other side and leave the
+  // grid to it.
+  std::vector<PositionScale*> AddScales(Channel channel, char const* name,
+                                        std::vector<std::vector<LayerUse>> const& groups,
+                                        std::vector<std::shared_ptr<LayerRows>> const& rows) {
     bool const isHorizontal = channel == Channel::X;
-    AxisSpec& axis = source.encoding.axis;
-    if (isFurther && axis.orient.empty()) axis.orient = isHorizontal ? "top" : "right";
-    if (isFurther && !axis.grid) axis.grid = false;
-    plan_.positions.push_back(std::make_unique<PositionScale>(
-        PlanPositionScale(compilation_, source,
-                          {.isHorizontal = isHorizontal,
-                           .length = isHorizontal ? plan_.width : plan_.height,
-                           .labelFontSize = GuideStyle::kLabelFontSize,
-                           .labelLimit = GuideStyle::kLabelLimit})));
-    return *plan_.positions.back();
+    std::vector<ScaleSource> sources;
+    std::vector<PositionScale*> scales;
+    for (auto const& group : groups) {
+      ScaleSource& source = sources.emplace_back(MakeSource(name, group, rows));
+      AxisSpec& axis = source.encoding.axis;
+      bool const isFurther = !scales.empty();
+      if (isFurther && axis.orient.empty()) axis.orient = isHorizontal ? "top" : "right";
+      if (isFurther && !axis.grid) axis.grid = false;
+      plan_.positions.push_back(std::make_unique<PositionScale>(
+          PlanPositionDomain(compilation_, source,
+                             {.isHorizontal = isHorizontal,
+                              .length = isHorizontal ? plan_.width : plan_.height,
+                              .labelFontSize = GuideStyle::kLabelFontSize,
+                              .labelLimit = GuideStyle::kLabelLimit})));
+      scales.push_back(plan_.positions.back().get());
+    }
+    if (compilation_.document.resolveLayers.SharesZero(channel)) AlignZeros(compilation_, scales);
+    for (std::size_t i = 0; i < scales.size(); ++i) PlanPositions(compilation_, sources[i], *scales[i]);
+    return scales;
   }
 
   void PlaceUses(std::vector<LayerUse> const& uses, PositionScale const& scale, PanePlan& pane,

@@ -62,14 +62,17 @@ NodeId PlaceScaled(GraphBuilder& graph, PositionScale const& scale, std::string 
   return ToRange(graph, name + " positions", fraction, scale.start, scale.end);
 }
 
+void PlanContinuousDomain(Compilation& compilation, ScaleSource const& source, PositionScale& scale) {
+  bool const isTime = scale.scaleType == ScaleType::Time;
+  scale.field = ScaleField(compilation, source, {.includesZero = !isTime, .isNice = !isTime});
+  Range const range = PixelRange(scale.space, IsReversed(source.encoding, scale.field));
+  scale.start = range.start;
+  scale.end = range.end;
+}
+
 void PlanContinuous(Compilation& compilation, ScaleSource const& source, PositionScale& scale) {
   Encoding const& encoding = source.encoding;
   GraphBuilder& graph = compilation.graph;
-  bool const isTime = scale.scaleType == ScaleType::Time;
-  scale.field = ScaleField(compilation, source, {.includesZero = !isTime, .isNice = !isTime});
-  Range const range = PixelRange(scale.space, IsReversed(encoding, scale.field));
-  scale.start = range.start;
-  scale.end = range.end;
   for (std::size_t i = 0; i < source.uses.size(); ++i) {
     ScaledRows const& rows = scale.field.rows[i];
     NodeId const positions = PlaceScaled(graph, scale, scale.name + source.uses[i].label, rows.scaled,
@@ -124,12 +127,18 @@ NodeId PlaceNumbers(GraphBuilder& graph, PositionScale const& scale, std::string
   return PlaceScaled(graph, scale, name, ToScaleSpace(graph, scale.field, name, numbers), false);
 }
 
-PositionScale PlanPositionScale(Compilation& compilation, ScaleSource const& source, AxisSpace const& space) {
+PositionScale PlanPositionDomain(Compilation& compilation, ScaleSource const& source,
+                                 AxisSpace const& space) {
   PositionScale scale;
   scale.name = source.name;
   scale.encoding = source.encoding;
   scale.scaleType = ResolveScaleType(source.encoding);
   scale.space = space;
+  if (scale.scaleType != ScaleType::Ordinal) PlanContinuousDomain(compilation, source, scale);
+  return scale;
+}
+
+void PlanPositions(Compilation& compilation, ScaleSource const& source, PositionScale& scale) {
   if (scale.scaleType == ScaleType::Ordinal) {
     PlanDiscrete(compilation, source, scale);
   } else {
@@ -143,7 +152,6 @@ PositionScale PlanPositionScale(Compilation& compilation, ScaleSource const& sou
       if (node >= 0) compilation.graph.Keep(node);
     }
   }
-  return scale;
 }
 
 }  // namespace ostrel::charts

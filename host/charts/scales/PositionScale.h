@@ -37,8 +37,10 @@ struct PositionScale {
   NodeId step = -1;  ///< Real64 scalar: pixels of one value of a discrete scale
 };
 
-/// Plans the scale of the channels x or y.
-PositionScale PlanPositionScale(Compilation& compilation, ScaleSource const& source, AxisSpace const& space);
+/// Plans the scale of the channels x or y, in two steps: a continuous scale's domain may be widened between
+/// them.
+PositionScale PlanPositionDomain(Compilation& compilation, ScaleSource const& source, AxisSpace const& space);
+void PlanPositions(Compilation& compilation, ScaleSource const& source, PositionScale& scale);
 
 /// Pixels of further data numbers, a bar's zero for instance, on a continuous scale.
 NodeId PlaceNumbers(GraphBuilder& graph, PositionScale const& scale, std::string const& name, NodeId numbers);

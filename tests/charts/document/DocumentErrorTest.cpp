@@ -290,6 +290,10 @@ TEST(DocumentErrors, Panes) {
         "$.resolve.axis.y: layers share an axis with its scale; set resolve.scale"},
        {R"("mark": "point", "encoding": {"row": {"field": "a"}}, "resolve": {"scale": {"color": "independent"}})",
         "$.resolve.scale.color: panes share their legends; use shared"},
+       {R"("mark": "point", "resolve": {"zero": {"y": "shared"}})",
+        "$.resolve.zero.y: layers of one scale share its zero; set resolve.scale"},
+       {R"("mark": "point", "encoding": {"row": {"field": "a"}}, "resolve": {"zero": {"y": "shared"}})",
+        "$.resolve.zero.y: panes have their zeros where their scales have them; leave it out"},
        {R"("mark": "point", "resolve": {"legend": {}})",
         "$.resolve.legend: is not supported; every scale has its legend, so set scale"}});
 }
