@@ -116,7 +116,7 @@ void Composer::ComposePasses(Layout& layout, FormattedText const& text) {
     tokenizer.SetBreakMode(passes.GetBreakMode());
     ReadTokens(tokenizer);
     bool const finerPassFollows = layout.wrapMode == WordWrap && passes.HasNext();
-    layout.status = ComposePass(layout, finerPassFollows);
+    layout.status = ComposePass(layout, passes.GetBreakMode() == AnyCharacter, finerPassFollows);
     if (layout.status != WidthExceeded || layout.wrapMode != WordWrap) break;
   }
 }
@@ -138,8 +138,8 @@ void Composer::ClearLines(Layout& layout) {
   layout.alongBegin = layout.alongEnd = layout.bottom = layout.leading = 0;
 }
 
-std::uint32_t Composer::ComposePass(Layout& layout, bool finerPassFollows) {
-  LineGatherer gatherer(*this, tokens_, layout.wrapMode, layout.available);
+std::uint32_t Composer::ComposePass(Layout& layout, bool inContext, bool finerPassFollows) {
+  LineGatherer gatherer(*this, tokens_, layout.wrapMode, layout.available, inContext);
   // A line that is too wide ends a pass only when there is another; otherwise all lines are placed.
   bool widthExceeded = false;
   while (!gatherer.AtEnd()) {

@@ -26,7 +26,8 @@ enum WrapMode : std::uint32_t {
 // any number of compositions.
 //
 // Lengths are 32-bit floats in pixels. A length exceeds another only when it is greater by more than the
-// tolerance. No size and no measure makes a composition fail or run on: what is not a number exceeds nothing.
+// tolerance. Where words are broken between any characters, it counts what the characters measure together.
+// No size and no measure makes a composition fail or run on: what is not a number exceeds nothing.
 class OSTREL_API Composer {
  public:
   virtual ~Composer();
@@ -93,7 +94,7 @@ class OSTREL_API Composer {
   std::size_t FindFittingLength(std::uint32_t style, OStringCore const& text, double begin, double limit);
   void ReadTokens(Tokenizer& tokenizer);
   void ComposePasses(Layout& layout, FormattedText const& text);
-  std::uint32_t ComposePass(Layout& layout, bool finerPassFollows);
+  std::uint32_t ComposePass(Layout& layout, bool inContext, bool finerPassFollows);
   void ClearLines(Layout& layout);
   bool AddLine(Layout& layout, LineGatherer const& gatherer);
   void AddRuns(LineGatherer const& gatherer);

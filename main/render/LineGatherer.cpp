@@ -1,5 +1,8 @@
 #include "render/LineGatherer.h"
 
+#include <string>
+#include <utility>
+
 namespace runtime {
 namespace {
 
@@ -17,6 +20,8 @@ bool LineGatherer::Gather(int allowance) {
   last_ = nullptr;
   width_ = 0;
   wasCut_ = endedHard_ = false;
+  stretchFirst_ = contextTests_ = nextContextTest_ = 0;
+  stretchBegin_ = 0;
   while (!AtEnd()) {
     Token const& token = *tokens_[next_];
     if (wrapMode_ == WordWrap) {
@@ -35,7 +40,7 @@ bool LineGatherer::Gather(int allowance) {
 
 // Takes or passes over the token; false when the line ends before it.
 bool LineGatherer::WrapNext(Token const& token, int& allowance) {
-  if (!composer_.Exceeds(width_ + GetWidth(token), available_)) {
+  if (!composer_.Exceeds(width_ + GetWidth(token), available_) || FitsInContext(token)) {
     Take(token);
     return true;
   }
@@ -46,6 +51,28 @@ bool LineGatherer::WrapNext(Token const& token, int& allowance) {
   }
   --allowance;
   Take(token);
+  return true;
+}
+
+// Whether a token fits that alone seemed too wide; corrects the line's width then. The line's end is measured
+// only a number of times that grows with the logarithm of its length, whatever the measures are.
+bool LineGatherer::FitsInContext(Token const& token) {
+  constexpr std::size_t freeTests = 16;
+  constexpr std::size_t growth = 8;
+  if (!inContext_ || tokenCount_ == 0 || token.segments.size() != 1) return false;
+  TokenSegment const& added = token.segments.front();
+  if (pieces_.back().segment->styleIndex != added.styleIndex) return false;
+  if (contextTests_ >= freeTests && tokenCount_ < nextContextTest_) return false;
+  ++contextTests_;
+  nextContextTest_ = tokenCount_ + tokenCount_ / growth + 1;
+  std::u16string text;
+  for (Piece const& piece : GetPieces().subspan(stretchFirst_)) {
+    text += piece.segment->text.view().substr(0, piece.length);
+  }
+  text += added.text.view();
+  double const width = stretchBegin_ + composer_.Measure(added.styleIndex, OStringCore(std::move(text)));
+  if (composer_.Exceeds(width, available_)) return false;
+  width_ = width - added.measurement;
   return true;
 }
 
@@ -90,9 +117,13 @@ void LineGatherer::Cut(Token const& token) {
 // Takes a token, or its styles alone.
 void LineGatherer::Take(Token const& token, bool whole) {
   for (TokenSegment const& segment : token.segments) {
+    if (!pieces_.empty() && pieces_.back().segment->styleIndex != segment.styleIndex) {
+      stretchFirst_ = pieces_.size();
+      stretchBegin_ = width_;
+    }
     pieces_.push_back({&segment, whole ? static_cast<std::size_t>(segment.text.length()) : 0});
+    if (whole) width_ += segment.measurement;
   }
-  if (whole) width_ += GetWidth(token);
   last_ = &token;
   ++tokenCount_;
 }

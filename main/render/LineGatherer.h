@@ -20,10 +20,16 @@ class LineGatherer {
     std::size_t length;
   };
 
-  // The wrap mode is the one in force. Composer and tokens must outlive the gatherer.
+  // The wrap mode is the one in force. With `inContext`, tokens are parts of words: letters that join or kern
+  // are wider one by one than together, so where they seem not to fit they are measured as they would stand.
+  // Composer and tokens must outlive the gatherer.
   LineGatherer(Composer& composer, std::span<std::shared_ptr<Token> const> tokens, std::uint32_t wrapMode,
-               float available) noexcept
-      : composer_(composer), tokens_(tokens), wrapMode_(wrapMode), available_(available) {}
+               float available, bool inContext) noexcept
+      : composer_(composer),
+        tokens_(tokens),
+        wrapMode_(wrapMode),
+        available_(available),
+        inContext_(inContext) {}
 
   bool AtEnd() const noexcept { return next_ == tokens_.size(); }
 
@@ -38,6 +44,7 @@ class LineGatherer {
   bool EndedSoftly() const noexcept { return !AtEnd() && !endedHard_; }
 
  private:
+  bool FitsInContext(Token const& token);
   bool WrapNext(Token const& token, int& allowance);
   bool SkipOrTakeBlank(Token const& token, int allowance);
   void ClipNext(Token const& token);
@@ -49,6 +56,7 @@ class LineGatherer {
   std::span<std::shared_ptr<Token> const> tokens_;
   std::uint32_t wrapMode_;
   float available_;
+  bool inContext_;
   std::size_t next_ = 0;
 
   // Of the line.
@@ -58,6 +66,11 @@ class LineGatherer {
   double width_ = 0;
   bool wasCut_ = false;
   bool endedHard_ = false;
+  // The pieces at its end that are of one style, and the width before them.
+  std::size_t stretchFirst_ = 0;
+  double stretchBegin_ = 0;
+  std::size_t contextTests_ = 0;
+  std::size_t nextContextTest_ = 0;
 };
 
 }  // namespace runtime

@@ -220,7 +220,10 @@ TEST_F(TextStyleTable, RefusesWhatIsNoStyle) {
       }
     }
   }
-  EXPECT_EQ(ErrorOf([&] { Ask(TransformNames::UPDATE_TEXT_STYLE_TABLE, {factory::MakeKeyMap(factory::NamedValues{})}); }), 55);
+  EXPECT_EQ(ErrorOf([&] {
+              Ask(TransformNames::UPDATE_TEXT_STYLE_TABLE, {factory::MakeKeyMap(factory::NamedValues{})});
+            }),
+            55);
   EXPECT_EQ(ErrorOf([&] { Ask(TransformNames::UPDATE_TEXT_STYLE_TABLE, {}); }), 219);
   Install([](Value const&) { return Text(L"no tuple"); });
   EXPECT_THROW(Update({{L"font_size", Reals({1})}}), std::runtime_error) << "the measurer refuses the font";

@@ -350,7 +350,7 @@ TEST(TextComposer, LongTextsAreLaidOutInLinearTime) {
         calls += text.length();
         return 10 * static_cast<float>(text.length());
       });
-  constexpr int count = 100'000;
+  constexpr int count = 20'000;
   std::string const letters(count, 'a');
   std::string points = letters;
   points[1] = '.';
@@ -364,6 +364,47 @@ TEST(TextComposer, LongTextsAreLaidOutInLinearTime) {
         EXPECT_LE(calls, 4 * count) << mode << ' ' << width << ' ' << text.substr(0, 3);
       }
     }
+  }
+}
+
+TEST(TextComposer, MeasuresThatDoNotGrowTakeNoLonger) {
+  std::size_t units = 0;
+  auto const measuring = OstrelTransforms::SetMeasureTextWidthCallbackForTest(
+      [&](OStringCore const& text, TestValues::Value const&) {
+        units += static_cast<std::size_t>(text.length());
+        return 5.0F;
+      });
+  constexpr std::size_t count = 100'000;
+  TextComposer composer(Texts::MakeTable(kStyles));
+  composer.SetWrapMode(WordWrap);
+  auto const composed = Compose(composer, std::string(count, 'a'), {100, 10});
+  EXPECT_EQ(composed.GetStatus(), AllPlaced);
+  EXPECT_LT(units, 20 * count);
+}
+
+TEST(TextComposer, LettersThatJoinAreBrokenByTheirWidthTogether) {
+  // A text is 6 wider than its letters, as words are whose letters join or kern.
+  auto const measuring = OstrelTransforms::SetMeasureTextWidthCallbackForTest(
+      [](OStringCore const& text, TestValues::Value const&) {
+        return 4 * static_cast<float>(text.length()) + 6;
+      });
+  TextComposer composer(Texts::MakeTable(kStyles));
+  composer.SetWrapMode(WordWrap);
+  struct {
+    std::string text;
+    float width;
+    std::string runs;
+  } const cases[] = {
+      {"abcde", 26, "abcde@0,8"},
+      {"abcde", 25, "abcd@0,8 e@0,18"},
+      {"abcde", 14, "ab@0,8 cd@0,18 e@0,28"},
+      {"abcde", 10, "a@0,8 b@0,18 c@0,28 d@0,38 e@0,48"},
+      {"abcde fg", 26, "abcde@0,8 fg@0,18"},
+      {"0:ab|3:cdef|0:g", 52, "ab@0,15 3:cdef@14,15 g@36,15"},
+      {"0:ab|3:cdef|0:g", 51, "ab@0,15 3:cdef@14,15 g@0,32"},
+  };
+  for (auto const& [text, width, runs] : cases) {
+    EXPECT_EQ(Describe(Compose(composer, text, {width, 100})), runs) << text << " in " << width;
   }
 }
 
