@@ -23,6 +23,10 @@ using namespace ort::core;
 using namespace runtime;
 using Value = std::shared_ptr<StoreValue>;
 
+void MeasureWithFonts() {
+  static ostrel::services::InstalledServices const services = ostrel::services::InstallServices();
+}
+
 Value MakeStyles() {
   factory::NamedValues columns;
   columns.emplace(VisualKey::FontSize, factory::MakeConstantArray<double>(StoreTypeInfo::Real64, 11, 1));
@@ -90,7 +94,7 @@ constexpr Case kFewWrapped{2'000, 60, 60, 120, 300, DotsRight, WordWrap};
 constexpr Case kManyWrapped{10'000, 60, 60, 120, 300, DotsRight, WordWrap};
 
 void Compose(benchmark::State& state, Case const& labels, bool isWarm) {
-  ostrel::services::InstalledServices const services = ostrel::services::InstallServices();
+  MeasureWithFonts();
   tbb::global_control const limit(tbb::global_control::max_allowed_parallelism,
                                   static_cast<std::size_t>(state.range(0)));
   unsigned seed = 0;
@@ -143,7 +147,7 @@ BENCHMARK_CAPTURE(Compose, many_wrapped_warm, kManyWrapped, true)
 
 // One look-up after the other in a full cache.
 void FindInCache(benchmark::State& state) {
-  static ostrel::services::InstalledServices const services = ostrel::services::InstallServices();
+  MeasureWithFonts();
   TextComposer composer(MakeStyles());
   CachedComposer const cached(composer, {120, 300});
   std::vector<FormattedText> texts;

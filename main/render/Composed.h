@@ -84,15 +84,23 @@ class OSTREL_API ComposedText final : public Composed {
  public:
   // In reading order.
   std::vector<ComposedTextRun> const& GetRuns() const noexcept { return runs_; }
-  // The runs' texts as elements of string columns; empty when they were not made (see CachedComposer).
-  std::vector<ort::core::RIndirectString> const& GetStrings() const noexcept { return strings_; }
+  // A run as it goes into columns.
+  struct Row {
+    ort::core::RIndirectString text;
+    float x = 0;
+    float y = 0;
+    std::uint32_t styleIndex = 0;
+  };
+  // One a run; none unless they were made (see CachedComposer).
+  std::vector<Row> const& GetRows() const noexcept { return rows_; }
+  std::vector<Row> MakeRows() const;
 
  private:
   friend class TextComposer;
   friend class CachedComposer;
 
   std::vector<ComposedTextRun> runs_;
-  std::vector<ort::core::RIndirectString> strings_;
+  std::vector<Row> rows_;
 };
 
 class OSTREL_API ComposedShapes final : public Composed {

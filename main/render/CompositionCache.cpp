@@ -49,6 +49,13 @@ Closer const g_closer;
 
 }  // namespace
 
+std::vector<ComposedText::Row> ComposedText::MakeRows() const {
+  std::vector<Row> rows;
+  rows.reserve(runs_.size());
+  for (ComposedTextRun const& run : runs_) rows.push_back({run.text, run.x, run.y, run.styleIndex});
+  return rows;
+}
+
 SharedCache GetCompositionCache() {
   OReadLocker const lock(g_lock);
   return g_isClosed ? nullptr : GetCache();
@@ -58,10 +65,7 @@ std::shared_ptr<ComposedText> CachedComposer::Compose(FormattedText const& text)
   auto const compose = [&] {
     auto composed = std::make_shared<ComposedText>();
     composer_->compose(text, size_, *composed);
-    if (composed->GetStatus() == AllPlaced) {
-      composed->strings_.reserve(composed->runs_.size());
-      for (ComposedTextRun const& run : composed->runs_) composed->strings_.emplace_back(run.text);
-    }
+    if (composed->GetStatus() == AllPlaced) composed->rows_ = composed->MakeRows();
     return composed;
   };
   bool const isKept =

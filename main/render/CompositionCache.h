@@ -27,8 +27,8 @@ class OSTREL_API CachedComposer {
   CachedComposer(TextComposer& composer, Size const& size)
       : composer_(&composer), size_(size), cache_(GetCompositionCache()) {}
 
-  // The composition, which others share: not to be changed. Where all was placed it has its runs' strings, so
-  // that they are interned once and not with every use.
+  // The composition, which others share: not to be changed. Where all was placed it has its rows, whose texts
+  // are so interned once and not with every use.
   std::shared_ptr<ComposedText> Compose(FormattedText const& text) const;
 
  private:

@@ -23,10 +23,10 @@ std::uint64_t Mix(std::uint64_t hash, std::uint64_t value) {
 }  // namespace
 
 TextComposition::TextComposition(TextComposer& composer, FormattedText const& text, Size const& size)
-    : text_(&text),
-      size_(std::uint64_t{GetBits(size.width)} << 32U | GetBits(size.height)),
+    : size_(std::uint64_t{GetBits(size.width)} << 32U | GetBits(size.height)),
       settings_(PackSettings(composer)),
-      hash_(Mix(size_, settings_)) {
+      text_(&text) {
+  hash_ = Mix(size_, settings_);
   auto const& runs = text.GetRuns();
   if (runs.empty()) return;
   firstStyle_ = composer.GetStyleKeys().Get(runs.front().styleIndex);
@@ -43,12 +43,12 @@ TextComposition::TextComposition(TextComposer& composer, FormattedText const& te
 }
 
 TextComposition::TextComposition(TextComposition const& other)
-    : ownText_(other.ownText_ ? other.ownText_ : std::make_shared<FormattedText const>(*other.text_)),
-      firstStyle_(other.firstStyle_),
-      laterStyles_(other.laterStyles_),
+    : hash_(other.hash_),
       size_(other.size_),
       settings_(other.settings_),
-      hash_(other.hash_) {
+      firstStyle_(other.firstStyle_),
+      ownText_(other.ownText_ ? other.ownText_ : std::make_shared<FormattedText const>(*other.text_)),
+      laterStyles_(other.laterStyles_) {
   text_ = ownText_.get();
 }
 

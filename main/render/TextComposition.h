@@ -35,13 +35,14 @@ class OSTREL_API TextComposition {
  private:
   bool HasEqualRuns(TextComposition const& other) const;
 
-  FormattedText const* text_;
-  std::shared_ptr<FormattedText const> ownText_;
-  std::shared_ptr<StyleKey const> firstStyle_;                // null for a text without runs
-  std::vector<std::shared_ptr<StyleKey const>> laterStyles_;  // of the second run on; none for a single style
-  std::uint64_t size_;                                        // the bits of both sides
-  std::uint32_t settings_;
+  // What a look-up reads first stands together.
   std::uint64_t hash_;
+  std::uint64_t size_;  // the bits of both sides
+  std::uint32_t settings_;
+  FormattedText const* text_;
+  std::shared_ptr<StyleKey const> firstStyle_;  // null for a text without runs
+  std::shared_ptr<FormattedText const> ownText_;
+  std::vector<std::shared_ptr<StyleKey const>> laterStyles_;  // of the second run on; none for a single style
 };
 
 }  // namespace runtime

@@ -61,7 +61,7 @@ Value ComposeShapes(Value const& firstShapes, Value const& counts, Value const& 
         GetAnchor(composed, composer.GetHorizontalAlignment(), composer.GetVerticalAlignment());
     std::size_t runRow = columns.GetFirstRun(row);
     for (ComposedShapeRun const& run : composed.GetRuns()) {
-      columns.WriteRun(runRow, run, list.first + static_cast<int>(run.styleIndex), anchor);
+      columns.WriteRun(runRow, list.first + static_cast<int>(run.styleIndex), run.x, run.y, anchor);
       runIdRows[runRow++] = static_cast<int>(run.shapeId);
     }
   });

@@ -169,12 +169,12 @@ Value ComposeText(std::vector<Value> const& inputs) {
       auto const& composed = fitted[text].composed;
       columns.WriteSize(text, composed == nullptr ? Size{} : composed->GetSize());
       if (composed == nullptr) continue;
-      std::size_t const first = columns.GetFirstRun(text);
-      auto const& runs = composed->GetRuns();
-      auto const& strings = composed->GetStrings();
-      for (std::size_t i = 0; i < runs.size(); ++i) {
-        columns.WriteRun(first + i, runs[i], static_cast<int>(runs[i].styleIndex), anchors[text]);
-        runTextRows[first + i] = strings.empty() ? RIndirectString(runs[i].text) : strings[i];
+      std::vector<ComposedText::Row> made;
+      if (composed->GetRows().empty()) made = composed->MakeRows();
+      std::size_t run = columns.GetFirstRun(text);
+      for (ComposedText::Row const& row : made.empty() ? composed->GetRows() : made) {
+        columns.WriteRun(run, static_cast<int>(row.styleIndex), row.x, row.y, anchors[text]);
+        runTextRows[run++] = row.text;
       }
     }
   });

@@ -34,12 +34,12 @@ class RunColumns {
     rows_.width[text] = size.width;
     rows_.height[text] = size.height;
   }
-  void WriteRun(std::size_t row, runtime::ComposedRun const& run, int styleId, Anchor const& anchor) {
+  void WriteRun(std::size_t row, int styleId, double x, double y, Anchor const& anchor) {
     rows_.style[row] = styleId;
-    rows_.x[row] = run.x;
-    rows_.y[row] = run.y;
-    rows_.remoteX[row] = run.x - anchor.x;
-    rows_.remoteY[row] = run.y - anchor.y;
+    rows_.x[row] = x;
+    rows_.y[row] = y;
+    rows_.remoteX[row] = x - anchor.x;
+    rows_.remoteY[row] = y - anchor.y;
   }
 
   // A key map of all columns; what stands in the runs is the caller's, under a name of its own.
