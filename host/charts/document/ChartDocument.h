@@ -49,7 +49,7 @@ struct ScaleSpec {
   std::vector<Literal> domain;
   std::optional<double> domainMin;
   std::optional<double> domainMax;
-  std::optional<double> domainMid;
+  std::optional<double> domainMid;  ///< the colours' middle; the value from which sizes grow both ways
   std::vector<Literal> range;
   std::optional<bool> zero;
   std::optional<bool> nice;

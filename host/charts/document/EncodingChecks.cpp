@@ -95,6 +95,11 @@ void CheckScaleProperties(JsonValue const& value, Encoding const& encoding) {
   refuse(encoding.type == FieldType::Temporal && encoding.scale.zero == true, "zero",
          "a time scale has no zero; leave it out");
   refuse(isLog && encoding.scale.zero == true, "zero", "a log scale has no zero; leave it out");
+  bool const hasMiddle = encoding.channel == Channel::Color || encoding.channel == Channel::Size;
+  refuse(!hasMiddle, "domainMid", "is for the channels color and size only; leave it out");
+  refuse(encoding.type != FieldType::Quantitative ||
+             encoding.scale.type.value_or(ScaleType::Linear) != ScaleType::Linear,
+         "domainMid", "needs a quantitative field and a linear scale; leave it out");
   refuse(!isLog, "base", "is for log scales only; leave it out");
   refuse(encoding.channel != Channel::Color, "scheme", "is for the channel color only; leave it out");
   refuse(json.contains("range"), "scheme", "is given beside range; leave one of them out");

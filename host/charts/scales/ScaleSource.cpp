@@ -22,6 +22,7 @@ class EncodingJoiner {
     Join("scale.domain", into.domain, from.domain);
     Join("scale.domainMin", into.domainMin, from.domainMin);
     Join("scale.domainMax", into.domainMax, from.domainMax);
+    Join("scale.domainMid", into.domainMid, from.domainMid);
     Join("scale.range", into.range, from.range);
     Join("scale.zero", into.zero, from.zero);
     Join("scale.nice", into.nice, from.nice);

@@ -277,6 +277,31 @@ void PlanNumbers(Compilation& compilation, ScaleSource const& source, DomainRule
   WidenDomain(graph, encoding, rules, field);
 }
 
+// A given middle lies within the domain.
+void SetMiddle(GraphBuilder& graph, double middle, ScaledField& field) {
+  field.middle = graph.Real(middle);
+  field.minimum = graph.Zip(field.name + " minimum to middle", "Min", field.minimum, field.middle);
+  field.maximum = graph.Zip(field.name + " maximum to middle", "Max", field.maximum, field.middle);
+}
+
+// From a centre to as far as the data reach on either side.
+void SetCenter(GraphBuilder& graph, double center, ScaledField& field) {
+  constexpr int kMinimumToMaximum = 1;
+  field.center = graph.Real(center);
+  NodeId const none = graph.Constant(
+      "none", factory::MakeSpecial(ort::core::StoreTypeInfo::Real64, ort::core::SpecialKind::Missing));
+  NodeId const encoding = graph.Call(
+      field.name + " encoding", "resolveSizeEncodingParameters",
+      {field.minimum, field.maximum, none, none, none, none, field.center, graph.Int(kMinimumToMaximum),
+       graph.Bool(false), graph.Bool(false), graph.Int(static_cast<int>(StoreType::Real64))});
+  auto const getEnd = [&](char const* key) {
+    return graph.Call(field.name + " " + key, "member", {encoding, graph.Text(key)});
+  };
+  field.minimum = getEnd("encodingMin");
+  field.maximum = getEnd("encodingMax");
+  for (ScaledRows& rows : field.rows) rows.scaled = ToScaleSpace(graph, field, field.name, rows.numbers);
+}
+
 // Below 0 the square root of the distance from 0, downwards.
 NodeId SquareRoot(GraphBuilder& graph, ScaledField const& field, std::string const& name, NodeId numbers) {
   if (!field.hasNegatives) return graph.Map(name + " square root", "sqrt", numbers);
@@ -326,6 +351,11 @@ ScaleType ResolveScaleType(Encoding const& encoding) {
 }
 
 NodeId ToScaleSpace(GraphBuilder& graph, ScaledField const& field, std::string const& name, NodeId numbers) {
+  if (field.center >= 0) {
+    NodeId const difference = graph.Zip(name + " difference", "subtract", numbers, field.center);
+    NodeId const distance = graph.Map(name + " distance", "abs", difference);
+    return graph.Zip(name + " from center", "add", distance, field.center);
+  }
   switch (field.scaleType) {
     case ScaleType::Log:
       return graph.Map(name + " logarithm", "lnSpecial", numbers);
@@ -353,14 +383,34 @@ ScaledField ScaleField(Compilation& compilation, ScaleSource const& source, Doma
   } else {
     PlanNumbers(compilation, source, rules, field);
   }
+  if (auto const& middle = source.encoding.scale.domainMid) {
+    bool const isSize = source.encoding.channel == Channel::Size;
+    (isSize ? SetCenter : SetMiddle)(graph, *middle, field);
+  }
   field.lower = ToScaleSpace(graph, field, source.name + " minimum", field.minimum);
   field.upper = ToScaleSpace(graph, field, source.name + " maximum", field.maximum);
   return field;
 }
 
+namespace {
+
+// The lower half of the domain goes to 0.5, the upper on to 1.
+NodeId ToHalves(GraphBuilder& graph, ScaledField const& field, std::string const& name, NodeId scaled) {
+  NodeId const place =
+      graph.Map(name + " place in half", "3-invlerp", scaled, {field.lower, field.middle, field.upper});
+  NodeId const low = graph.Zip(name + " in lower half", "multiply", place, graph.Real(0.5));
+  NodeId const high = graph.Zip(name + " in upper half", "add", low, graph.Real(0.5));
+  NodeId const isUpper = graph.Zip(name + " is upper", "greaterOrEqual", scaled, field.middle);
+  return graph.Call(name + " fraction", "choose", {isUpper, high, low});
+}
+
+}  // namespace
+
 NodeId ToFraction(GraphBuilder& graph, ScaledField const& field, std::string const& name, NodeId scaled,
                   bool isClamped) {
-  NodeId fraction = graph.Map(name + " fraction", "invlerp", scaled, {field.lower, field.upper});
+  NodeId fraction = field.middle < 0
+                        ? graph.Map(name + " fraction", "invlerp", scaled, {field.lower, field.upper})
+                        : ToHalves(graph, field, name, scaled);
   if (isClamped) {
     fraction = graph.Map(name + " from 0", "clampMin", fraction, {graph.Real(0)});
     fraction = graph.Map(name + " to 1", "clampMax", fraction, {graph.Real(1)});

@@ -19,6 +19,8 @@ struct ScaledField {
   NodeId maximum = -1;
   NodeId lower = -1;  ///< Real64 scalars: the domain's ends in the scale's own space
   NodeId upper = -1;
+  NodeId middle = -1;         ///< Real64 scalar: what lies half way between the ends; -1 for their mean
+  NodeId center = -1;         ///< Real64 scalar: the scale goes by the distance from it; -1 for none
   bool isReversed = false;    ///< the document gives the domain's larger end first
   bool hasNegatives = false;  ///< the data or the domain reach below 0
 };

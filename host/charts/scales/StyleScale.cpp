@@ -15,6 +15,7 @@ using ort::core::StoreTypeInfo;
 
 constexpr char const* kCategoricalScheme = "tableau10";
 constexpr char const* kSequentialScheme = "blues";
+constexpr char const* kDivergingScheme = "blueorange";
 constexpr int kSchemeStops = 9;
 constexpr double kLegendTickCount = 5;
 constexpr double kLegendLength = 160;  // of a colour ramp, pixels
@@ -116,7 +117,8 @@ StyleScale PlanContinuousColor(Compilation& compilation, ScaleSource const& sour
   Encoding const& encoding = source.encoding;
   ScaledField const field = ScaleField(compilation, source, {});
   StyleScale scale{.channel = Channel::Color, .encoding = encoding};
-  scale.palette = MakePalette(compilation, encoding, "color", graph.Int(kSchemeStops), kSequentialScheme,
+  char const* const scheme = encoding.scale.domainMid ? kDivergingScheme : kSequentialScheme;
+  scale.palette = MakePalette(compilation, encoding, "color", graph.Int(kSchemeStops), scheme,
                               IsReversed(encoding, field));
   for (std::size_t i = 0; i < source.uses.size(); ++i) {
     std::string const& label = source.uses[i].label;
@@ -187,10 +189,11 @@ NodeId MakeShapes(GraphBuilder& graph, Encoding const& encoding) {
 }
 
 StyleScale PlanSizeScale(Compilation& compilation, ScaleSource const& source) {
-  bool const startsAtZero = ResolveScaleType(source.encoding) != ScaleType::Log;
+  bool const isLog = ResolveScaleType(source.encoding) == ScaleType::Log;
+  bool const hasCenter = source.encoding.scale.domainMid.has_value();
   constexpr double kSmallestSymbol = 9;
-  return PlanNumericScale(compilation, source, startsAtZero,
-                          {startsAtZero ? 0 : kSmallestSymbol, kLargestSymbol});
+  return PlanNumericScale(compilation, source, !isLog && !hasCenter,
+                          {isLog ? kSmallestSymbol : 0, kLargestSymbol});
 }
 
 StyleScale PlanShapeScale(Compilation& compilation, ScaleSource const& source) {

@@ -383,7 +383,7 @@ TEST(DocumentErrors, Scales) {
       {R"("scale": {"domainMin": 5, "domainMax": 5})",
        at + ".domainMin: must be below domainMax; use reverse to turn the scale round"},
       {R"("scale": {"domainMid": 0})",
-       at + ".domainMid: a domain with a middle is not supported; use domainMin and domainMax"},
+       at + ".domainMid: is for the channels color and size only; leave it out"},
       {R"("scale": {"nice": "week"})", at + ".nice: expects true, false or a number of ticks, not \"week\""},
       {R"("scale": {"nice": 0})", at + ".nice: expects a number above 0 and at most 10000, not 0"},
       {R"("scale": {"range": [0, 100]})",
@@ -410,6 +410,10 @@ TEST(DocumentErrors, Scales) {
 TEST(DocumentErrors, Ranges) {
   auto const at = std::string(".scale.range");
   ExpectOfEncoding({
+      {R"("color": {"field": "a", "type": "temporal", "scale": {"domainMid": 0}})",
+       "$.encoding.color.scale.domainMid: needs a quantitative field and a linear scale; leave it out"},
+      {R"("size": {"field": "a", "type": "quantitative", "scale": {"type": "log", "domainMid": 1}})",
+       "$.encoding.size.scale.domainMid: needs a quantitative field and a linear scale; leave it out"},
       {R"("color": {"field": "a", "scale": {"range": "ramp"}})",
        "$.encoding.color.scale.range: expects an array, not \"ramp\""},
       {R"("color": {"field": "a", "scale": {"range": []}})",
