@@ -111,7 +111,9 @@ std::shared_ptr<Token> ComplexTokenizer::next() {
   auto const begin = cursor_;
   auto const end = FindTokenEnd(begin);
   auto token = MakeToken();
-  token->isWord = (kinds_[begin] & (kBlank | kLineEnd)) == 0 ? 1 : 0;
+  // A space that carries a mark is nothing that a line's end may swallow.
+  bool const endsInMark = end > begin && (kinds_[end - 1] & (kBlank | kLineEnd)) == 0;
+  token->isWord = endsInMark || (kinds_[begin] & (kBlank | kLineEnd)) == 0 ? 1 : 0;
   cursor_ = end;
   if (end > begin && (kinds_[end - 1] & kSoftBreak) != 0) {
     token->breakAfter = SoftBreak;

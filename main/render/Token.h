@@ -60,7 +60,7 @@ class OSTREL_API TokenSegments {
 // What a line takes or leaves as a whole.
 struct Token {
   // 1 for a word, whose first character is neither a blank nor a line end; 0 for a stretch of blanks or a
-  // line end by itself.
+  // line end by itself. A space with a combining mark on it counts as a word where it is one token with it.
   std::uint32_t isWord = 0;
   TokenBreak breakAfter = None;
   TokenSegments segments;

@@ -100,7 +100,7 @@ TEST(ComplexTokenizer, CutsByMode) {
       {"\U0001F1E9\U0001F1EA\U0001F1EB\U0001F1F7", "\U0001F1E9\U0001F1EA\U0001F1EB\U0001F1F7",
        "\U0001F1E9\U0001F1EA\U0001F1EB\U0001F1F7", "\U0001F1E9\U0001F1EA \U0001F1EB\U0001F1F7"},
       {"a" + keycap + "b#c", "a" + keycap + "b#c", "a" + keycap + " b# c", "a " + keycap + " b # c"},
-      {"a \u0301b", "a (_) \u0301b", "a (_) \u0301b", "a (_\u0301) b"},
+      {"a \u0301b", "a (_) \u0301b", "a (_) \u0301b", "a _\u0301 b"},
       // Scripts without spaces, and punctuation of theirs.
       {"\u6F22\u5B57\u3002\u4EEE", "\u6F22\u5B57\u3002\u4EEE", "\u6F22\u5B57\u3002 \u4EEE",
        "\u6F22 \u5B57 \u3002 \u4EEE"},
