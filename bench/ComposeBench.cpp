@@ -143,11 +143,29 @@ void Pango(benchmark::State& state, char16_t first) {
   state.SetItemsProcessed(state.iterations() * static_cast<int64_t>(labels.size()));
 }
 
+// One word without end: its lines are broken between any characters.
+void ComposeLongWord(benchmark::State& state) {
+  services::InstalledServices const installed(services::MakeFixedMeasurer());
+  TextComposer composer(MakeStyles(installed.GetMeasurer()));
+  composer.SetWrapMode(WordWrap);
+  auto const length = static_cast<std::size_t>(state.range(0));
+  FormattedText text;
+  text.append({0, OStringCore(std::u16string(length, u'x'))});
+  for (auto _ : state) {
+    ComposedText composed;
+    composer.compose(text, {kWidth, 1000}, composed);
+    if (composed.GetLineCount() != (length + 11) / 12) throw std::logic_error("the word is not wrapped");
+  }
+  state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
 constexpr char16_t kCyrillic = u'\u0430';
 
 BENCHMARK_CAPTURE(Compose, latin, u'\0')->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(Pango, latin, u'\0')->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(Compose, cyrillic, kCyrillic)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(Pango, cyrillic, kCyrillic)->Unit(benchmark::kMillisecond);
+
+BENCHMARK(ComposeLongWord)->Arg(10'000)->Arg(100'000)->Arg(1'000'000)->Unit(benchmark::kMillisecond);
 
 }  // namespace
