@@ -21,7 +21,7 @@ class DocumentError : public std::runtime_error {
 };
 
 enum class FieldType { Quantitative, Temporal, Ordinal, Nominal };
-enum class Channel { X, Y, Color, Size, Shape, Opacity, Detail, Order, Tooltip, Row, Column, Facet };
+enum class Channel { X, Y, Color, Size, Shape, Opacity, Detail, Order, Text, Tooltip, Row, Column, Facet };
 enum class ScaleType { Linear, Log, Sqrt, Time, Ordinal };
 enum class SymbolShape {
   Circle,
@@ -58,6 +58,8 @@ struct ScaleSpec {
   std::optional<bool> clamp;
   std::optional<double> base;
   std::string scheme;
+
+  bool operator==(ScaleSpec const&) const = default;
 };
 
 struct AxisSpec {

@@ -38,6 +38,8 @@ constexpr ChannelParts kChannels[] = {
     {"opacity", Channel::Opacity, true, false, true, true, true},
     {"detail", Channel::Detail, false, false, false, false, false},
     {"order", Channel::Order, false, false, false, true, false},
+    {"text", Channel::Text, false, false, false, false, false},
+    {"tooltip", Channel::Tooltip, false, false, false, false, false},
     {"row", Channel::Row, false, false, false, true, false, true},
     {"column", Channel::Column, false, false, false, true, false, true},
     {"facet", Channel::Facet, false, false, false, true, false, true},
@@ -202,8 +204,6 @@ std::vector<Encoding> ReadEncodings(JsonValue const& view, std::vector<ChannelMe
       .Refuse("strokeOpacity", "is not supported; use opacity")
       .Refuse("strokeWidth", "is not supported; use the mark's strokeWidth")
       .Refuse("strokeDash", "is not supported; use the mark's strokeDash, or color")
-      .Refuse("text", "text marks are not supported; use the mark point and a legend")
-      .Refuse("tooltip", "tooltips are not supported; leave it out")
       .Refuse("url", "images are not supported; use shape")
       .Refuse("key", "is not supported; leave it out")
       .Refuse("href", "links are not supported; leave it out")

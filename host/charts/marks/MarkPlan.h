@@ -24,7 +24,7 @@ class MarkPlan {
   virtual void Build(MarkScene const& scene) const = 0;
   /// How far a mark reaches beyond its place, in pixels.
   virtual double GetReach() const { return 0; }
-  /// Adds a sentence for rows that the mark itself, and no scale, could not draw.
+  /// Adds sentences for rows that the mark itself, and no scale, could not draw, or not well.
   virtual void DescribeLeftOut(Results const&, std::vector<std::string>&) const {}
 };
 

@@ -8,11 +8,7 @@ namespace ostrel::charts {
 
 std::span<MarkDefinition const> GetMarkTable() {
   static std::vector<MarkDefinition> const table = {
-      DefinePoint(),
-      DefineCircle(),
-      DefineSquare(),
-      DefineLine(),
-      DefineTreemap(),
+      DefinePoint(), DefineCircle(), DefineSquare(), DefineLine(), DefineTreemap(), DefinePackedBubbles(),
   };
   return table;
 }

@@ -10,5 +10,6 @@ MarkDefinition DefineCircle();
 MarkDefinition DefineSquare();
 MarkDefinition DefineLine();
 MarkDefinition DefineTreemap();
+MarkDefinition DefinePackedBubbles();
 
 }  // namespace ostrel::charts

@@ -237,7 +237,8 @@ TEST(DocumentErrors, Marks) {
       {R"("circle", "encoding": {"shape": {"field": "a"}})",
        "$.encoding.shape: is for the mark point only; leave it out"},
       {R"("line", "encoding": {"size": {"field": "a", "type": "quantitative"}})",
-       "$.encoding.size: is for the marks point, circle, square and treemap only; leave it out"},
+       "$.encoding.size: is for the marks point, circle, square, treemap and packedBubbles only; leave it "
+       "out"},
   });
 }
 
@@ -325,7 +326,8 @@ TEST(DocumentErrors, Channels) {
       {R"("x": {"field": "a", "legend": null})",
        "$.encoding.x.legend: is not supported; use one of field, type, title, scale, axis, sort"},
       {R"("x2": {"field": "a"})", "$.encoding.x2: spans are not supported; use x and y"},
-      {R"("tooltip": {"field": "a"})", "$.encoding.tooltip: tooltips are not supported; leave it out"},
+      {R"("tooltip": {"field": "a"})",
+       "$.encoding.tooltip: is for the mark packedBubbles only; leave it out"},
       {R"("longitude": {"field": "a"})", "$.encoding.longitude: maps are not supported; use x and y"},
       {R"("colour": {"field": "a"})", "$.encoding.colour: unknown property; did you mean \"color\"?"},
       {R"("shape": {"field": "a", "type": "quantitative"})",
