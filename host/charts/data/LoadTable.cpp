@@ -18,9 +18,10 @@ using nlohmann::json;
 DataFormatType ReadType(json const& type, std::string const& jsonPath, char& delimiter) {
   if (type == "json") return DataFormatType::Json;
   if (type == "tsv") return DataFormatType::Tsv;
+  if (type == "text") return DataFormatType::Text;
   if (type != "csv" && type != "dsv") {
     throw DataError(
-        fmt::format("{}: {} is not supported; csv, tsv, dsv and json are", jsonPath, type.dump()));
+        fmt::format("{}: {} is not supported; csv, tsv, dsv, json and text are", jsonPath, type.dump()));
   }
   if (type == "dsv" && delimiter == 0) throw DataError(jsonPath + ": dsv needs a delimiter");
   return DataFormatType::Csv;
@@ -68,6 +69,36 @@ std::map<std::string, std::string> ReadParse(json const& parse, std::string cons
   return types;
 }
 
+std::vector<std::string> ReadStopWords(json const& words, std::string const& jsonPath) {
+  std::vector<std::string> result;
+  bool isList = words.is_array();
+  for (std::size_t i = 0; isList && i < words.size(); ++i) {
+    auto const* text = words[i].get_ptr<std::string const*>();
+    isList = text != nullptr;
+    if (isList) result.push_back(*text);
+  }
+  if (!isList) throw DataError(jsonPath + ": a list of words is expected; [] counts all words");
+  return result;
+}
+
+std::size_t ReadWordLimit(json const& limit, std::string const& jsonPath) {
+  if (!limit.is_number_unsigned() || limit == 0)
+    throw DataError(jsonPath + ": a whole number of words above 0 is expected");
+  return limit.get<std::size_t>();
+}
+
+/// Refuses what is for other types of sources.
+void CheckFormat(json const& format, bool isText, std::string const& jsonPath) {
+  for (char const* key : {"delimiter", "property", "parse"}) {
+    if (isText && format.contains(key))
+      throw DataError(fmt::format("{}.{}: is not for text; leave it out", jsonPath, key));
+  }
+  for (char const* key : {"stopWords", "limit"}) {
+    if (!isText && format.contains(key))
+      throw DataError(fmt::format("{}.{}: is for the type text only; leave it out", jsonPath, key));
+  }
+}
+
 bool EndsWith(std::string_view name, std::string_view ending) {
   auto const sameLetter = [](char a, char b) {
     return a == b || (a >= 'A' && a <= 'Z' && static_cast<char>(a - 'A' + 'a') == b);
@@ -82,7 +113,7 @@ DataFormatType FindType(std::string const& sourceName) {
   if (EndsWith(sourceName, ".tsv")) return DataFormatType::Tsv;
   if (EndsWith(sourceName, ".json")) return DataFormatType::Json;
   throw DataError(sourceName +
-                  ": the ending tells no format; name one of csv, tsv, json in the data's format");
+                  ": the ending tells no format; name one of csv, tsv, json, text in the data's format");
 }
 
 /// Refuses tables of which nothing could be drawn.
@@ -114,13 +145,18 @@ DataFormat ReadDataFormat(json const& format, std::string const& jsonPath) {
       result.property = value.get<std::string>();
     } else if (key == "parse") {
       result.parse = ReadParse(value, path);
+    } else if (key == "stopWords") {
+      result.stopWords = ReadStopWords(value, path);
+    } else if (key == "limit") {
+      result.wordLimit = ReadWordLimit(value, path);
     } else if (key != "type") {
-      throw DataError(path + ": is not supported; type, delimiter, property and parse are");
+      throw DataError(path + ": is not supported; type, delimiter, property, parse, stopWords and limit are");
     }
   }
   if (auto const type = format.find("type"); type != format.end()) {
     result.type = ReadType(*type, jsonPath + ".type", result.delimiter);
   }
+  CheckFormat(format, result.type == DataFormatType::Text, jsonPath);
   return result;
 }
 
@@ -130,6 +166,7 @@ DataTable LoadText(std::string_view text, std::string const& sourceName, DataFor
   }
   auto const type = format.type == DataFormatType::FromExtension ? FindType(sourceName) : format.type;
   if (type == DataFormatType::Json) return Checked(LoadJson(text, sourceName, format));
+  if (type == DataFormatType::Text) return Checked(LoadWords(text, sourceName, format));
   char const usual = type == DataFormatType::Tsv ? '\t' : ',';
   auto const delimiter = format.delimiter != 0 ? format.delimiter : usual;
   return Checked(LoadSeparatedValues(text, sourceName, delimiter, format));
@@ -157,6 +194,8 @@ DataTable LoadTable(json const& data, std::string const& jsonPath, DataRoots con
   auto const values = data.find("values");
   if (values == data.end()) throw DataError(jsonPath + ": has neither 'url' nor 'values'");
   auto const sourceName = jsonPath + ".values";
+  if (!values->is_string() && dataFormat.type == DataFormatType::Text)
+    throw DataError(sourceName + ": running text is one string; a list of rows was given");
   if (!values->is_string()) return LoadValues(*values, sourceName, dataFormat);
   auto textFormat = dataFormat;
   if (textFormat.type == DataFormatType::FromExtension) textFormat.type = DataFormatType::Json;

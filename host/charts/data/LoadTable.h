@@ -1,7 +1,9 @@
 #pragma once
 
+#include <limits>
 #include <map>
 #include <nlohmann/json_fwd.hpp>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -10,7 +12,7 @@
 
 namespace ostrel::charts {
 
-enum class DataFormatType { FromExtension, Csv, Tsv, Json };
+enum class DataFormatType { FromExtension, Csv, Tsv, Json, Text };
 
 /// How a source is read: the `format` object of a chart's data.
 struct DataFormat {
@@ -23,6 +25,10 @@ struct DataFormat {
   /// Field to "number", "boolean", "string", "date", "date:'%d %b %Y'" or "utc:'...'". Fields that are not
   /// named get the type that fits all of their rows. A value that does not parse is a Missing row.
   std::map<std::string, std::string> parse;
+  /// Of running text: the words that are not counted; those of English where it is left out.
+  std::optional<std::vector<std::string>> stopWords;
+  /// Of running text: how many words are kept, the most frequent ones.
+  std::size_t wordLimit = std::numeric_limits<std::size_t>::max();
 };
 
 /// Reads the `format` object of a chart; `jsonPath` names it in messages ("$.data.format"). Throws DataError
@@ -37,8 +43,9 @@ DataFormat ReadDataFormat(nlohmann::json const& format, std::string const& jsonP
 /// offset is turned into UTC), and String. JSON strings become dates or stay strings. In text, an empty field
 /// and null, NaN, nan, NA and N/A are Missing in a column that is not of strings; in a String column they
 /// stand as they are. An absent JSON key is Missing, a JSON null is of kind Null. A nested object's members
-/// are columns named "outer.inner", a nested array's "outer[0]". Data without rows, or without any value, are
-/// refused.
+/// are columns named "outer.inner", a nested array's "outer[0]". Running text (format type "text") becomes
+/// the columns "word" and "count", the most frequent word first (see CountWords). Data without rows, or
+/// without any value, are refused.
 DataTable LoadTable(nlohmann::json const& data, std::string const& jsonPath, DataRoots const& roots);
 
 /// A file named by a chart. See ResolveDataPath for what may be read.

@@ -14,6 +14,8 @@ DataTable LoadSeparatedValues(std::string_view text, std::string const& sourceNa
 DataTable LoadJson(std::string_view text, std::string const& sourceName, DataFormat const& format);
 DataTable LoadJsonValues(nlohmann::json const& values, std::string const& sourceName,
                          DataFormat const& format);
+/// The words of a running text and how often each stands in it.
+DataTable LoadWords(std::string_view text, std::string const& sourceName, DataFormat const& format);
 
 /// The column as the format's `parse` wants it: see DataFormat::parse. An unknown type is refused when
 /// the format is read.

@@ -2,6 +2,7 @@
 #include <fmt/ranges.h>
 
 #include <algorithm>
+#include <cmath>
 
 #include "charts/document/JsonObjectReader.h"
 #include "charts/document/Readers.h"
@@ -29,6 +30,14 @@ constexpr NamedValue<LineInterpolation> kInterpolationNames[] = {
 
 void ReadDash(JsonValue const& value, std::vector<double>& dash) {
   for (auto const& length : value.ReadArray()) dash.push_back(length.ReadNumber(kNotNegative));
+}
+
+void ReadOrientations(JsonValue const& value, std::vector<double>& angles) {
+  for (auto const& angle : value.ReadArray()) {
+    angles.push_back(angle.ReadNumber());
+    if (std::fmod(angles.back(), 90) != 0) angle.Fail("expects a multiple of 90 degrees");
+  }
+  if (angles.empty()) value.Fail("has no values; leave it out");
 }
 
 /// "the mark line", "the marks point, circle and square": those of which something is true.
@@ -93,6 +102,7 @@ MarkSpec ReadMark(JsonValue const& value) {
       .OneOf("shape", mark.shape, SymbolShapeNames())
       .OneOf("interpolate", mark.interpolation,
              std::span<NamedValue<LineInterpolation> const>(kInterpolationNames))
+      .On("orientations", [&mark](JsonValue const& angles) { ReadOrientations(angles, mark.orientations); })
       .On("point", [&mark](JsonValue const& point) { mark.hasPoints = point.ReadBool(); })
       .Bool("clip", mark.clip)
       .RefuseUnlessOff("tooltip", "tooltips are not supported; leave it out")

@@ -83,15 +83,24 @@ Value MeasureTexts(Value const& texts, Value const& font, TextMeasurer const& me
   });
 }
 
-class MeasureTextsFunctor final : public IMultinaryFunctor {
+Value MeasureFont(Value const& font, TextMeasurer const& measurer) {
+  services::FontMetrics const metrics = measurer.GetMetrics(services::ReadFont(font));
+  return factory::MakeKeyMap({{L"ascent", factory::MakeReal64(metrics.ascent)},
+                              {L"height", factory::MakeReal64(metrics.height)},
+                              {L"leading", factory::MakeReal64(metrics.leading)}});
+}
+
+/// A function that measures and takes so many inputs.
+template <auto measure, std::size_t count>
+class MeasureFunctor final : public IMultinaryFunctor {
  public:
-  explicit MeasureTextsFunctor(std::shared_ptr<TextMeasurer const> measurer)
-      : measurer_(std::move(measurer)) {
+  explicit MeasureFunctor(std::shared_ptr<TextMeasurer const> measurer) : measurer_(std::move(measurer)) {
     if (measurer_ == nullptr) ThrowError(OrtError_WrongValueKind, "there is nothing to measure texts with");
   }
   Value Apply(Values const& inputs) override {
-    builtins::detail::RequireInputs(inputs, 2);
-    return MeasureTexts(inputs[0], inputs[1], *measurer_);
+    builtins::detail::RequireInputs(inputs, count);
+    return [&]<std::size_t... I>(std::index_sequence<I...>) { return measure(inputs[I]..., *measurer_); }
+    (std::make_index_sequence<count>());
   }
 
  private:
@@ -155,7 +164,24 @@ BuiltinFamily LabelFamily(std::shared_ptr<TextMeasurer const> measurer) {
                               {ArrayOf(String), Segment(Tuple)},
                               ArrayOf(Real64),
                               {},
-                              [measurer] { return std::make_unique<MeasureTextsFunctor>(measurer); }}}},
+                              [measurer] {
+                                return std::make_unique<MeasureFunctor<MeasureTexts, 2>>(measurer);
+                              }}}},
+          {.name = "measureFont",
+           .inputs = {"font"},
+           .help =
+               "The \"ascent\" of a font above its baseline, the \"height\" of a line and the \"leading\" "
+               "between two lines, in pixels; the font is a tuple of family, size, weight and slant.",
+           .example = R"("inputs": [{"Tuple": [{"String": "sans-serif"}, {"Real64": 10}, {"Int32": 400}, )"
+                      R"({"Int32": 0}]}])",
+           .registrations = {{Arity::Multinary,
+                              0,
+                              {Segment(Tuple)},
+                              Segment(KeyMap),
+                              {},
+                              [measurer] {
+                                return std::make_unique<MeasureFunctor<MeasureFont, 1>>(measurer);
+                              }}}},
           {.name = "visibleLabels",
            .inputs = {"positions", "sizes", "gap", "strategy"},
            .help = "Which labels to show so that none come closer than the gap, in pixels: \"parity\" drops "

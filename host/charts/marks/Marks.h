@@ -11,5 +11,6 @@ MarkDefinition DefineSquare();
 MarkDefinition DefineLine();
 MarkDefinition DefineTreemap();
 MarkDefinition DefinePackedBubbles();
+MarkDefinition DefineWordCloud();
 
 }  // namespace ostrel::charts

@@ -23,6 +23,8 @@ TEST(LoadTableTest, ReadsFilesAndInlineValues) {
       {R"({"name":"n","values":"a,b\n1,2","format":{"type":"csv"}})", "a: Int64 1; b: Int64 2"},
       {R"({"values":"a|b\n1|2","format":{"type":"dsv","delimiter":"|"}})", "a: Int64 1; b: Int64 2"},
       {R"({"values":"[1,2]"})", "data: Int64 1|2"},
+      {R"({"values":"Tea, tea or coffee","format":{"type":"text","limit":1}})",
+       "word: String tea; count: Int64 2"},
       {R"({"values":{"r":[{"a":"1"}]},"format":{"property":"r","parse":{"a":"number"}}})", "a: Int64 1"},
   };
   for (auto const& [data, table] : cases) {
@@ -46,7 +48,7 @@ TEST(LoadTableTest, MessagesNameThePlaceInTheChart) {
       {R"({"values":"a\n","format":{"type":"csv"}})", "$.data.values: there are no rows"},
       {R"({"values":[1],"format":5})", "$.data.format: an object is expected"},
       {R"({"values":[1],"format":{"type":"topojson"}})",
-       "$.data.format.type: \"topojson\" is not supported; csv, tsv, dsv and json are"},
+       "$.data.format.type: \"topojson\" is not supported; csv, tsv, dsv, json and text are"},
       {R"({"values":[1],"format":{"type":"dsv"}})", "$.data.format.type: dsv needs a delimiter"},
       {R"({"values":[1],"format":{"delimiter":"\""}})",
        "$.data.format.delimiter: the delimiter must be one ASCII character other than a quote or a line "
@@ -58,7 +60,18 @@ TEST(LoadTableTest, MessagesNameThePlaceInTheChart) {
        "date:'pattern' are"},
       {R"({"values":[1],"format":{"parse":{"x":"date:'%Q'"}}})", "date pattern '%Q': '%Q' is not supported"},
       {R"({"values":[1],"format":{"feature":"land"}})",
-       "$.data.format.feature: is not supported; type, delimiter, property and parse are"},
+       "$.data.format.feature: is not supported; type, delimiter, property, parse, stopWords and limit are"},
+      {R"({"values":"a b","format":{"type":"text","stopWords":"a"}})",
+       "$.data.format.stopWords: a list of words is expected; [] counts all words"},
+      {R"({"values":"a b","format":{"type":"text","limit":0}})",
+       "$.data.format.limit: a whole number of words above 0 is expected"},
+      {R"({"values":"a b","format":{"type":"text","delimiter":" "}})",
+       "$.data.format.delimiter: is not for text; leave it out"},
+      {R"({"values":"a,b","format":{"type":"csv","limit":5}})",
+       "$.data.format.limit: is for the type text only; leave it out"},
+      {R"({"values":"the 12 of","format":{"type":"text"}})", "$.data.values: there are no rows"},
+      {R"({"values":["a"],"format":{"type":"text"}})",
+       "$.data.values: running text is one string; a list of rows was given"},
   };
   for (auto const& bad : cases) {
     EXPECT_EQ(MessageOf([&] { LoadTable(nlohmann::json::parse(bad.data), "$.data", kRoots); }), bad.message)

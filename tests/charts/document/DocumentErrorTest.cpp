@@ -237,8 +237,8 @@ TEST(DocumentErrors, Marks) {
       {R"("circle", "encoding": {"shape": {"field": "a"}})",
        "$.encoding.shape: is for the mark point only; leave it out"},
       {R"("line", "encoding": {"size": {"field": "a", "type": "quantitative"}})",
-       "$.encoding.size: is for the marks point, circle, square, treemap and packedBubbles only; leave it "
-       "out"},
+       "$.encoding.size: is for the marks point, circle, square, treemap, packedBubbles and wordCloud only; "
+       "leave it out"},
   });
 }
 
