@@ -3,7 +3,9 @@
 #include <map>
 #include <nlohmann/json.hpp>
 
+#include "charts/data/ShapeSource.h"
 #include "charts/graph/LeftOutRows.h"
+#include "charts/marks/MarkTable.h"
 #include "charts/scene/SceneBuilder.h"
 
 namespace ostrel::charts {
@@ -24,10 +26,12 @@ using Tables = std::vector<std::shared_ptr<DataTable const>>;
 // The table of each layer; one that several layers share is loaded once.
 Tables LoadTables(ChartDocument const& document, DataRoots const& roots) {
   Tables tables;
-  std::map<nlohmann::json const*, std::shared_ptr<DataTable const>> loaded;
+  std::map<std::pair<nlohmann::json const*, bool>, std::shared_ptr<DataTable const>> loaded;
   for (LayerSpec const& layer : document.layers) {
-    auto& table = loaded[layer.data.get()];
-    if (!table) table = std::make_shared<DataTable>(LoadTable(*layer.data, layer.dataPath, roots));
+    bool const hasOutlines = GetDefinition(layer.mark).isMap;
+    auto& table = loaded[{layer.data.get(), hasOutlines}];
+    auto const load = hasOutlines ? LoadShapes : LoadTable;
+    if (!table) table = std::make_shared<DataTable>(load(*layer.data, layer.dataPath, roots));
     tables.push_back(table);
   }
   return tables;

@@ -8,6 +8,7 @@
 #include "charts/document/JsonObjectReader.h"
 #include "charts/document/Readers.h"
 #include "charts/document/ViewReader.h"
+#include "charts/marks/MarkTable.h"
 
 namespace ostrel::charts {
 
@@ -60,10 +61,52 @@ void RefuseCompositions(JsonObjectReader& reader) {
   }
   reader.Refuse("params", "interaction is not supported; leave it out")
       .Refuse("selection", "interaction is not supported; leave it out")
-      .Refuse("projection", "maps are not supported; use the channels x and y")
       .Refuse("datasets", "named data are not supported; use data.values")
       .Refuse("view", "is not supported; leave it out")
       .Refuse("autosize", "is not supported; use width and height, which measure the plotting area");
+}
+
+Projection ReadProjection(JsonValue const& value) {
+  static constexpr NamedValue<Projection> kNames[] = {{"mercator", Projection::Mercator},
+                                                      {"identity", Projection::Identity}};
+  Projection projection = Projection::Mercator;
+  JsonObjectReader reader(value);
+  reader.OneOf("type", projection, std::span<NamedValue<Projection> const>(kNames));
+  for (auto const* part :
+       {"scale", "translate", "center", "rotate", "clipAngle", "clipExtent", "fit", "extent", "size",
+        "parallels", "precision", "pointRadius", "reflectX", "reflectY"}) {
+    reader.Refuse(part, "is not supported; a map shows the part of the world that its points lie in");
+  }
+  reader.Read();
+  return projection;
+}
+
+bool IsMapLayer(LayerSpec const& layer) {
+  return GetDefinition(layer.mark).isMap || layer.Find(Channel::Longitude) != nullptr ||
+         layer.Find(Channel::Latitude) != nullptr;
+}
+
+/// A map's layers have places on it and no axes.
+void CheckMap(JsonValue const& root, ChartDocument const& document) {
+  auto const fail = [&](std::string const& path, std::string const& cause) {
+    throw DocumentError(fmt::format("{}: {}: {}", document.path.string(), path, cause));
+  };
+  if (!document.IsMap()) {
+    if (root.Has("projection"))
+      root.FailAt("projection", "is for maps; use longitude and latitude, or the mark geoshape");
+    return;
+  }
+  for (LayerSpec const& layer : document.layers) {
+    for (Channel const channel : {Channel::X, Channel::Y}) {
+      if (Encoding const* const encoding = layer.Find(channel))
+        fail(encoding->path, "a map has no axes; use longitude and latitude");
+    }
+    if (GetDefinition(layer.mark).isMap) continue;
+    for (Channel const channel : {Channel::Longitude, Channel::Latitude}) {
+      if (layer.Find(channel) == nullptr)
+        fail(layer.path + ".encoding", fmt::format("{} is missing, which a map needs", NameOf(channel)));
+    }
+  }
 }
 
 /// Without panes the chart's resolve tells of its layers.
@@ -96,6 +139,8 @@ void CheckResolve(JsonValue const& root, ChartDocument& document) {
 }
 
 }  // namespace
+
+bool ChartDocument::IsMap() const { return std::ranges::any_of(layers, IsMapLayer); }
 
 void ReadSize(JsonValue const& value, std::optional<double>& size) {
   if (value.IsObject()) value.Fail("a size for each step is not supported; use a number of pixels");
@@ -130,6 +175,7 @@ ChartDocument ParseChartDocument(std::string_view json, std::filesystem::path co
       .On("height", [&](JsonValue const& value) { ReadSize(value, document.height); })
       .Text("background", document.background)
       .On("padding", [&](JsonValue const& value) { ReadPadding(value, document.padding); })
+      .On("projection", [&](JsonValue const& value) { document.projection = ReadProjection(value); })
       .On("config", CheckConfig);
   RefuseCompositions(reader);
   ViewReader view(tree, root);
@@ -138,6 +184,7 @@ ChartDocument ParseChartDocument(std::string_view json, std::filesystem::path co
   reader.Read();
   view.Finish(document.layers);
   CheckResolve(root, document);
+  CheckMap(root, document);
   return document;
 }
 

@@ -21,7 +21,23 @@ class DocumentError : public std::runtime_error {
 };
 
 enum class FieldType { Quantitative, Temporal, Ordinal, Nominal };
-enum class Channel { X, Y, Color, Size, Shape, Opacity, Detail, Order, Text, Tooltip, Row, Column, Facet };
+enum class Channel {
+  X,
+  Y,
+  Color,
+  Size,
+  Shape,
+  Opacity,
+  Detail,
+  Order,
+  Text,
+  Tooltip,
+  Row,
+  Column,
+  Facet,
+  Longitude,
+  Latitude
+};
 enum class ScaleType { Linear, Log, Sqrt, Time, Ordinal };
 enum class SymbolShape {
   Circle,
@@ -152,6 +168,9 @@ struct ResolveSpec {
   bool SharesZero(Channel channel) const;
 };
 
+/// How degrees become places of a map.
+enum class Projection { Mercator, Identity };
+
 struct ChartDocument {
   std::filesystem::path path;  ///< as given on the command line, for messages
   std::string name;
@@ -164,9 +183,12 @@ struct ChartDocument {
   std::string background;
   std::vector<LayerSpec> layers;      ///< in drawing order, at least one
   std::optional<double> paneColumns;  ///< panes in a row, beside facet
+  Projection projection = Projection::Mercator;
   ResolveSpec resolveLayers;
   ResolveSpec resolvePanes;
 
+  /// Whether layers have longitude and latitude, or outlines, instead of x and y.
+  bool IsMap() const;
   /// The channel row, column or facet, which all layers share; null when it is not encoded.
   Encoding const* FindFacet(Channel channel) const { return layers.front().Find(channel); }
 };

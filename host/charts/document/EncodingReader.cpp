@@ -40,6 +40,8 @@ constexpr ChannelParts kChannels[] = {
     {"order", Channel::Order, false, false, false, true, false},
     {"text", Channel::Text, false, false, false, false, false},
     {"tooltip", Channel::Tooltip, false, false, false, false, false},
+    {"longitude", Channel::Longitude, false, false, false, false, false},
+    {"latitude", Channel::Latitude, false, false, false, false, false},
     {"row", Channel::Row, false, false, false, true, false, true},
     {"column", Channel::Column, false, false, false, true, false, true},
     {"facet", Channel::Facet, false, false, false, true, false, true},
@@ -120,6 +122,9 @@ void ReadField(JsonValue const& value, ChannelParts const& parts, Encoding& enco
     value.Fail(parts.hasValue ? "expects a field or a value" : "expects a field");
   }
   if (!value.Has("type")) encoding.type = DefaultFieldType(encoding);
+  bool const isDegrees = parts.channel == Channel::Longitude || parts.channel == Channel::Latitude;
+  if (isDegrees && encoding.type != FieldType::Quantitative)
+    value.FailAt("type", "degrees are numbers; use \"quantitative\"");
   CheckScale(value, encoding);
   CheckGuides(value, encoding);
   CheckSort(value, encoding);
@@ -192,8 +197,8 @@ std::vector<Encoding> ReadEncodings(JsonValue const& view, std::vector<ChannelMe
   for (auto const* second : {"x2", "y2", "xError", "xError2", "yError", "yError2"}) {
     reader.Refuse(second, "spans are not supported; use x and y");
   }
-  for (auto const* place : {"longitude", "latitude", "longitude2", "latitude2"}) {
-    reader.Refuse(place, "maps are not supported; use x and y");
+  for (auto const* place : {"longitude2", "latitude2"}) {
+    reader.Refuse(place, "is not supported; use longitude and latitude");
   }
   for (auto const* polar : {"theta", "theta2", "radius", "radius2"}) {
     reader.Refuse(polar, "polar coordinates are not supported; use x and y");
@@ -213,6 +218,8 @@ std::vector<Encoding> ReadEncodings(JsonValue const& view, std::vector<ChannelMe
 }
 
 FieldType DefaultFieldType(Encoding const& encoding) {
+  if (encoding.channel == Channel::Longitude || encoding.channel == Channel::Latitude)
+    return FieldType::Quantitative;
   if (encoding.channel == Channel::Shape) return FieldType::Nominal;
   if (encoding.channel == Channel::Order || !encoding.sort.empty()) return FieldType::Ordinal;
   switch (encoding.scale.type.value_or(ScaleType::Ordinal)) {

@@ -14,5 +14,6 @@ BuiltinFamily LabelFamily(std::shared_ptr<services::TextMeasurer const> measurer
 BuiltinFamily PaletteFamily();
 BuiltinFamily CalendarFamily();
 BuiltinFamily BinFamily();
+BuiltinFamily MapFamily();
 
 }  // namespace ostrel::charts

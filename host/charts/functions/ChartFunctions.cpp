@@ -8,7 +8,8 @@ namespace {
 using namespace ort::core;
 
 std::vector<BuiltinFamily> MakeFamilies(std::shared_ptr<services::TextMeasurer const> measurer) {
-  return {TickFamily(), LabelFamily(std::move(measurer)), PaletteFamily(), CalendarFamily(), BinFamily()};
+  return {TickFamily(), LabelFamily(std::move(measurer)), PaletteFamily(), CalendarFamily(), BinFamily(),
+          MapFamily()};
 }
 
 }  // namespace

@@ -163,6 +163,12 @@ class ScalePlanner {
   ChartPlan& plan_;
 };
 
+std::vector<PlacedChannel> PlaceOnMap(LayerSpec const& spec, PaneCell const& cell, std::size_t layer) {
+  if (cell.places.empty() || cell.places[layer].x < 0) return {};
+  return {{.encoding = spec.Find(Channel::Longitude), .scaled = cell.places[layer].x},
+          {.encoding = spec.Find(Channel::Latitude), .scaled = cell.places[layer].y}};
+}
+
 std::vector<PanePlan> MakePanes(ChartDocument const& document, PaneGrid const& grid) {
   std::vector<PanePlan> panes;
   for (PaneCell const& cell : grid.cells) {
@@ -173,7 +179,8 @@ std::vector<PanePlan> MakePanes(ChartDocument const& document, PaneGrid const& g
       LayerSpec const& spec = document.layers[i];
       pane.layers.push_back({.spec = &spec,
                              .rows = cell.layers[i],
-                             .channels = {},
+                             .channels = PlaceOnMap(spec, cell, i),
+                             .map = nullptr,
                              .look = ResolveMarkLook(document, spec),
                              .mark = {}});
     }
@@ -191,6 +198,7 @@ ChartPlan PlanChart(Compilation& compilation, std::vector<std::shared_ptr<DataTa
   plan.height = options.height.value_or(document.height.value_or(kDefaultLength));
   auto const rows = MakeRows(tables);
   plan.grid = PlanPanes(compilation, rows);
+  if (document.IsMap()) plan.map = PlanMap(compilation, rows, plan.width, plan.height, plan.grid);
   plan.panes = MakePanes(document, plan.grid);
   ScalePlanner scales(compilation, rows, plan);
   scales.PlanPosition(Channel::X, "x");
@@ -201,8 +209,10 @@ ChartPlan PlanChart(Compilation& compilation, std::vector<std::shared_ptr<DataTa
   scales.PlanStyle(Channel::Shape, "shape");
   for (PanePlan& pane : plan.panes) {
     for (LayerPlan& layer : pane.layers) {
+      layer.map = plan.map ? &*plan.map : nullptr;
       MarkContext context(compilation, layer, plan.width, plan.height);
       layer.mark = GetDefinition(layer.spec->mark).plan(context);
+      layer.map = nullptr;
     }
   }
   return plan;

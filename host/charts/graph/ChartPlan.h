@@ -40,6 +40,7 @@ struct ChartPlan {
   std::vector<std::unique_ptr<PositionScale>> positions;
   std::vector<StylePlan> styles;
   PaneGrid grid;
+  std::optional<MapPlan> map;
   std::vector<PanePlan> panes;
 };
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "charts/graph/MapPlan.h"
 #include "charts/marks/MarkLook.h"
 #include "charts/marks/MarkPlan.h"
 #include "charts/scales/PositionScale.h"
@@ -21,6 +22,7 @@ struct LayerPlan {
   LayerSpec const* spec = nullptr;
   std::shared_ptr<LayerRows> rows;
   std::vector<PlacedChannel> channels;  ///< those that have a scale, positions first
+  MapPlan const* map = nullptr;         ///< while the mark of a map is planned
   MarkLook look;
   std::unique_ptr<MarkPlan> mark;
 

@@ -54,9 +54,16 @@ DataColumn ToTexts(DataColumn const& column) {
 
 }  // namespace
 
-LayerRows::LayerRows(GraphBuilder& graph, std::shared_ptr<LayerRows> whole, NodeId mask, std::string label)
-    : table_(whole->table_), label_(std::move(label)), whole_(std::move(whole)), mask_(mask) {
-  auto const& isKept = graph.Peek(mask)->AsTypedArray<bool>();
+LayerRows::LayerRows(GraphBuilder& graph, std::shared_ptr<LayerRows> whole, NodeId selection,
+                     std::string label)
+    : table_(whole->table_), label_(std::move(label)), whole_(std::move(whole)), selection_(selection) {
+  Value const& selected = graph.Peek(selection);
+  if (selected->GetTypeInfo().GetElementType() == StoreType::Int32) {
+    selector_ = "take";
+    rowCount_ = selected->AsColumn().GetCount();
+    return;
+  }
+  auto const& isKept = selected->AsTypedArray<bool>();
   for (int row = 0; row < isKept.GetCount(); ++row) {
     if (!isKept.IsSpecial(row) && isKept.GetElement(row)) ++rowCount_;
   }
@@ -64,7 +71,7 @@ LayerRows::LayerRows(GraphBuilder& graph, std::shared_ptr<LayerRows> whole, Node
 
 NodeId LayerRows::Keep(GraphBuilder& graph, std::string const& name, NodeId column) const {
   if (!whole_) return column;
-  return graph.Call(label_ + name, "filter", {whole_->Keep(graph, name, column), mask_});
+  return graph.Call(label_ + name, selector_, {whole_->Keep(graph, name, column), selection_});
 }
 
 RowColumn const& LayerRows::GetColumn(GraphBuilder& graph, std::string const& field) {
@@ -90,7 +97,7 @@ RowColumn const& LayerRows::Get(GraphBuilder& graph, Form form, std::string cons
 RowColumn LayerRows::Make(GraphBuilder& graph, Form form, std::string const& field) {
   if (whole_) {
     RowColumn column = whole_->Get(graph, form, field);
-    column.node = graph.Call(label_ + column.name, "filter", {column.node, mask_});
+    column.node = graph.Call(label_ + column.name, selector_, {column.node, selection_});
     column.values = graph.Peek(column.node);
     return column;
   }

@@ -30,8 +30,8 @@ class LayerRows {
       : LayerRows(std::move(table), std::move(label)) {
     nodes_ = std::move(nodes);
   }
-  /// The rows of other rows where a Bool column is true.
-  LayerRows(GraphBuilder& graph, std::shared_ptr<LayerRows> whole, NodeId mask, std::string label);
+  /// Some rows of other rows: those where a Bool column is true, or those that an Int32 column names.
+  LayerRows(GraphBuilder& graph, std::shared_ptr<LayerRows> whole, NodeId selection, std::string label);
 
   /// The table that these rows are from, with all rows.
   DataTable const& GetTable() const { return *table_; }
@@ -59,7 +59,8 @@ class LayerRows {
   std::string label_;
   std::vector<NodeId> nodes_;
   std::shared_ptr<LayerRows> whole_;
-  NodeId mask_ = -1;
+  NodeId selection_ = -1;
+  char const* selector_ = "filter";
   std::map<std::pair<Form, std::string>, RowColumn> columns_;
 };
 

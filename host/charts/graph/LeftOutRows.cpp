@@ -78,6 +78,12 @@ std::vector<std::string> DescribeAll(ChartPlan const& plan, Results const& resul
                       rows.rowCount, rows.encoding->field));
     }
   }
+  for (PaneRows const& rows : plan.map ? plan.map->sources : std::vector<PaneRows>()) {
+    if (int const missing = CountSpecials(results, rows.indices); missing > 0) {
+      sentences.push_back(fmt::format("{} of {} rows have no finite number in '{}' for the map; not drawn",
+                                      missing, rows.rowCount, rows.encoding->field));
+    }
+  }
   for (LeftOut const& count : CountLeftOut(plan, results)) {
     if (count.channel->position != nullptr) {
       DescribePosition(count, sentences);

@@ -48,7 +48,7 @@ class GridPlanner {
 
   // The layers' rows where all fields have the given places.
   PaneCell MakeCell(int row, int column, std::vector<std::pair<PaneField const*, int>> const& places) {
-    PaneCell cell{row, column, {}};
+    PaneCell cell{row, column, {}, {}};
     GraphBuilder& graph = compilation_.graph;
     std::string const label = fmt::format("pane {},{} ", row + 1, column + 1);
     for (std::size_t i = 0; i < layers_.size(); ++i) {

@@ -18,11 +18,18 @@ struct PaneRows {
   int rowCount = 0;
 };
 
+/// Where a layer's rows stand on a map: Real64 columns of pixels, -1 for others.
+struct MapPlaces {
+  NodeId x = -1;
+  NodeId y = -1;
+};
+
 /// A place in the grid and the rows that each layer has there.
 struct PaneCell {
   int row = 0;
   int column = 0;
   std::vector<std::shared_ptr<LayerRows>> layers;
+  std::vector<MapPlaces> places;  ///< of a map one for each layer
 };
 
 /// The panes of a chart; without channels of panes a single one with all rows.

@@ -9,6 +9,8 @@ NodeId MarkContext::GetScaled(Channel channel) const {
 
 NodeId MarkContext::GetPosition(Channel channel) {
   if (NodeId const scaled = GetScaled(channel); scaled >= 0) return scaled;
+  Channel const degrees = channel == Channel::X ? Channel::Longitude : Channel::Latitude;
+  if (NodeId const place = GetScaled(degrees); place >= 0) return place;
   Encoding const* const encoding = layer_.spec->Find(channel);
   double const* const given = encoding == nullptr ? nullptr : std::get_if<double>(&encoding->value);
   double const middle = (channel == Channel::X ? width_ : height_) / 2;

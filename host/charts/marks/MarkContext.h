@@ -16,6 +16,8 @@ class MarkContext {
   LayerSpec const& GetSpec() const { return *layer_.spec; }
   LayerRows& GetRows() { return *layer_.rows; }
   MarkLook const& GetLook() const { return layer_.look; }
+  /// Null for a chart that is no map.
+  MapPlan const* GetMap() const { return layer_.map; }
   /// Of the pane, in pixels.
   double GetWidth() const { return width_; }
   double GetHeight() const { return height_; }
@@ -24,7 +26,8 @@ class MarkContext {
   PlacedChannel const* Find(Channel channel) const { return layer_.Find(channel); }
   /// What a channel's scale makes of each row: pixels, a colour, ...; -1 for a channel without a field.
   NodeId GetScaled(Channel channel) const;
-  /// A row's pixels on x or y: of the channel's field, its constant, or the middle of the pane.
+  /// A row's pixels on x or y: of the channel's field, its place on the map, its constant, or the middle of
+  /// the pane.
   NodeId GetPosition(Channel channel);
   /// Whether a row has a value in all of the columns; those that are -1 count for nothing. -1 without
   /// columns.

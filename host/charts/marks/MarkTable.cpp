@@ -8,8 +8,8 @@ namespace ostrel::charts {
 
 std::span<MarkDefinition const> GetMarkTable() {
   static std::vector<MarkDefinition> const table = {
-      DefinePoint(),   DefineCircle(),        DefineSquare(),    DefineLine(),
-      DefineTreemap(), DefinePackedBubbles(), DefineWordCloud(),
+      DefinePoint(),    DefineCircle(),  DefineSquare(),        DefineLine(),
+      DefineGeoshape(), DefineTreemap(), DefinePackedBubbles(), DefineWordCloud(),
   };
   return table;
 }

@@ -23,6 +23,8 @@ struct MarkDefinition {
   /// Makes the nodes that a layer of this mark needs beyond those of its scales.
   std::unique_ptr<MarkPlan> (*plan)(MarkContext& context);
 
+  /// It draws outlines of a map: its rows are points of LoadShapes instead of those of a table.
+  bool isMap = false;
   bool isFilled = false;
   double opacity = 1;
   SymbolShape shape = SymbolShape::Circle;

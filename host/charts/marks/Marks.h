@@ -9,6 +9,7 @@ MarkDefinition DefinePoint();
 MarkDefinition DefineCircle();
 MarkDefinition DefineSquare();
 MarkDefinition DefineLine();
+MarkDefinition DefineGeoshape();
 MarkDefinition DefineTreemap();
 MarkDefinition DefinePackedBubbles();
 MarkDefinition DefineWordCloud();

@@ -79,13 +79,13 @@ std::unique_ptr<MarkPlan> Plan(MarkContext& context) {
 }
 
 MarkDefinition Define(char const* name) {
-  return {
-      .name = name,
-      .properties = {"fill", "stroke", "size", "strokeWidth", "filled"},
-      .channels = {Channel::X, Channel::Y, Channel::Color, Channel::Size, Channel::Opacity, Channel::Detail},
-      .plan = Plan,
-      .isFilled = true,
-      .opacity = 0.7};
+  return {.name = name,
+          .properties = {"fill", "stroke", "size", "strokeWidth", "filled"},
+          .channels = {Channel::X, Channel::Y, Channel::Color, Channel::Size, Channel::Opacity,
+                       Channel::Detail, Channel::Longitude, Channel::Latitude},
+          .plan = Plan,
+          .isFilled = true,
+          .opacity = 0.7};
 }
 
 }  // namespace

@@ -20,9 +20,10 @@ Group BuildLayer(ChartPlan const& plan, PanePlan const& pane, LayerPlan const& l
   Group group;
   group.role = "marks";
   std::optional<bool> const clip = layer.spec->mark.clip;
-  if (clip.value_or(HasGivenDomain(pane))) {
-    // What stands on an edge is not cut in halves where the document does not ask for it.
-    double const margin = clip ? 0 : layer.mark->GetReach();
+  if (plan.map || clip.value_or(HasGivenDomain(pane))) {
+    // What stands on an edge is not cut in halves where the document does not ask for it, but a map goes on
+    // there.
+    double const margin = clip || plan.map ? 0 : layer.mark->GetReach();
     group.clip = Rect{-margin, -margin, plan.width + 2 * margin, plan.height + 2 * margin};
   }
   layer.mark->Build({results, setter, group});
@@ -42,6 +43,14 @@ double FindOffset(PositionScale const& scale, std::vector<PositionScale const*> 
   return std::ceil(room + GuideStyle::kAxisGap);
 }
 
+void AddFrame(ChartPlan const& plan, Group& plot) {
+  Group frame;
+  frame.role = "frame";
+  frame.nodes.emplace_back(
+      RectMark{{0, 0, plan.width, plan.height}, ort::core::OrtColor(0), {GuideStyle::AxisColor(), 1, {}}});
+  AddGroup(plot, std::move(frame));
+}
+
 // Grid, layers and axes of a pane, in this order from back to front.
 void BuildPane(ChartPlan const& plan, PanePlan const& pane, bool hasTitles, Results const& results,
                TextSetter const& setter, Group& plot, Extent& extent) {
@@ -57,6 +66,7 @@ void BuildPane(ChartPlan const& plan, PanePlan const& pane, bool hasTitles, Resu
   for (AxisGuide& axis : axes) AddGroup(plot, std::move(axis.grid));
   for (LayerPlan const& layer : pane.layers) AddGroup(plot, BuildLayer(plan, pane, layer, results, setter));
   for (AxisGuide& axis : axes) AddGroup(plot, std::move(axis.axis));
+  if (plan.map) AddFrame(plan, plot);
 }
 
 // Where the rows or columns of a grid begin, each with room for what its panes have before and behind them.

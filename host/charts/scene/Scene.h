@@ -75,6 +75,14 @@ struct AreaMark {
   std::string tooltip;
 };
 
+/// Rings in one element; what lies in an even number of them, a lake for instance, is not filled.
+struct ShapeMark {
+  std::vector<std::vector<Point>> rings;
+  ort::core::OrtColor fill;
+  Stroke stroke{ort::core::OrtColor(0), 1, {}};
+  double opacity = 1;
+};
+
 struct RuleMarks {
   struct Rule {
     Point from;
@@ -134,8 +142,8 @@ struct TextMark {
 };
 
 struct Group;
-using SceneNode = std::variant<SymbolMarks, LineMark, AreaMark, RuleMarks, RectMarks, RectMark, GradientMark,
-                               TextMark, std::unique_ptr<Group>>;
+using SceneNode = std::variant<SymbolMarks, LineMark, AreaMark, ShapeMark, RuleMarks, RectMarks, RectMark,
+                               GradientMark, TextMark, std::unique_ptr<Group>>;
 
 struct Group {
   std::string role;  ///< "axis x", "marks", "legend": the class of its SVG element

@@ -54,4 +54,35 @@ void WriteArea(AreaMark const& area, SvgStream& out) {
   }
 }
 
+void WriteShape(ShapeMark const& shape, SvgStream& out) {
+  double const opacity = GetPaintOpacity(shape.fill, shape.opacity);
+  if (opacity <= 0 && !IsPainted(shape.stroke, shape.opacity)) return;
+  bool isBegun = false;
+  for (auto const& ring : shape.rings) {
+    if (ring.size() < 2 || !std::ranges::all_of(ring, [](Point point) { return IsFinite(point); })) continue;
+    if (!isBegun) out << "<path d=\"";
+    isBegun = true;
+    out << "M" << ring.front().x << NextNumber{ring.front().y} << "L";
+    for (std::size_t i = 1; i < ring.size(); ++i) {
+      if (i > 1) {
+        out << NextNumber{ring[i].x};
+      } else {
+        out << ring[i].x;
+      }
+      out << NextNumber{ring[i].y};
+    }
+    out << "Z";
+  }
+  if (!isBegun) return;
+  out << "\" fill-rule=\"evenodd\" fill=\"";
+  if (opacity > 0) {
+    out << shape.fill << "\"";
+    WriteOpacity("fill-opacity", opacity, out);
+  } else {
+    out << "none\"";
+  }
+  WriteStroke(shape.stroke, shape.opacity, out);
+  out << "/>\n";
+}
+
 }  // namespace ostrel::charts

@@ -18,6 +18,7 @@ void WriteRectStyle(RectMark const& mark, SvgStream& out);
 
 void WriteLine(LineMark const& line, SvgStream& out);
 void WriteArea(AreaMark const& area, SvgStream& out);
+void WriteShape(ShapeMark const& shape, SvgStream& out);
 void WriteRules(RuleMarks const& rules, SvgStream& out);
 /// `id` is the number of its gradient in the document.
 void WriteGradient(GradientMark const& gradient, int id, SvgStream& out);

@@ -130,6 +130,7 @@ class SceneWriter {
   void Write(RectMarks const& marks) { WriteRects(marks, out_); }
   void Write(LineMark const& line) { WriteLine(line, out_); }
   void Write(AreaMark const& area) { WriteArea(area, out_); }
+  void Write(ShapeMark const& shape) { WriteShape(shape, out_); }
   void Write(RuleMarks const& rules) { WriteRules(rules, out_); }
   void Write(GradientMark const& gradient) { WriteGradient(gradient, ++gradients_, out_); }
   void Write(std::unique_ptr<Group> const& group) { Write(*group); }

@@ -276,7 +276,7 @@ TEST(ChartDocument, GivenDocumentsAreReadOrRefused) {
       {"area.vl.json", mark("area")},
       {"bar_aggregate.vl.json", "$.height: a size for each step is not supported; use a number of pixels"},
       {"bar_month.vl.json", mark("bar")},
-      {"geo_point.vl.json", "$.projection: maps are not supported; use the channels x and y"},
+      {"geo_point.vl.json", "$.projection.type: \"albersUsa\" is not supported; use one of mercator, identity"},
       {"histogram.vl.json", mark("bar")},
       {"histogram_log.vl.json", transform},
       {"line.vl.json", transform},

@@ -108,10 +108,11 @@ TEST(DocumentErrors, LongListsAndTextsAreRefusedWithoutTheirContent) {
       {"\"title\": [" + lines(40'000) + "," + lines(40'000) + "]",
        "$.title: the lines have more than 65536 bytes"},
       {"\"encoding\": {" + members + "}", "$.encoding: 10001 properties are more than 10000"},
-      {lines(500) + ": 1", "$['" + std::string(64, 'x') +
-                               "...']: is not supported; use one of $schema, name, title, "
-                               "description, width, height, background, padding, config, data, mark, "
-                               "encoding, layer, facet, spec, columns, resolve"},
+      {lines(500) + ": 1",
+       "$['" + std::string(64, 'x') +
+           "...']: is not supported; use one of $schema, name, title, "
+           "description, width, height, background, padding, projection, config, data, mark, "
+           "encoding, layer, facet, spec, columns, resolve"},
       {R"("width": )" + lines(100),
        "$.width: \"" + std::string(64, 'x') + "...\" is not supported; use a number of pixels"},
   });
@@ -179,7 +180,6 @@ TEST(DocumentErrors, TopLevel) {
       {R"("resolve": {})", ""},
       {R"("transform": [])", "$.transform: transforms are not supported; transform the data beforehand"},
       {R"("params": [])", "$.params: interaction is not supported; leave it out"},
-      {R"("projection": {})", "$.projection: maps are not supported; use the channels x and y"},
       {R"("datasets": {})", "$.datasets: named data are not supported; use data.values"},
       {R"("wdith": 5)", "$.wdith: unknown property; did you mean \"width\"?"},
   });
@@ -328,7 +328,7 @@ TEST(DocumentErrors, Channels) {
       {R"("x2": {"field": "a"})", "$.encoding.x2: spans are not supported; use x and y"},
       {R"("tooltip": {"field": "a"})",
        "$.encoding.tooltip: is for the mark packedBubbles only; leave it out"},
-      {R"("longitude": {"field": "a"})", "$.encoding.longitude: maps are not supported; use x and y"},
+      {R"("longitude": {"field": "a"})", "$.encoding: latitude is missing, which a map needs"},
       {R"("colour": {"field": "a"})", "$.encoding.colour: unknown property; did you mean \"color\"?"},
       {R"("shape": {"field": "a", "type": "quantitative"})",
        "$.encoding.shape.type: a shape needs a nominal or ordinal field"},

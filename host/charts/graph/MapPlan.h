@@ -1,0 +1,20 @@
+#pragma once
+
+#include "charts/graph/PaneGrid.h"
+
+namespace ostrel::charts {
+
+/// The map that all panes show.
+struct MapPlan {
+  NodeId view = -1;               ///< KeyMap of function mapView
+  NodeId projection = -1;         ///< Int32 scalar
+  NodeId world = -1;              ///< Real64 scalar: pixels from a copy of the world to the next one
+  std::vector<PaneRows> sources;  ///< the degrees of the layers, special where a row has no place
+};
+
+/// Fits the map to the points of all layers, or to the outlines where there are none, and makes each layer's
+/// rows those of the copies of its points that a pane shows.
+MapPlan PlanMap(Compilation& compilation, std::vector<std::shared_ptr<LayerRows>> const& layers, double width,
+                double height, PaneGrid& grid);
+
+}  // namespace ostrel::charts

@@ -1,0 +1,111 @@
+#include <algorithm>
+#include <cmath>
+
+#include "charts/data/ShapeSource.h"
+#include "charts/graph/ChartPlan.h"
+#include "charts/marks/MarkContext.h"
+#include "charts/marks/Marks.h"
+
+// The mark geoshape: outlines of a map, in every copy of the world that a pane shows.
+namespace ostrel::charts {
+namespace {
+
+using ort::core::OrtColor;
+
+class GeoshapePlan final : public MarkPlan {
+ public:
+  explicit GeoshapePlan(MarkContext& context) : look_(context.GetLook()), width_(context.GetWidth()) {
+    GraphBuilder& graph = context.GetGraph();
+    LayerRows& rows = context.GetRows();
+    auto const numbers = [&](char const* field) { return rows.GetNumbers(graph, field).node; };
+    MapPlan const& map = *context.GetMap();
+    NodeId const pixels =
+        graph.Call("outlines", "mapPixels",
+                   {numbers(kShapeLongitude), numbers(kShapeLatitude), map.projection, map.view});
+    x_ = graph.Keep(graph.Call("outline x", "member", {pixels, graph.Text("x")}));
+    y_ = graph.Keep(graph.Call("outline y", "member", {pixels, graph.Text("y")}));
+    ring_ = graph.Keep(numbers(kShapeRing));
+    polygon_ = graph.Keep(numbers(kShapePolygon));
+    world_ = map.world;
+    color_ = context.GetScaled(Channel::Color);
+    MarkSpec const& mark = context.GetMark();
+    stroke_ = {OrtColor(0), mark.strokeWidth.value_or(1), mark.strokeDash};
+    if (!mark.stroke.empty())
+      stroke_.color = ReadColor(context.GetCompilation().document, mark.path + ".stroke", mark.stroke);
+  }
+
+  void Build(MarkScene const& scene) const override {
+    auto const& polygons = scene.results[polygon_]->AsTypedArray<ort::core::int64>();
+    double const world = ort::core::FetchStoreValue<double>(scene.results[world_]);
+    for (int row = 0; row < polygons.GetCount();) {
+      int const begin = row;
+      while (row < polygons.GetCount() && polygons.GetElement(row) == polygons.GetElement(begin)) ++row;
+      AddCopies(scene, MakeShape(scene.results, begin, row), world);
+    }
+  }
+
+ private:
+  ShapeMark MakeShape(Results const& results, int begin, int end) const {
+    auto const& x = results[x_]->AsTypedArray<double>();
+    auto const& y = results[y_]->AsTypedArray<double>();
+    auto const& rings = results[ring_]->AsTypedArray<ort::core::int64>();
+    ShapeMark shape;
+    shape.fill = look_.isFilled ? look_.color : OrtColor(0);
+    shape.stroke = stroke_;
+    shape.opacity = look_.opacity;
+    if (color_ >= 0) {
+      auto const& colors = results[color_]->AsTypedArray<OrtColor>();
+      shape.fill = colors.IsSpecial(begin) ? OrtColor(0) : colors.GetElement(begin);
+    }
+    for (int row = begin; row < end; ++row) {
+      if (row == begin || rings.GetElement(row) != rings.GetElement(row - 1)) shape.rings.emplace_back();
+      if (!x.IsSpecial(row)) shape.rings.back().push_back({x.GetElement(row), y.GetElement(row)});
+    }
+    return shape;
+  }
+
+  // One world beside the other, from the pane's left to its right edge.
+  void AddCopies(MarkScene const& scene, ShapeMark const& shape, double world) const {
+    double low = width_;
+    double high = 0;
+    for (auto const& ring : shape.rings) {
+      for (Point const& point : ring) {
+        low = std::min(low, point.x);
+        high = std::max(high, point.x);
+      }
+    }
+    for (double k = std::ceil(-high / world); low + k * world <= width_; ++k) {
+      ShapeMark copy = shape;
+      for (auto& ring : copy.rings) {
+        for (Point& point : ring) point.x += k * world;
+      }
+      scene.group.nodes.emplace_back(std::move(copy));
+    }
+  }
+
+  MarkLook look_;
+  Stroke stroke_;
+  double width_;
+  NodeId x_ = -1;  // Real64 columns, pixels
+  NodeId y_ = -1;
+  NodeId ring_ = -1;  // Int64 columns
+  NodeId polygon_ = -1;
+  NodeId world_ = -1;
+  NodeId color_ = -1;  // Color column; -1 where the channel has no field
+};
+
+std::unique_ptr<MarkPlan> Plan(MarkContext& context) { return std::make_unique<GeoshapePlan>(context); }
+
+}  // namespace
+
+MarkDefinition DefineGeoshape() {
+  MarkDefinition definition{.name = "geoshape",
+                            .properties = {"fill", "stroke", "strokeWidth", "strokeDash", "filled"},
+                            .channels = {Channel::Color},
+                            .plan = Plan};
+  definition.isMap = true;
+  definition.isFilled = true;
+  return definition;
+}
+
+}  // namespace ostrel::charts
