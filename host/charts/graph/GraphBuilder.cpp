@@ -67,6 +67,17 @@ NodeId GraphBuilder::Call(std::string const& name, char const* function, std::ve
   return Add(name, function, core::EvaluationMode::Call, std::move(inputs), {});
 }
 
+NodeId GraphBuilder::Scan(std::string const& name, char const* function, NodeId column, NodeId groups,
+                          NodeId initial) {
+  return graph_.AddFunction({.name = OStringCore::fromUtf8(name),
+                             .function = OStringCore::fromUtf8(function),
+                             .mode = core::EvaluationMode::Scan,
+                             .inputs = {column},
+                             .parameters = {},
+                             .initial = initial,
+                             .groups = groups});
+}
+
 NodeId GraphBuilder::Keep(NodeId node) {
   if (std::ranges::find(kept_, node) == kept_.end()) kept_.push_back(node);
   return node;

@@ -41,6 +41,8 @@ class GraphBuilder {
   NodeId Map(std::string const& name, char const* function, NodeId input,
              std::vector<NodeId> parameters = {});
   NodeId Zip(std::string const& name, char const* function, NodeId first, NodeId second);
+  /// Every step of a function folded over the rows of each group, from the initial value on.
+  NodeId Scan(std::string const& name, char const* function, NodeId column, NodeId groups, NodeId initial);
   NodeId Call(std::string const& name, char const* function, std::vector<NodeId> inputs);
 
   /// Asks for a node's value. Gives the node.

@@ -48,6 +48,8 @@ class MapPlanner {
                               graph_.Call("latitudes", "concatenate", latitudes), plan_.projection,
                               graph_.Real(width_), graph_.Real(height_)});
     plan_.world = graph_.Keep(View("world"));
+    plan_.height = graph_.Keep(View("worldHeight"));
+    plan_.shift = graph_.Keep(View("shift"));
   }
 
   void PlaceLayer(LayerSpec const& spec, std::size_t layer, PaneCell& cell) {
@@ -57,12 +59,12 @@ class MapPlanner {
     NodeId const copies = graph_.Call(
         "copies on the map", "wrapMaps",
         {degrees.longitudes, degrees.latitudes, View("left"), View("right"), View("bottom"), View("top"),
-         plan_.projection, graph_.Real(0), graph_.Real(width_), View("worldHeight"), graph_.Real(kReach)});
+         plan_.projection, graph_.Real(0), graph_.Real(width_), plan_.height, graph_.Real(kReach)});
     NodeId const selected = graph_.Call("rows on the map", "member", {copies, graph_.Text("row")});
     NodeId const x = graph_.Call("map x", "member", {copies, graph_.Text("x")});
     NodeId const y =
         graph_.Zip("map y", "subtract",
-                   graph_.Call("map y from the top", "member", {copies, graph_.Text("y")}), View("shift"));
+                   graph_.Call("map y from the top", "member", {copies, graph_.Text("y")}), plan_.shift);
     cell.places[layer] = {graph_.Keep(x), graph_.Keep(y)};
     cell.layers[layer] = std::make_shared<LayerRows>(graph_, rows, selected, "map ");
   }

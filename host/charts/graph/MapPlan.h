@@ -8,7 +8,9 @@ namespace ostrel::charts {
 struct MapPlan {
   NodeId view = -1;               ///< KeyMap of function mapView
   NodeId projection = -1;         ///< Int32 scalar
-  NodeId world = -1;              ///< Real64 scalar: pixels from a copy of the world to the next one
+  NodeId world = -1;              ///< Real64 scalars: pixels from a copy of the world to the next one,
+  NodeId height = -1;             ///< from the projection's upper to its lower edge,
+  NodeId shift = -1;              ///< and from its upper edge down to the pane's
   std::vector<PaneRows> sources;  ///< the degrees of the layers, special where a row has no place
 };
 

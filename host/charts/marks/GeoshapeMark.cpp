@@ -2,7 +2,6 @@
 #include <cmath>
 
 #include "charts/data/ShapeSource.h"
-#include "charts/graph/ChartPlan.h"
 #include "charts/marks/MarkContext.h"
 #include "charts/marks/Marks.h"
 
@@ -22,14 +21,21 @@ class GeoshapePlan final : public MarkPlan {
     NodeId const pixels =
         graph.Call("outlines", "mapPixels",
                    {numbers(kShapeLongitude), numbers(kShapeLatitude), map.projection, map.view});
-    x_ = graph.Keep(graph.Call("outline x", "member", {pixels, graph.Text("x")}));
-    y_ = graph.Keep(graph.Call("outline y", "member", {pixels, graph.Text("y")}));
     ring_ = graph.Keep(numbers(kShapeRing));
     polygon_ = graph.Keep(numbers(kShapePolygon));
+    // Each point stands in the copy of the world in which it is nearest to the one before.
+    NodeId const x = graph.Call("outline x", "member", {pixels, graph.Text("x")});
+    NodeId const turns =
+        graph.Scan("outline in one piece", "wrap_x_for_maps",
+                   graph.Zip("outline x in worlds", "divide", x, map.world), ring_, graph.Real(0));
+    x_ = graph.Keep(graph.Zip("outline x in pixels", "multiply", turns, map.world));
+    y_ = graph.Keep(graph.Call("outline y", "member", {pixels, graph.Text("y")}));
     world_ = map.world;
+    height_ = map.height;
+    shift_ = map.shift;
     color_ = context.GetScaled(Channel::Color);
     MarkSpec const& mark = context.GetMark();
-    stroke_ = {OrtColor(0), mark.strokeWidth.value_or(1), mark.strokeDash};
+    stroke_ = {OrtColor(0), mark.strokeWidth.value_or(1), {}};
     if (!mark.stroke.empty())
       stroke_.color = ReadColor(context.GetCompilation().document, mark.path + ".stroke", mark.stroke);
   }
@@ -61,7 +67,22 @@ class GeoshapePlan final : public MarkPlan {
       if (row == begin || rings.GetElement(row) != rings.GetElement(row - 1)) shape.rings.emplace_back();
       if (!x.IsSpecial(row)) shape.rings.back().push_back({x.GetElement(row), y.GetElement(row)});
     }
+    for (auto& ring : shape.rings) CloseAroundPole(results, ring);
     return shape;
+  }
+
+  // A ring around the world is closed along the projection's edge at its pole.
+  void CloseAroundPole(Results const& results, std::vector<Point>& ring) const {
+    auto const read = [&](NodeId node) { return ort::core::FetchStoreValue<double>(results[node]); };
+    if (ring.empty() || std::abs(ring.back().x - ring.front().x) < read(world_) / 2) return;
+    double const top = -read(shift_);
+    double const bottom = top + read(height_);
+    double sum = 0;
+    for (Point const& point : ring) sum += point.y;
+    double const edge = sum / static_cast<double>(ring.size()) > (top + bottom) / 2 ? bottom : top;
+    double const start = ring.front().x;
+    ring.push_back({ring.back().x, edge});
+    ring.push_back({start, edge});
   }
 
   // One world beside the other, from the pane's left to its right edge.
@@ -90,7 +111,9 @@ class GeoshapePlan final : public MarkPlan {
   NodeId y_ = -1;
   NodeId ring_ = -1;  // Int64 columns
   NodeId polygon_ = -1;
-  NodeId world_ = -1;
+  NodeId world_ = -1;  // Real64 scalars of the map
+  NodeId height_ = -1;
+  NodeId shift_ = -1;
   NodeId color_ = -1;  // Color column; -1 where the channel has no field
 };
 
@@ -100,7 +123,7 @@ std::unique_ptr<MarkPlan> Plan(MarkContext& context) { return std::make_unique<G
 
 MarkDefinition DefineGeoshape() {
   MarkDefinition definition{.name = "geoshape",
-                            .properties = {"fill", "stroke", "strokeWidth", "strokeDash", "filled"},
+                            .properties = {"fill", "stroke", "strokeWidth", "filled"},
                             .channels = {Channel::Color},
                             .plan = Plan};
   definition.isMap = true;
