@@ -54,9 +54,9 @@ TEST(MapView, ShowsAllPointsAcrossTheDateLineToo) {
 TEST(MapView, HoldsRandomPointsInLevelsOfAQuarter) {
   std::mt19937 random(7);
   for (int round = 0; round < 2'000; ++round) {
-    std::uniform_real_distribution<double> const longitude(-180, 180);
-    std::uniform_real_distribution<double> const latitude(-80, 80);
-    std::uniform_real_distribution<double> const spread(0, 1);
+    std::uniform_real_distribution<double> longitude(-180, 180);
+    std::uniform_real_distribution<double> latitude(-80, 80);
+    std::uniform_real_distribution<double> spread(0, 1);
     double const wide = std::pow(spread(random), 3);
     double const east = longitude(random);
     MapFrame const frame{round % 2, 50 + 900 * spread(random), 50 + 900 * spread(random)};
