@@ -86,9 +86,9 @@ TEST(Guides, AThousandCategoriesStayReadable) {
   auto const entries = FindMarks<TextMark>(scene, "legend");
   ASSERT_EQ(entries.size(), 1 + 30 + 1u);
   EXPECT_EQ(entries.back()->text, "… 1,204 more");
-  // Labels are 50 pixels wide on an axis of 100, and only they have ticks beside the axis' own line.
-  EXPECT_EQ(ReadTexts(scene, "axis x"), "00000|01024");
-  EXPECT_EQ(FindMarks<RuleMarks>(scene, "axis x")[0]->rules.size(), 3u);
+  // Upright labels are 10 pixels high on an axis of 100, and only they have ticks beside the axis' own line.
+  EXPECT_EQ(ReadTexts(scene, "axis x"), "00000|00256|00512|00768|01024");
+  EXPECT_EQ(FindMarks<RuleMarks>(scene, "axis x")[0]->rules.size(), 6u);
 }
 
 TEST(Guides, LongTextsAreCutAtClusters) {

@@ -1,5 +1,7 @@
 #include <fmt/format.h>
 
+#include <algorithm>
+
 #include "ChartDrawing.h"
 #include "charts/guides/GuideStyle.h"
 
@@ -205,6 +207,57 @@ TEST(Layers, HaveScalesOfTheirOwnOnBothSides) {
   }
   EXPECT_EQ(places, " 45 12");
   EXPECT_EQ(texts, " <0 <50 <100 <a >0 >2 >4 >b");
+}
+
+/// The rooms that the texts of all layers take in a pane.
+std::vector<Rect> FindTexts(Scene const& scene, TextSetter const& setter) {
+  std::vector<Rect> rooms;
+  for (SceneNode const& node : FindGroup(scene.root, "plot")->nodes) {
+    auto const* group = std::get_if<std::unique_ptr<Group>>(&node);
+    if (group != nullptr && (*group)->role == "marks") CollectRooms(**group, {0, 0}, setter, rooms);
+  }
+  return rooms;
+}
+
+TEST(Scales, FitTheTextsThatStandOnThem) {
+  auto const measurer = services::MakeFixedMeasurer();
+  TextSetter const setter(*measurer, kFontFamily);
+  ChartDrawing const drawing;
+  struct Case {
+    char const* scale;
+    char const* mark;
+  };
+  Case const cases[] = {
+      {R"("zero":false,"nice":false)", R"("align":"left","dx":5,"baseline":"bottom","dy":-3)"},
+      {R"("zero":false,"nice":false)", R"("align":"right","baseline":"top")"},
+      {R"("type":"log","nice":false)", R"("align":"left","dx":5)"},
+      {R"("type":"log","nice":false,"reverse":true)", R"("align":"left","baseline":"bottom")"},
+      {R"("zero":false,"nice":false,"reverse":true)", R"("fontSize":14,"angle":-90)"},
+  };
+  for (Case const& c : cases) {
+    auto const draw = [&](char const* fit) {
+      std::string const channel =
+          R"("type":"quantitative","scale":{)" + std::string(c.scale) + fit + R"(},"axis":null})";
+      return drawing
+          .Draw(
+              R"({"width":200,"height":150,"data":{"values":[{"a":10,"b":3},{"a":40,"b":8},{"a":90,"b":20}]},)"
+              R"("encoding":{"x":{"field":"a",)" +
+              channel + R"(,"y":{"field":"b",)" + channel +
+              R"(},"layer":[{"mark":{"type":"rule","strokeWidth":3}},{"mark":{"type":"text","text":"abc",)" +
+              c.mark + "}}]}")
+          .scene;
+    };
+    auto const countOutside = [](std::vector<Rect> const& rooms) {
+      return std::ranges::count_if(rooms, [](Rect const& room) {
+        return room.x < 0 || room.y < 0 || room.Right() > 200 || room.Bottom() > 150;
+      });
+    };
+    std::vector<Rect> const before = FindTexts(draw(""), setter);
+    std::vector<Rect> const after = FindTexts(draw(R"(,"fit":true)"), setter);
+    EXPECT_EQ(after.size(), 3u);
+    EXPECT_GT(countOutside(before), 0) << c.scale << c.mark;
+    EXPECT_EQ(countOutside(after), 0) << c.scale << c.mark;
+  }
 }
 
 // The row of zeros stands at one height, and every row inside the pane.

@@ -92,6 +92,22 @@ TEST(TreemapMark, LeavesTakeTheColorOfTheirFirstRow) {
   EXPECT_EQ(ReadTexts(scene, "legend"), "f0|a|b");
 }
 
+TEST(TreemapMark, LeavesSayTheTextAndTooltipOfTheirFirstRow) {
+  ChartDrawing const drawing;
+  std::string const texts =
+      R"(,"text":{"field":"f2","type":"quantitative","format":".1f"},"tooltip":[{"field":"f1"},{"field":"f2"}])";
+  Scene const scene =
+      drawing.Draw(MakeDocument("\"treemap\"", R"("a" "p" -1|"a" "p" 3|"a" "p" 1|"b" "q" 2)", kAll + texts))
+          .scene;
+  EXPECT_EQ(ReadTexts(scene, "marks"), "a|b|3.0|2.0");
+  auto const& tooltips = *FindMarks<RectMarks>(scene, "marks").back()->tooltips;
+  auto const read = [&](int row) {
+    return tooltips.AsTypedArray<ort::core::RIndirectString>().GetElement(row).Get().toUtf8();
+  };
+  EXPECT_EQ(read(0), "f1: p\nf2: 3");
+  EXPECT_EQ(read(1), "f1: q\nf2: 2");
+}
+
 // Labels lie in a rectangle of their own and keep three letters at least.
 TEST(TreemapMark, LabelsAreNeitherCutNorOverlapping) {
   std::mt19937 random(3);
@@ -143,6 +159,8 @@ TEST(TreemapMark, RefusesWhatItWouldPassOver) {
   Case const cases[] = {
       {R"("size":{"field":"f2","type":"nominal"})",
        "chart.vl.json: $.encoding.size.type: areas need numbers; use \"quantitative\""},
+      {kSize + R"(,"text":{"value":"t"})",
+       "chart.vl.json: $.encoding.text: a constant tells no rectangles apart; use a field"},
       {kSize + R"(,"detail":[{"field":"f0"},{"field":"none"}])",
        "chart.vl.json: no field 'none' in $.data.values. Its fields are f0, f1, f2"},
   };

@@ -142,8 +142,15 @@ void CheckResolve(JsonValue const& root, ChartDocument& document) {
 
 bool ChartDocument::IsMap() const { return std::ranges::any_of(layers, IsMapLayer); }
 
-void ReadSize(JsonValue const& value, std::optional<double>& size) {
-  if (value.IsObject()) value.Fail("a size for each step is not supported; use a number of pixels");
+void ReadSize(JsonValue const& value, std::optional<double>& size, std::optional<double>& step) {
+  if (value.IsObject()) {
+    JsonObjectReader(value)
+        .Number("step", step, kPictureSize)
+        .Refuse("for", "is not supported; the step is that of the innermost places")
+        .Read();
+    if (!step) value.FailAt("step", "is missing");
+    return;
+  }
   if (value.Get().is_string()) value.Fail(value.Describe() + " is not supported; use a number of pixels");
   size = value.ReadNumber(kPictureSize);
 }
@@ -171,8 +178,8 @@ ChartDocument ParseChartDocument(std::string_view json, std::filesystem::path co
       .Text("name", document.name)
       .On("title", [&](JsonValue const& value) { ReadChartTitle(value, document); })
       .Text("description", document.description)
-      .On("width", [&](JsonValue const& value) { ReadSize(value, document.width); })
-      .On("height", [&](JsonValue const& value) { ReadSize(value, document.height); })
+      .On("width", [&](JsonValue const& value) { ReadSize(value, document.width, document.widthStep); })
+      .On("height", [&](JsonValue const& value) { ReadSize(value, document.height, document.heightStep); })
       .Text("background", document.background)
       .On("padding", [&](JsonValue const& value) { ReadPadding(value, document.padding); })
       .On("projection", [&](JsonValue const& value) { document.projection = ReadProjection(value); })

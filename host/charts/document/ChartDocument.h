@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "charts/data/LoadTable.h"
+#include "charts/document/Transforms.h"
 
 /// A chart document as it was written, after its grammar was checked: names are resolved to enumerators,
 /// nothing is defaulted and nothing depends on the data.
@@ -24,6 +25,10 @@ enum class FieldType { Quantitative, Temporal, Ordinal, Nominal };
 enum class Channel {
   X,
   Y,
+  X2,
+  Y2,
+  XOffset,
+  YOffset,
   Color,
   Size,
   Shape,
@@ -51,9 +56,6 @@ enum class SymbolShape {
 };
 enum class LineInterpolation { Linear, StepBefore, StepAfter, Step, Monotone };
 
-/// A scalar of the document; monostate where none stands or it is null.
-using Literal = std::variant<std::monostate, bool, double, std::string>;
-
 /// A text that may be left out, switched off by null, or given.
 struct TitleSpec {
   bool isGiven = false;
@@ -72,8 +74,13 @@ struct ScaleSpec {
   std::optional<double> niceCount;
   std::optional<bool> reverse;
   std::optional<bool> clamp;
+  std::optional<bool> fit;  ///< the domain has room for the texts and rules that stand on the scale
   std::optional<double> base;
   std::string scheme;
+  std::optional<bool> isBand;  ///< "band" or "point"
+  std::optional<double> padding;
+  std::optional<double> paddingInner;
+  std::optional<double> paddingOuter;
 
   bool operator==(ScaleSpec const&) const = default;
 };
@@ -122,6 +129,16 @@ struct Encoding {
   std::vector<Literal> sort;      ///< an explicit order of the values
   std::optional<bool> isDescending;
   bool keepsDataOrder = false;  ///< "sort": null
+  std::optional<SortSpec> sortBy;
+  std::optional<AggregateOperation> aggregate;
+  std::optional<BinSpec> bin;
+  std::string timeUnit;  ///< a name that TimeUnit knows
+  std::optional<StackOffset> stack;
+  /// What was derived, once the channel's field is a column of rows to be drawn: where a bin or a unit of
+  /// time ends, the numbers that order the values, and what guides are called.
+  std::string endField;
+  std::string sortField;
+  std::string derivedTitle;  ///< "Sum of people"
 };
 
 struct MarkSpec {
@@ -141,6 +158,18 @@ struct MarkSpec {
   bool hasPoints = false;  ///< a line with a symbol at every row
   std::optional<bool> tooltip;
   std::optional<bool> clip;
+  std::optional<bool> isHorizontal;  ///< "orient"
+  bool hasLine = false;              ///< an area with a line at its upper end
+  std::optional<double> dx;          ///< of a text, pixels
+  std::optional<double> dy;
+  std::optional<double> angle;  ///< degrees, clockwise
+  std::string align;            ///< "left", "center", "right"
+  std::string baseline;         ///< "top", "middle", "bottom", "alphabetic"
+  std::optional<double> fontSize;
+  bool isBold = false;
+  std::string text;
+  std::string fit;             ///< what becomes of a text that its cell has no room for
+  bool isRightToLeft = false;  ///< "dir": a text that is cut keeps its end
 };
 
 /// A mark and its channels: a part of a view that is drawn over the parts before it.
@@ -149,6 +178,7 @@ struct LayerSpec {
   std::shared_ptr<nlohmann::json const>
       data;  ///< a data object, as LoadTable reads it: its own or the view's
   std::string dataPath = "$.data";
+  std::vector<TransformSpec> transforms;  ///< those of the view come first
   MarkSpec mark;
   std::vector<Encoding> encodings;  ///< those of the view come first
 
@@ -177,9 +207,11 @@ struct ChartDocument {
   std::string title;  ///< lines are separated by line feeds, here and in all titles
   std::string subtitle;
   std::string description;
-  std::optional<double> width;    ///< of the plotting area, in pixels
-  std::optional<double> height;   ///< of the plotting area, in pixels
-  std::optional<double> padding;  ///< around the whole picture, in pixels
+  std::optional<double> width;       ///< of the plotting area, in pixels
+  std::optional<double> height;      ///< of the plotting area, in pixels
+  std::optional<double> widthStep;   ///< of one value of a discrete x, in pixels; in place of the width
+  std::optional<double> heightStep;  ///< of one value of a discrete y
+  std::optional<double> padding;     ///< around the whole picture, in pixels
   std::string background;
   std::vector<LayerSpec> layers;      ///< in drawing order, at least one
   std::optional<double> paneColumns;  ///< panes in a row, beside facet

@@ -31,6 +31,10 @@ double Position(Literal const& literal) {
   return OrtDateTime::FromIsoText(std::string_view(std::get<std::string>(literal)))->ToDouble();
 }
 
+bool IsStyle(Channel channel) {
+  return !IsPosition(channel) && channel != Channel::XOffset && channel != Channel::YOffset;
+}
+
 void CheckScaleType(JsonValue const& value, Encoding const& encoding) {
   if (!encoding.scale.type) return;
   auto const name = value.Get()["scale"]["type"].get<std::string>();
@@ -40,8 +44,9 @@ void CheckScaleType(JsonValue const& value, Encoding const& encoding) {
   };
   auto const type = *encoding.scale.type;
   if (IsDiscrete(encoding.type)) {
-    char const* const wanted = IsPosition(encoding.channel) ? "point" : "ordinal";
-    if (name != wanted) refuse(wanted);
+    bool const isStyle = IsStyle(encoding.channel);
+    if (isStyle ? name != "ordinal" : name != "point" && name != "band")
+      refuse(isStyle ? "ordinal" : "band or point");
   } else if (encoding.type == FieldType::Temporal) {
     if (type != ScaleType::Time) refuse("time or utc");
   } else if (type == ScaleType::Time || type == ScaleType::Ordinal) {
@@ -89,7 +94,7 @@ void CheckScaleProperties(JsonValue const& value, Encoding const& encoding) {
   };
   bool const isDiscrete = IsDiscrete(encoding.type);
   bool const isLog = encoding.scale.type == ScaleType::Log;
-  for (auto const* property : {"domainMin", "domainMax", "zero", "nice", "clamp"}) {
+  for (auto const* property : {"domainMin", "domainMax", "zero", "nice", "clamp", "fit"}) {
     refuse(isDiscrete, property, "is for quantitative and temporal fields only; leave it out");
   }
   refuse(encoding.type == FieldType::Temporal && encoding.scale.zero == true, "zero",
@@ -100,10 +105,18 @@ void CheckScaleProperties(JsonValue const& value, Encoding const& encoding) {
   refuse(encoding.type != FieldType::Quantitative ||
              encoding.scale.type.value_or(ScaleType::Linear) != ScaleType::Linear,
          "domainMid", "needs a quantitative field and a linear scale; leave it out");
+  refuse(IsStyle(encoding.channel), "fit", "is for positions only; leave it out");
+  refuse(encoding.scale.type == ScaleType::Sqrt, "fit",
+         "is not supported on a square root scale; widen the domain instead");
   refuse(!isLog, "base", "is for log scales only; leave it out");
+  bool const isDiscretePosition = isDiscrete && !IsStyle(encoding.channel);
+  for (auto const* property : {"padding", "paddingInner", "paddingOuter"}) {
+    refuse(!isDiscretePosition, property,
+           "is for nominal and ordinal positions only; widen the domain instead");
+  }
   refuse(encoding.channel != Channel::Color, "scheme", "is for the channel color only; leave it out");
   refuse(json.contains("range"), "scheme", "is given beside range; leave one of them out");
-  refuse(IsPosition(encoding.channel), "range",
+  refuse(!IsStyle(encoding.channel), "range",
          "positions reach from 0 to the chart's width or height; use reverse to turn them round");
 }
 
@@ -135,12 +148,13 @@ void CheckRange(JsonValue const& value, Encoding const& encoding) {
   }
 }
 
-void CheckGuide(JsonValue const& value, char const* guide, FieldType type,
+void CheckGuide(JsonValue const& value, char const* guide, FieldType type, bool hasDates,
                 std::vector<Literal> const& values) {
   if (!value.Has(guide) || value.Get()[guide].is_null()) return;
   auto const place = std::string(guide) + ".";
   for (auto const* property : {"format", "tickCount"}) {
-    if (IsDiscrete(type) && value.Get()[guide].contains(property)) {
+    bool const isDate = hasDates && std::string_view(property) == "format";
+    if (IsDiscrete(type) && !isDate && value.Get()[guide].contains(property)) {
       value.FailAt(place + property, "is for quantitative and temporal fields only; leave it out");
     }
   }
@@ -165,8 +179,9 @@ void CheckScale(JsonValue const& value, Encoding const& encoding) {
 }
 
 void CheckGuides(JsonValue const& value, Encoding const& encoding) {
-  CheckGuide(value, "axis", encoding.type, encoding.axis.values);
-  CheckGuide(value, "legend", encoding.type, encoding.legend.values);
+  bool const hasDates = !encoding.timeUnit.empty();
+  CheckGuide(value, "axis", encoding.type, hasDates, encoding.axis.values);
+  CheckGuide(value, "legend", encoding.type, hasDates, encoding.legend.values);
   auto const& side = encoding.axis.orient;
   bool const isVertical = side == "left" || side == "right";
   if (!side.empty() && isVertical != (encoding.channel == Channel::Y)) {

@@ -4,6 +4,7 @@
 
 #include "charts/document/JsonObjectReader.h"
 #include "charts/document/Readers.h"
+#include "charts/document/TransformReaders.h"
 
 namespace ostrel::charts {
 
@@ -26,25 +27,64 @@ struct ChannelParts {
   bool hasLegend = false;
   bool hasSort = false;
   bool hasValue = false;
+  bool hasStack = false;
+  bool hasFormat = false;
+  bool isList = false;  ///< several fields may be given
   bool hasHeader = false;
 };
 
 constexpr ChannelParts kChannels[] = {
-    {"x", Channel::X, true, true, false, true, true},
-    {"y", Channel::Y, true, true, false, true, true},
-    {"color", Channel::Color, true, false, true, true, true},
-    {"size", Channel::Size, true, false, true, true, true},
-    {"shape", Channel::Shape, true, false, true, true, true},
-    {"opacity", Channel::Opacity, true, false, true, true, true},
-    {"detail", Channel::Detail, false, false, false, false, false},
-    {"order", Channel::Order, false, false, false, true, false},
-    {"text", Channel::Text, false, false, false, false, false},
-    {"tooltip", Channel::Tooltip, false, false, false, false, false},
-    {"longitude", Channel::Longitude, false, false, false, false, false},
-    {"latitude", Channel::Latitude, false, false, false, false, false},
-    {"row", Channel::Row, false, false, false, true, false, true},
-    {"column", Channel::Column, false, false, false, true, false, true},
-    {"facet", Channel::Facet, false, false, false, true, false, true},
+    {.name = "x",
+     .channel = Channel::X,
+     .hasScale = true,
+     .hasAxis = true,
+     .hasSort = true,
+     .hasValue = true,
+     .hasStack = true},
+    {.name = "y",
+     .channel = Channel::Y,
+     .hasScale = true,
+     .hasAxis = true,
+     .hasSort = true,
+     .hasValue = true,
+     .hasStack = true},
+    {.name = "x2", .channel = Channel::X2, .hasValue = true},
+    {.name = "y2", .channel = Channel::Y2, .hasValue = true},
+    {.name = "xOffset", .channel = Channel::XOffset, .hasScale = true, .hasSort = true},
+    {.name = "yOffset", .channel = Channel::YOffset, .hasScale = true, .hasSort = true},
+    {.name = "color",
+     .channel = Channel::Color,
+     .hasScale = true,
+     .hasLegend = true,
+     .hasSort = true,
+     .hasValue = true},
+    {.name = "size",
+     .channel = Channel::Size,
+     .hasScale = true,
+     .hasLegend = true,
+     .hasSort = true,
+     .hasValue = true},
+    {.name = "shape",
+     .channel = Channel::Shape,
+     .hasScale = true,
+     .hasLegend = true,
+     .hasSort = true,
+     .hasValue = true},
+    {.name = "opacity",
+     .channel = Channel::Opacity,
+     .hasScale = true,
+     .hasLegend = true,
+     .hasSort = true,
+     .hasValue = true},
+    {.name = "detail", .channel = Channel::Detail, .isList = true},
+    {.name = "order", .channel = Channel::Order, .hasSort = true},
+    {.name = "text", .channel = Channel::Text, .hasValue = true, .hasFormat = true, .isList = true},
+    {.name = "tooltip", .channel = Channel::Tooltip, .hasFormat = true, .isList = true},
+    {.name = "longitude", .channel = Channel::Longitude},
+    {.name = "latitude", .channel = Channel::Latitude},
+    {.name = "row", .channel = Channel::Row, .hasSort = true, .hasHeader = true},
+    {.name = "column", .channel = Channel::Column, .hasSort = true, .hasHeader = true},
+    {.name = "facet", .channel = Channel::Facet, .hasSort = true, .hasHeader = true},
 };
 
 /// A constant in the channel's own terms.
@@ -52,6 +92,8 @@ Literal ReadValue(JsonValue const& value, Channel channel) {
   switch (channel) {
     case Channel::X:
     case Channel::Y:
+    case Channel::X2:
+    case Channel::Y2:
       if (value.Get().is_string()) value.Fail("expects a number of pixels, not " + value.Describe());
       return value.ReadNumber();
     case Channel::Size:
@@ -67,6 +109,37 @@ Literal ReadValue(JsonValue const& value, Channel channel) {
   return value.ReadText();
 }
 
+void ReadSortObject(JsonValue const& value, Encoding& encoding) {
+  SortSpec sort;
+  std::optional<bool> isDescending;
+  JsonObjectReader(value)
+      .On("field", [&](JsonValue const& field) { sort.field = ReadFieldName(field); })
+      .On("op", [&](JsonValue const& operation) { sort.operation = ReadAggregateOperation(operation); })
+      .Text("encoding", sort.channel)
+      .OneOf("order", isDescending, std::span<NamedValue<bool> const>(kSortOrders))
+      .Read();
+  sort.isDescending = isDescending.value_or(false);
+  bool const isCount = value.Has("op") && sort.operation == AggregateOperation::Count;
+  if (sort.channel.empty() && sort.field.empty() && !isCount) value.Fail("expects a field or an encoding");
+  if (!sort.channel.empty() && !sort.field.empty()) value.FailAt("encoding", "is given beside field");
+  encoding.sortBy = sort;
+}
+
+/// "y", "-y": the values come in the order of another channel.
+std::optional<SortSpec> FindSortChannel(std::string const& text) {
+  bool const isDescending = text.starts_with('-');
+  std::string const name = text.substr(isDescending ? 1 : 0);
+  for (auto const* channel : {"x", "y", "color", "size", "shape", "opacity", "text"}) {
+    if (name == channel) {
+      SortSpec sort;
+      sort.channel = name;
+      sort.isDescending = isDescending;
+      return sort;
+    }
+  }
+  return std::nullopt;
+}
+
 void ReadSort(JsonValue const& value, Encoding& encoding) {
   if (value.IsNull()) {
     encoding.keepsDataOrder = true;
@@ -74,20 +147,46 @@ void ReadSort(JsonValue const& value, Encoding& encoding) {
     encoding.sort = value.ReadLiterals();
     if (encoding.sort.empty()) value.Fail("has no values; leave it out");
   } else if (value.IsObject()) {
-    value.Fail("sorting by another field is not supported; list the values in their order");
+    ReadSortObject(value, encoding);
+  } else if (value.Get().is_string() && FindSortChannel(value.ReadText())) {
+    encoding.sortBy = FindSortChannel(value.ReadText());
   } else {
     encoding.isDescending = value.ReadOneOf(std::span<NamedValue<bool> const>(kSortOrders));
   }
 }
 
-void RefuseTransforms(JsonObjectReader& reader) {
-  reader.RefuseUnlessOff("bin", "binning is not supported; compute the bins in the data")
-      .RefuseUnlessOff("aggregate", "aggregation is not supported; compute the aggregates in the data")
-      .RefuseUnlessOff("timeUnit", "time units are not supported; compute the periods in the data")
-      .RefuseUnlessOff("stack", "stacking is not supported; compute the sums in the data")
-      .RefuseUnlessOff("impute", "is not supported; fill the gaps in the data")
+void RefuseFurther(JsonObjectReader& reader) {
+  reader.RefuseUnlessOff("impute", "is not supported; fill the gaps in the data")
       .Refuse("bandPosition", "is not supported; leave it out")
       .Refuse("condition", "conditions are not supported; use a field or a value");
+}
+
+void ReadTransformsOf(JsonObjectReader& reader, bool hasStack, Encoding& encoding) {
+  reader
+      .On("aggregate",
+          [&](JsonValue const& value) {
+            if (!value.IsOff()) encoding.aggregate = ReadAggregateOperation(value);
+          })
+      .On("bin", [&](JsonValue const& value) { encoding.bin = ReadBin(value); })
+      .On("timeUnit", [&](JsonValue const& value) { encoding.timeUnit = ReadTimeUnit(value); });
+  if (hasStack) {
+    reader.On("stack", [&](JsonValue const& value) { encoding.stack = ReadStack(value); });
+  } else {
+    reader.RefuseUnlessOff("stack", "is for the channels x and y only; leave it out");
+  }
+}
+
+/// What derived fields ask of each other.
+void CheckTransforms(JsonValue const& value, Encoding const& encoding) {
+  int const count =
+      (encoding.aggregate ? 1 : 0) + (encoding.bin ? 1 : 0) + (encoding.timeUnit.empty() ? 0 : 1);
+  if (count > 1) value.Fail("expects one of aggregate, bin and timeUnit");
+  if (encoding.bin && IsDiscrete(encoding.type))
+    value.FailAt("type", "bins are intervals of numbers; use \"quantitative\"");
+  if (!encoding.timeUnit.empty() && encoding.type == FieldType::Quantitative)
+    value.FailAt("type", "units of time are no quantities; use \"temporal\" or \"ordinal\"");
+  if (encoding.sortBy && !IsDiscrete(encoding.type))
+    value.FailAt("sort", "is for nominal and ordinal fields; use \"ascending\" or \"descending\"");
 }
 
 void ReadField(JsonValue const& value, ChannelParts const& parts, Encoding& encoding) {
@@ -110,21 +209,27 @@ void ReadField(JsonValue const& value, ChannelParts const& parts, Encoding& enco
         .Refuse("center", "is not supported; leave it out");
   }
   if (parts.channel == Channel::Facet) reader.Number("columns", encoding.columns, kPaneColumns);
+  if (parts.hasFormat) reader.Text("format", encoding.format);
   if (parts.hasValue) {
-    reader.Refuse("datum", "constants of the data are not supported; use a field, or a value");
+    reader.On("datum", [&](JsonValue const& datum) { encoding.datum = datum.ReadLiteral(); });
   } else {
     reader.Refuse("value", "a constant has no effect here; use a field")
         .Refuse("datum", "a constant has no effect here; use a field");
   }
-  RefuseTransforms(reader);
+  ReadTransformsOf(reader, parts.hasStack, encoding);
+  RefuseFurther(reader);
   reader.Read();
-  if (encoding.field.empty()) {
+  bool const isCount = encoding.aggregate == AggregateOperation::Count;
+  if (value.Has("datum") && (!encoding.field.empty() || encoding.aggregate))
+    value.FailAt("datum", "is given beside a field; leave one of them out");
+  if (encoding.field.empty() && !isCount && !value.Has("datum")) {
     value.Fail(parts.hasValue ? "expects a field or a value" : "expects a field");
   }
   if (!value.Has("type")) encoding.type = DefaultFieldType(encoding);
   bool const isDegrees = parts.channel == Channel::Longitude || parts.channel == Channel::Latitude;
   if (isDegrees && encoding.type != FieldType::Quantitative)
     value.FailAt("type", "degrees are numbers; use \"quantitative\"");
+  CheckTransforms(value, encoding);
   CheckScale(value, encoding);
   CheckGuides(value, encoding);
   CheckSort(value, encoding);
@@ -135,10 +240,11 @@ void ReadConstant(JsonValue const& value, Encoding& encoding) {
   JsonObjectReader reader(value);
   reader.On("value",
             [&](JsonValue const& constant) { encoding.value = ReadValue(constant, encoding.channel); });
-  for (auto const* part : {"field", "type", "title", "scale", "axis", "legend", "sort", "datum"}) {
+  for (auto const* part : {"field", "type", "title", "scale", "axis", "legend", "sort", "datum", "format",
+                           "aggregate", "bin", "timeUnit", "stack"}) {
     reader.Refuse(part, cause);
   }
-  RefuseTransforms(reader);
+  RefuseFurther(reader);
   reader.Read();
 }
 
@@ -184,17 +290,14 @@ std::vector<Encoding> ReadEncodings(JsonValue const& view, std::vector<ChannelMe
   JsonObjectReader reader(view);
   for (auto const& parts : kChannels) {
     reader.On(parts.name, [&](JsonValue const& channel) {
-      if (parts.channel == Channel::Detail && channel.Get().is_array()) {
-        for (auto const& field : channel.ReadArray()) encodings.push_back(ReadEncoding(field, parts));
+      if (!parts.isList || !channel.Get().is_array()) {
+        encodings.push_back(ReadEncoding(channel, parts));
         return;
       }
-      encodings.push_back(ReadEncoding(channel, parts));
+      for (JsonValue const& part : channel.ReadArray()) encodings.push_back(ReadEncoding(part, parts));
     });
   }
-  for (auto const* offset : {"xOffset", "yOffset"}) {
-    reader.Refuse(offset, "is not supported; place the rows by x and y");
-  }
-  for (auto const* second : {"x2", "y2", "xError", "xError2", "yError", "yError2"}) {
+  for (auto const* second : {"xError", "xError2", "yError", "yError2"}) {
     reader.Refuse(second, "spans are not supported; use x and y");
   }
   for (auto const* place : {"longitude2", "latitude2"}) {
@@ -222,6 +325,9 @@ FieldType DefaultFieldType(Encoding const& encoding) {
     return FieldType::Quantitative;
   if (encoding.channel == Channel::Shape) return FieldType::Nominal;
   if (encoding.channel == Channel::Order || !encoding.sort.empty()) return FieldType::Ordinal;
+  if (!encoding.timeUnit.empty()) return FieldType::Temporal;
+  if (encoding.bin || encoding.aggregate || std::holds_alternative<double>(encoding.datum))
+    return FieldType::Quantitative;
   switch (encoding.scale.type.value_or(ScaleType::Ordinal)) {
     case ScaleType::Linear:
     case ScaleType::Log:
@@ -247,6 +353,8 @@ bool IsPosition(Channel channel) { return channel == Channel::X || channel == Ch
 bool IsFacet(Channel channel) {
   return channel == Channel::Row || channel == Channel::Column || channel == Channel::Facet;
 }
+
+bool IsSecondPosition(Channel channel) { return channel == Channel::X2 || channel == Channel::Y2; }
 
 bool IsDiscrete(FieldType type) { return type == FieldType::Ordinal || type == FieldType::Nominal; }
 

@@ -28,6 +28,28 @@ constexpr NamedValue<LineInterpolation> kInterpolationNames[] = {
     {"step", LineInterpolation::Step},
     {"monotone", LineInterpolation::Monotone}};
 
+constexpr NamedValue<bool> kOrientations[] = {{"horizontal", true}, {"vertical", false}};
+constexpr NamedValue<char const*> kAlignments[] = {
+    {"left", "left"}, {"center", "center"}, {"right", "right"}};
+constexpr NamedValue<char const*> kBaselines[] = {
+    {"top", "top"}, {"middle", "middle"}, {"bottom", "bottom"}, {"alphabetic", "alphabetic"}};
+constexpr NamedValue<char const*> kFits[] = {{"dots", "dots"},
+                                             {"overflow", "overflow"},
+                                             {"hide", "hide"},
+                                             {"truncate", "truncate"},
+                                             {"pounds", "pounds"}};
+constexpr NamedValue<bool> kDirections[] = {{"ltr", false}, {"rtl", true}};
+
+void ReadWeight(JsonValue const& value, MarkSpec& mark) {
+  constexpr double kLeastBold = 600;
+  if (value.Get().is_number()) {
+    mark.isBold = value.ReadNumber(kPositive) >= kLeastBold;
+    return;
+  }
+  constexpr NamedValue<bool> kWeights[] = {{"normal", false}, {"bold", true}};
+  mark.isBold = value.ReadOneOf(std::span<NamedValue<bool> const>(kWeights));
+}
+
 void ReadDash(JsonValue const& value, std::vector<double>& dash) {
   for (auto const& length : value.ReadArray()) dash.push_back(length.ReadNumber(kNotNegative));
 }
@@ -105,7 +127,19 @@ MarkSpec ReadMark(JsonValue const& value) {
       .On("orientations", [&mark](JsonValue const& angles) { ReadOrientations(angles, mark.orientations); })
       .On("point", [&mark](JsonValue const& point) { mark.hasPoints = point.ReadBool(); })
       .Bool("clip", mark.clip)
-      .RefuseUnlessOff("tooltip", "tooltips are not supported; leave it out")
+      .OneOf("orient", mark.isHorizontal, std::span<NamedValue<bool> const>(kOrientations))
+      .On("line", [&mark](JsonValue const& line) { mark.hasLine = line.ReadBool(); })
+      .Number("dx", mark.dx)
+      .Number("dy", mark.dy)
+      .Number("angle", mark.angle)
+      .OneOf("align", mark.align, std::span<NamedValue<char const*> const>(kAlignments))
+      .OneOf("baseline", mark.baseline, std::span<NamedValue<char const*> const>(kBaselines))
+      .Number("fontSize", mark.fontSize, kPositive)
+      .On("fontWeight", [&mark](JsonValue const& weight) { ReadWeight(weight, mark); })
+      .OneOf("fit", mark.fit, std::span<NamedValue<char const*> const>(kFits))
+      .OneOf("dir", mark.isRightToLeft, std::span<NamedValue<bool> const>(kDirections))
+      .On("text", [&mark](JsonValue const& text) { mark.text = text.ReadLines(); })
+      .RefuseUnlessOff("tooltip", "is not supported; use the channel tooltip")
       .Refuse("fillOpacity", "is not supported; use opacity")
       .Refuse("strokeOpacity", "is not supported; use opacity")
       .Refuse("style", "named styles are not supported; set the mark's own properties")

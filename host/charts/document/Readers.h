@@ -27,7 +27,7 @@ ScaleSpec ReadScale(JsonValue const& value);
 AxisSpec ReadAxis(JsonValue const& value);
 LegendSpec ReadLegend(JsonValue const& value);
 /// A width or height in pixels.
-void ReadSize(JsonValue const& value, std::optional<double>& size);
+void ReadSize(JsonValue const& value, std::optional<double>& size, std::optional<double>& step);
 /// The chart's title and subtitle.
 void ReadChartTitle(JsonValue const& value, ChartDocument& document);
 
@@ -52,6 +52,8 @@ std::span<NamedValue<SymbolShape> const> SymbolShapeNames();
 bool IsPosition(Channel channel);
 /// Row, column or facet.
 bool IsFacet(Channel channel);
+/// x2 or y2.
+bool IsSecondPosition(Channel channel);
 /// Nominal or ordinal.
 bool IsDiscrete(FieldType type);
 char const* NameOf(FieldType type);

@@ -7,12 +7,18 @@ namespace {
 
 /// Positions of a discrete field are points, its styles are ordinal: one type here. All times are UTC.
 constexpr NamedValue<ScaleType> kScaleTypes[] = {
-    {"linear", ScaleType::Linear}, {"log", ScaleType::Log},  {"sqrt", ScaleType::Sqrt},
-    {"time", ScaleType::Time},     {"utc", ScaleType::Time}, {"ordinal", ScaleType::Ordinal},
-    {"point", ScaleType::Ordinal},
+    {"linear", ScaleType::Linear}, {"log", ScaleType::Log},      {"sqrt", ScaleType::Sqrt},
+    {"time", ScaleType::Time},     {"utc", ScaleType::Time},     {"ordinal", ScaleType::Ordinal},
+    {"point", ScaleType::Ordinal}, {"band", ScaleType::Ordinal},
 };
 
 constexpr NumberRange kTickCount{.minimum = 0, .maximum = 10'000, .isAboveMinimum = true};
+
+void ReadType(JsonValue const& value, ScaleSpec& scale) {
+  scale.type = value.ReadOneOf(std::span<NamedValue<ScaleType> const>(kScaleTypes));
+  std::string const name = value.ReadText();
+  if (name == "band" || name == "point") scale.isBand = name == "band";
+}
 
 void ReadNice(JsonValue const& value, ScaleSpec& scale) {
   if (value.Get().is_number()) {
@@ -48,7 +54,7 @@ ScaleSpec ReadScale(JsonValue const& value) {
   ScaleSpec scale;
   if (value.IsNull()) value.Fail("values without a scale are not supported; list them in domain and range");
   JsonObjectReader(value)
-      .OneOf("type", scale.type, std::span<NamedValue<ScaleType> const>(kScaleTypes))
+      .On("type", [&scale](JsonValue const& type) { ReadType(type, scale); })
       .Literals("domain", scale.domain)
       .Number("domainMin", scale.domainMin)
       .Number("domainMax", scale.domainMax)
@@ -58,6 +64,7 @@ ScaleSpec ReadScale(JsonValue const& value) {
       .On("nice", [&scale](JsonValue const& nice) { ReadNice(nice, scale); })
       .Bool("reverse", scale.reverse)
       .Bool("clamp", scale.clamp)
+      .Bool("fit", scale.fit)
       .On("base", [&scale](JsonValue const& base) { ReadBase(base, scale); })
       .On("scheme", [&scale](JsonValue const& scheme) { ReadScheme(scheme, scale); })
       .Refuse("domainRaw", "is not supported; use domain")
@@ -66,7 +73,9 @@ ScaleSpec ReadScale(JsonValue const& value) {
       .Refuse("exponent", "power scales are not supported; use the type sqrt, linear or log")
       .Refuse("constant", "symmetrical log scales are not supported; use the type sqrt, linear or log")
       .Refuse("interpolate", "is not supported; list more colors in range")
-      .Refuse("padding", "is not supported; widen the domain instead")
+      .Number("padding", scale.padding, kNotNegative)
+      .Number("paddingInner", scale.paddingInner, kFraction)
+      .Number("paddingOuter", scale.paddingOuter, kNotNegative)
       .Refuse("bins", "is not supported; use axis.values or legend.values")
       .Read();
   return scale;

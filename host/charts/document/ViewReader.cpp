@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "charts/document/TransformReaders.h"
+
 namespace ostrel::charts {
 
 namespace {
@@ -36,6 +38,7 @@ ViewReader::ViewReader(ViewReader const& parent, JsonValue const& view)
       view_(view),
       data_(parent.data_),
       dataPath_(parent.dataPath_),
+      transforms_(parent.transforms_),
       encodings_(parent.encodings_) {}
 
 void ViewReader::ReadData(JsonValue const& value) {
@@ -54,7 +57,9 @@ void ViewReader::AddTo(JsonObjectReader& reader) {
             if (!view_.Has("layer")) ReadEncodings(view_, encodings_);
           })
       .On("layer", [this](JsonValue const& value) { layers_ = value; })
-      .Refuse("transform", "transforms are not supported; transform the data beforehand");
+      .On("transform", [this](JsonValue const& value) {
+        for (TransformSpec& transform : ReadTransforms(value)) transforms_.push_back(std::move(transform));
+      });
 }
 
 void ViewReader::AddPanesTo(JsonObjectReader& reader, ChartDocument& document) {
@@ -85,7 +90,7 @@ void ViewReader::Finish(std::vector<LayerSpec>& layers) const {
   if (layers_) return FinishLayers(layers);
   if (!data_) view_.FailAt("data", "is missing; give {\"url\": ...} or {\"values\": [...]}");
   if (!mark_) view_.FailAt("mark", "is missing; use one of " + ListMarkNames());
-  LayerSpec layer{view_.GetPath(), data_, dataPath_, *mark_, ReadEncodings(view_, encodings_)};
+  LayerSpec layer{view_.GetPath(), data_, dataPath_, transforms_, *mark_, ReadEncodings(view_, encodings_)};
   CheckChannels(view_.GetFileName(), layer);
   CheckFacets(layer);
   layers.push_back(std::move(layer));
@@ -114,8 +119,10 @@ void ViewReader::FinishPanes(std::vector<LayerSpec>& layers) const {
   auto const accept = [](JsonValue const& text) { text.ReadText(); };
   reader.On("name", accept)
       .On("description", accept)
-      .On("width", [this](JsonValue const& value) { ReadSize(value, document_->width); })
-      .On("height", [this](JsonValue const& value) { ReadSize(value, document_->height); })
+      .On("width",
+          [this](JsonValue const& value) { ReadSize(value, document_->width, document_->widthStep); })
+      .On("height",
+          [this](JsonValue const& value) { ReadSize(value, document_->height, document_->heightStep); })
       .On("resolve", [this](JsonValue const& value) { document_->resolveLayers = ReadResolve(value); })
       .Refuse("title", "is not supported; set the chart's title");
   view.AddTo(reader);

@@ -42,6 +42,7 @@ class ViewReader {
   JsonValue view_;
   std::shared_ptr<nlohmann::json const> data_;
   std::string dataPath_;
+  std::vector<TransformSpec> transforms_;
   std::optional<MarkSpec> mark_;
   std::vector<ChannelMembers> encodings_;  // the outermost view's first
   std::optional<JsonValue> layers_;

@@ -90,6 +90,35 @@ Value MeasureFont(Value const& font, TextMeasurer const& measurer) {
                               {L"leading", factory::MakeReal64(metrics.leading)}});
 }
 
+/// Row by row; a scalar counts for every row, a special row for nothing.
+Value JoinTexts(Values const& parts) {
+  int count = -1;
+  for (Value const& part : parts) {
+    if (!IsColumn(*part)) continue;
+    RequireColumn(*part, StoreType::String, "texts");
+    if (count >= 0) RequireOneLength(part->AsColumn().GetCount(), count, "texts");
+    count = part->AsColumn().GetCount();
+  }
+  if (count < 0) ThrowError(OrtError_WrongValueKind, "no part is a column of texts");
+  std::vector<std::u16string> joined(static_cast<std::size_t>(count));
+  for (Value const& part : parts) {
+    if (!IsColumn(*part)) {
+      OStringCore const text = ReadText(part);
+      for (std::u16string& row : joined) row += text.view();
+      continue;
+    }
+    RowKinds const kinds(part->AsColumn());
+    auto const& rows = part->AsTypedArray<RIndirectString>();
+    for (int row = 0; row < count; ++row) {
+      if (kinds[row] == SpecialKind::None)
+        joined[static_cast<std::size_t>(row)] += rows.GetElement(row).Get().view();
+    }
+  }
+  auto texts = std::make_unique<std::vector<RIndirectString>>();
+  for (std::u16string const& row : joined) texts->emplace_back(OStringCore(row));
+  return factory::MakeArray<RIndirectString>(StoreTypeInfo::String, std::move(texts));
+}
+
 /// A function that measures and takes so many inputs.
 template <auto measure, std::size_t count>
 class MeasureFunctor final : public IMultinaryFunctor {
@@ -154,6 +183,13 @@ BuiltinFamily LabelFamily(std::shared_ptr<TextMeasurer const> measurer) {
            .example = R"("inputs": [{"Array": {"type": "DateTime", "values": ["2020-01-01T00:00:00.0000", )"
                       R"("2020-02-01T00:00:00.0000"]}}, {"String": ""}])",
            .registrations = {Multinary<FormatDates>({ArrayOf(DateTime), text}, ArrayOf(String))}},
+          {.name = "joinTexts",
+           .inputs = {"first", "others..."},
+           .help = "Each row's texts one after the other; a scalar counts for every row, a special row is "
+                   "passed over, and without a column 55 is thrown.",
+           .example =
+               R"("inputs": [{"String": "a = "}, {"Array": {"type": "String", "values": ["1", "2"]}}])",
+           .registrations = {Multinary<JoinTexts>({AnyValue()}, ArrayOf(String))}},
           {.name = "measureTexts",
            .inputs = {"texts", "font"},
            .help = "The width in pixels of each text in a font: a tuple of family, size, weight and slant.",

@@ -4,15 +4,21 @@
 
 #include <algorithm>
 
+#include "charts/document/Readers.h"
 #include "charts/guides/GuideStyle.h"
 #include "charts/marks/MarkContext.h"
 #include "charts/marks/MarkTable.h"
-#include "charts/scales/SharedZero.h"
+#include "charts/scales/DomainRoom.h"
+#include "charts/scales/OffsetScale.h"
+#include "charts/transforms/ChannelFields.h"
+#include "charts/transforms/RowTransforms.h"
 
 namespace ostrel::charts {
 namespace {
 
 constexpr double kDefaultLength = 300;
+constexpr double kDefaultStep = 20;
+constexpr double kGapBetweenGroups = 0.2;
 
 // The layers' rows; layers of one table share them.
 std::vector<std::shared_ptr<LayerRows>> MakeRows(
@@ -31,20 +37,45 @@ std::vector<std::shared_ptr<LayerRows>> MakeRows(
   return rows;
 }
 
+// The rows that each layer draws; its channels become columns of them.
+std::vector<std::shared_ptr<LayerRows>> DeriveLayers(Compilation& compilation,
+                                                     std::vector<std::shared_ptr<LayerRows>> rows) {
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    LayerSpec& layer = compilation.document.layers[i];
+    auto const transformed = TransformRows(compilation.graph, layer.transforms, rows[i]);
+    DrawnRows drawn = DeriveChannelFields(compilation.graph, layer, transformed);
+    layer.encodings = std::move(drawn.encodings);
+    rows[i] = std::move(drawn.rows);
+  }
+  return rows;
+}
+
+// What discrete values leave free is up to the marks that stand on them.
+std::optional<double> FindBandGap(ChartDocument const& document) {
+  std::optional<double> gap;
+  for (LayerSpec const& layer : document.layers) {
+    auto const own = GetDefinition(layer.mark).bandGap;
+    if (own) gap = std::max(gap.value_or(0), *own);
+  }
+  return gap;
+}
+
 // A channel of a layer, counted from 0.
 struct LayerUse {
   Encoding const* encoding;
   std::size_t layer;
 };
 
-// The uses of each scale of a channel: one for all layers, or one for each.
-std::vector<std::vector<LayerUse>> GroupUses(ChartDocument const& document, Channel channel) {
+// The uses of each scale of a channel: one for all layers, or one for each. Those of a second channel, which
+// the scale serves too, come last.
+std::vector<std::vector<LayerUse>> GroupUses(ChartDocument const& document, Channel channel, Channel second) {
   std::vector<std::vector<LayerUse>> groups;
   bool const isShared = !document.resolveLayers.HasOwnScale(channel);
   for (std::size_t layer = 0; layer < document.layers.size(); ++layer) {
     bool isFirst = true;
     for (Encoding const& encoding : document.layers[layer].encodings) {
-      if (encoding.channel != channel || encoding.field.empty()) continue;
+      bool const isUse = encoding.channel == channel || encoding.channel == second;
+      if (!isUse || encoding.field.empty()) continue;
       LayerSpec const& spec = document.layers[layer];
       if (channel == Channel::Size && !GetDefinition(spec.mark).scalesSize) continue;
       if (groups.empty() || (isFirst && !isShared)) groups.emplace_back();
@@ -52,24 +83,47 @@ std::vector<std::vector<LayerUse>> GroupUses(ChartDocument const& document, Chan
       isFirst = false;
     }
   }
+  for (auto& group : groups) {
+    std::ranges::stable_partition(group,
+                                  [&](LayerUse const& use) { return use.encoding->channel == channel; });
+  }
   return groups;
 }
+
+std::vector<std::vector<LayerUse>> GroupUses(ChartDocument const& document, Channel channel) {
+  return GroupUses(document, channel, channel);
+}
+
+// How long an axis is asked to be: so many pixels, or so many for each step of discrete values.
+struct LengthRequest {
+  std::optional<double> length;
+  std::optional<double> step;
+};
 
 class ScalePlanner {
  public:
   ScalePlanner(Compilation& compilation, std::vector<std::shared_ptr<LayerRows>> const& rows, ChartPlan& plan)
       : compilation_(compilation), rows_(rows), plan_(plan) {}
 
-  void PlanPosition(Channel channel, char const* name) {
-    auto const groups = GroupUses(compilation_.document, channel);
+  // Gives the length of the channel's axis: as asked for, or what the steps of discrete values need.
+  double PlanPosition(Channel channel, char const* name, LengthRequest request) {
+    bool const isHorizontal = channel == Channel::X;
+    auto const groups = GroupUses(compilation_.document, channel, isHorizontal ? Channel::X2 : Channel::Y2);
+    auto const offsets = GroupUses(compilation_.document, isHorizontal ? Channel::XOffset : Channel::YOffset);
     bool const isShared = !compilation_.document.resolvePanes.HasOwnScale(channel);
-    std::vector<PositionScale*> scales;
-    if (isShared) scales = AddScales(channel, name, groups, rows_);
+    // Panes with scales of their own have one length all the same.
+    if (!isShared && !request.length) request.length = kDefaultLength;
+    std::vector<Placing> placings;
+    if (isShared) placings = AddScales({channel, name, groups, offsets, request}, rows_);
     for (std::size_t pane = 0; pane < plan_.panes.size(); ++pane) {
-      if (!isShared) scales = AddScales(channel, name, groups, plan_.grid.cells[pane].layers);
-      for (std::size_t i = 0; i < groups.size(); ++i)
-        PlaceUses(groups[i], *scales[i], plan_.panes[pane], isShared);
+      if (!isShared)
+        placings = AddScales({channel, name, groups, offsets, request}, plan_.grid.cells[pane].layers);
+      for (std::size_t i = 0; i < groups.size(); ++i) {
+        PlaceUses(groups[i], *placings[i].scale, plan_.panes[pane], isShared);
+        if (placings[i].offset) PlaceOffsetUses(offsets[i], placings[i], plan_.panes[pane], isShared);
+      }
     }
+    return placings.empty() ? request.length.value_or(kDefaultLength) : placings.front().scale->space.length;
   }
 
   void PlanStyle(Channel channel, char const* name) {
@@ -91,37 +145,109 @@ class ScalePlanner {
                          std::vector<std::shared_ptr<LayerRows>> const& rows) const {
     std::vector<FieldUse> uses;
     for (LayerUse const& use : group) {
+      std::string const end = IsSecondPosition(use.encoding->channel) ? " end" : "";
       uses.push_back({use.encoding, rows[use.layer].get(),
-                      rows.size() == 1 ? "" : fmt::format(" of layer {}", use.layer + 1)});
+                      rows.size() == 1 ? end : fmt::format("{} of layer {}", end, use.layer + 1)});
     }
     return JoinUses(compilation_, name, std::move(uses));
   }
 
+  // The scales of one position channel, as the document asks for them.
+  struct PositionRequest {
+    Channel channel;
+    char const* name;
+    std::vector<std::vector<LayerUse>> const& groups;
+    std::vector<std::vector<LayerUse>> const& offsets;  // places side by side, of the first groups
+    LengthRequest const& length;
+  };
+
+  struct Placing {
+    PositionScale* scale = nullptr;
+    std::optional<OffsetScale> offset;
+  };
+
   // The scales of all groups of uses. Those after the first have their axis on the other side and leave the
   // grid to it.
-  std::vector<PositionScale*> AddScales(Channel channel, char const* name,
-                                        std::vector<std::vector<LayerUse>> const& groups,
-                                        std::vector<std::shared_ptr<LayerRows>> const& rows) {
-    bool const isHorizontal = channel == Channel::X;
+  std::vector<Placing> AddScales(PositionRequest const& request,
+                                 std::vector<std::shared_ptr<LayerRows>> const& rows) {
+    bool const isHorizontal = request.channel == Channel::X;
     std::vector<ScaleSource> sources;
+    std::vector<Placing> placings;
     std::vector<PositionScale*> scales;
-    for (auto const& group : groups) {
-      ScaleSource& source = sources.emplace_back(MakeSource(name, group, rows));
+    for (std::size_t i = 0; i < request.groups.size(); ++i) {
+      ScaleSource& source = sources.emplace_back(MakeSource(request.name, request.groups[i], rows));
       AxisSpec& axis = source.encoding.axis;
-      bool const isFurther = !scales.empty();
-      if (isFurther && axis.orient.empty()) axis.orient = isHorizontal ? "top" : "right";
-      if (isFurther && !axis.grid) axis.grid = false;
+      if (i > 0 && axis.orient.empty()) axis.orient = isHorizontal ? "top" : "right";
+      if (i > 0 && !axis.grid) axis.grid = false;
+      Placing& placing = placings.emplace_back();
+      if (i < request.offsets.size()) {
+        placing.offset = PlanOffsetScale(
+            compilation_, MakeSource(isHorizontal ? "x offset" : "y offset", request.offsets[i], rows));
+      }
       plan_.positions.push_back(std::make_unique<PositionScale>(
-          PlanPositionDomain(compilation_, source,
-                             {.isHorizontal = isHorizontal,
-                              .length = isHorizontal ? plan_.width : plan_.height,
-                              .labelFontSize = GuideStyle::kLabelFontSize,
-                              .labelLimit = GuideStyle::kLabelLimit})));
-      scales.push_back(plan_.positions.back().get());
+          PlanPositionDomain(compilation_, source, MakeSpace(isHorizontal, request.length, placing.offset))));
+      placing.scale = plan_.positions.back().get();
+      scales.push_back(placing.scale);
+      if (source.encoding.scale.fit.value_or(false)) Fit(request, i, rows, *placing.scale);
     }
-    if (compilation_.document.resolveLayers.SharesZero(channel)) AlignZeros(compilation_, scales);
-    for (std::size_t i = 0; i < scales.size(); ++i) PlanPositions(compilation_, sources[i], *scales[i]);
-    return scales;
+    if (compilation_.document.resolveLayers.SharesZero(request.channel)) AlignZeros(compilation_, scales);
+    for (std::size_t i = 0; i < scales.size(); ++i) {
+      PlanPositions(compilation_, sources[i], *scales[i]);
+      if (placings[i].offset && scales[i]->bandwidth < 0) {
+        ThrowDocumentError(compilation_.document, request.offsets[i].front().encoding->path,
+                           fmt::format("needs a nominal or ordinal {} to stand in", request.name));
+      }
+    }
+    return placings;
+  }
+
+  // Gives a continuous domain room for the marks that would reach out of the pane.
+  void Fit(PositionRequest const& request, std::size_t group,
+           std::vector<std::shared_ptr<LayerRows>> const& rows, PositionScale& scale) {
+    std::vector<RowReach> reaches;
+    for (std::size_t i = 0; i < request.groups[group].size(); ++i) {
+      LayerUse const& use = request.groups[group][i];
+      LayerSpec const& spec = compilation_.document.layers[use.layer];
+      MarkDefinition const& definition = GetDefinition(spec.mark);
+      if (definition.reach == nullptr || use.encoding->channel != request.channel) continue;
+      LayerPlan const layer{.spec = &spec,
+                            .rows = rows[use.layer],
+                            .channels = {},
+                            .look = ResolveMarkLook(compilation_.document, spec),
+                            .mark = {}};
+      MarkContext context(compilation_, layer, scale.space.length, scale.space.length);
+      RowReach& reach = reaches.emplace_back(definition.reach(context, request.channel));
+      reach.numbers = scale.field.rows[i].numbers;
+    }
+    FitMarks(compilation_, scale, reaches);
+  }
+
+  AxisSpace MakeSpace(bool isHorizontal, LengthRequest const& length,
+                      std::optional<OffsetScale> const& offset) {
+    AxisSpace space{.isHorizontal = isHorizontal,
+                    .length = length.length.value_or(kDefaultLength),
+                    .step = std::nullopt,
+                    .bandGap = offset ? kGapBetweenGroups : FindBandGap(compilation_.document),
+                    .labelFontSize = GuideStyle::kLabelFontSize,
+                    .labelLimit = GuideStyle::kLabelLimit};
+    if (length.length) return space;
+    space.step = length.step.value_or(kDefaultStep);
+    if (offset)
+      *space.step *= compilation_.graph.Peek(offset->field.count)->GetInt32() / (1 - kGapBetweenGroups);
+    return space;
+  }
+
+  void PlaceOffsetUses(std::vector<LayerUse> const& uses, Placing const& placing, PanePlan& pane,
+                       bool isShared) {
+    GraphBuilder& graph = compilation_.graph;
+    NodeId const bandwidth = placing.scale->bandwidth;
+    for (std::size_t i = 0; i < uses.size(); ++i) {
+      LayerPlan& layer = pane.layers[uses[i].layer];
+      NodeId const shift = graph.Keep(PlaceOffsets(graph, *placing.offset, i, bandwidth));
+      layer.channels.push_back({.encoding = uses[i].encoding,
+                                .scaled = Keep(layer, placing.offset->name, shift, isShared),
+                                .bandwidth = OffsetBandwidth(graph, *placing.offset, bandwidth)});
+    }
   }
 
   void PlaceUses(std::vector<LayerUse> const& uses, PositionScale const& scale, PanePlan& pane,
@@ -129,9 +255,12 @@ class ScalePlanner {
     for (std::size_t i = 0; i < uses.size(); ++i) {
       LayerPlan& layer = pane.layers[uses[i].layer];
       PositionRows const& rows = scale.rows[i];
-      layer.channels.push_back({uses[i].encoding, &scale, Keep(layer, scale.name, rows.positions, isShared),
-                                Keep(layer, scale.name + " number", rows.numbers, isShared),
-                                Keep(layer, scale.name + " number", rows.unscaled, isShared)});
+      layer.channels.push_back({.encoding = uses[i].encoding,
+                                .position = &scale,
+                                .scaled = Keep(layer, scale.name, rows.positions, isShared),
+                                .numbers = Keep(layer, scale.name + " number", rows.numbers, isShared),
+                                .bandwidth = scale.bandwidth,
+                                .unscaled = Keep(layer, scale.name + " number", rows.unscaled, isShared)});
     }
     ResolveSpec const& resolve = compilation_.document.resolvePanes;
     Channel const channel = scale.space.isHorizontal ? Channel::X : Channel::Y;
@@ -194,15 +323,15 @@ ChartPlan PlanChart(Compilation& compilation, std::vector<std::shared_ptr<DataTa
                     ChartOptions const& options) {
   ChartDocument const& document = compilation.document;
   ChartPlan plan;
-  plan.width = options.width.value_or(document.width.value_or(kDefaultLength));
-  plan.height = options.height.value_or(document.height.value_or(kDefaultLength));
-  auto const rows = MakeRows(tables);
+  auto const rows = DeriveLayers(compilation, MakeRows(tables));
   plan.grid = PlanPanes(compilation, rows);
   if (document.IsMap()) plan.map = PlanMap(compilation, rows, plan.width, plan.height, plan.grid);
   plan.panes = MakePanes(document, plan.grid);
   ScalePlanner scales(compilation, rows, plan);
-  scales.PlanPosition(Channel::X, "x");
-  scales.PlanPosition(Channel::Y, "y");
+  plan.width = scales.PlanPosition(Channel::X, "x",
+                                   {options.width ? options.width : document.width, document.widthStep});
+  plan.height = scales.PlanPosition(Channel::Y, "y",
+                                    {options.height ? options.height : document.height, document.heightStep});
   scales.PlanStyle(Channel::Color, "color");
   scales.PlanStyle(Channel::Size, "size");
   scales.PlanStyle(Channel::Opacity, "opacity");

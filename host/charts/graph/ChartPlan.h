@@ -44,8 +44,8 @@ struct ChartPlan {
   std::vector<PanePlan> panes;
 };
 
-/// Turns a document and its data, the table of each layer, into nodes of `compilation.graph`. Throws
-/// DocumentError and DataError.
+/// Turns a document and its data, the table of each layer, into nodes of `compilation.graph`. The plan refers
+/// to `compilation.document`, whose layers' channels it derives. Throws DocumentError and DataError.
 ChartPlan PlanChart(Compilation& compilation, std::vector<std::shared_ptr<DataTable const>> const& tables,
                     ChartOptions const& options);
 

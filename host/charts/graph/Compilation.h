@@ -7,7 +7,8 @@ namespace ostrel::charts {
 
 /// What a chart is compiled from and into.
 struct Compilation {
-  ChartDocument const& document;
+  /// Once the chart is planned its channels are over the rows to be drawn, with nothing left to derive.
+  ChartDocument document;
   GraphBuilder graph;
 };
 

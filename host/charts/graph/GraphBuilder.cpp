@@ -68,7 +68,7 @@ NodeId GraphBuilder::Call(std::string const& name, char const* function, std::ve
 }
 
 NodeId GraphBuilder::Scan(std::string const& name, char const* function, NodeId column, NodeId groups,
-                          NodeId initial) {
+                          std::optional<NodeId> initial) {
   return graph_.AddFunction({.name = OStringCore::fromUtf8(name),
                              .function = OStringCore::fromUtf8(function),
                              .mode = core::EvaluationMode::Scan,
@@ -87,6 +87,12 @@ Value const& GraphBuilder::Peek(NodeId node) {
   auto const found = known_.find(node);
   if (found != known_.end()) return found->second;
   return known_.emplace(node, EvaluateNodes({node}).front()).first->second;
+}
+
+std::vector<Value> GraphBuilder::Peek(std::vector<NodeId> const& nodes) {
+  std::vector<Value> values = EvaluateNodes(nodes);
+  for (std::size_t i = 0; i < nodes.size(); ++i) known_.emplace(nodes[i], values[i]);
+  return values;
 }
 
 // Known nodes stand as constants in a copy of the graph: it is small, its values are shared.

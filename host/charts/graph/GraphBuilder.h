@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -41,8 +42,10 @@ class GraphBuilder {
   NodeId Map(std::string const& name, char const* function, NodeId input,
              std::vector<NodeId> parameters = {});
   NodeId Zip(std::string const& name, char const* function, NodeId first, NodeId second);
-  /// Every step of a function folded over the rows of each group, from the initial value on.
-  NodeId Scan(std::string const& name, char const* function, NodeId column, NodeId groups, NodeId initial);
+  /// Every step of a function folded over the rows of each group, from the initial value on, or from the
+  /// zero of its type.
+  NodeId Scan(std::string const& name, char const* function, NodeId column, NodeId groups,
+              std::optional<NodeId> initial = std::nullopt);
   NodeId Call(std::string const& name, char const* function, std::vector<NodeId> inputs);
 
   /// Asks for a node's value. Gives the node.
@@ -52,6 +55,7 @@ class GraphBuilder {
   std::vector<NodeId> const& GetKept() const { return kept_; }
   /// A node's value, for decisions of the plan itself. It is evaluated now, and not again.
   Value const& Peek(NodeId node);
+  std::vector<Value> Peek(std::vector<NodeId> const& nodes);
   Results Evaluate() const;
 
  private:

@@ -12,9 +12,10 @@ namespace ostrel::charts {
 struct PlacedChannel {
   Encoding const* encoding = nullptr;
   PositionScale const* position = nullptr;  ///< the scale of a position channel
-  NodeId scaled = -1;    ///< Real64 pixels, Color, Real64 size or opacity, or Int32 shape of each row
-  NodeId numbers = -1;   ///< of a position: Real64 column in data order, for sorting
-  NodeId unscaled = -1;  ///< of a logarithmic position: the data numbers, else -1
+  NodeId scaled = -1;     ///< Real64 pixels, Color, Real64 size or opacity, or Int32 shape of each row
+  NodeId numbers = -1;    ///< of a position: Real64 column in data order, for sorting
+  NodeId bandwidth = -1;  ///< of a discrete position or an offset: Real64 scalar, the pixels that marks fill
+  NodeId unscaled = -1;   ///< of a logarithmic position: the data numbers, else -1
 };
 
 /// A layer of a pane.

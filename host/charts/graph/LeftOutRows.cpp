@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "charts/document/Readers.h"
 #include "charts/marks/MarkTable.h"
 
 namespace ostrel::charts {
@@ -39,6 +40,8 @@ std::vector<LeftOut> CountLeftOut(ChartPlan const& plan, Results const& results)
   for (PanePlan const& pane : plan.panes) {
     for (LayerPlan const& layer : pane.layers) {
       for (PlacedChannel const& channel : layer.channels) {
+        // An interval's end is missing where its beginning is.
+        if (IsSecondPosition(channel.encoding->channel)) continue;
         auto const isSame = [&](LeftOut const& other) {
           return other.channel->encoding == channel.encoding && other.layer == layer.spec;
         };

@@ -1,5 +1,7 @@
 #include "charts/marks/MarkContext.h"
 
+#include "charts/document/Readers.h"
+
 namespace ostrel::charts {
 
 NodeId MarkContext::GetScaled(Channel channel) const {
@@ -8,15 +10,34 @@ NodeId MarkContext::GetScaled(Channel channel) const {
 }
 
 NodeId MarkContext::GetPosition(Channel channel) {
-  if (NodeId const scaled = GetScaled(channel); scaled >= 0) return scaled;
+  if (NodeId const scaled = GetScaled(channel); scaled >= 0) return AddOffset(channel, scaled);
   Channel const degrees = channel == Channel::X ? Channel::Longitude : Channel::Latitude;
-  if (NodeId const place = GetScaled(degrees); place >= 0) return place;
+  if (NodeId const place = GetScaled(degrees); place >= 0 && IsPosition(channel)) return place;
   Encoding const* const encoding = layer_.spec->Find(channel);
   double const* const given = encoding == nullptr ? nullptr : std::get_if<double>(&encoding->value);
-  double const middle = (channel == Channel::X ? width_ : height_) / 2;
+  bool const isHorizontal = channel == Channel::X || channel == Channel::X2;
+  double const middle = (isHorizontal ? width_ : height_) / 2;
   auto const constant = ort::core::factory::MakeConstantArray<double>(
       ort::core::StoreTypeInfo::Real64, given != nullptr ? *given : middle, layer_.rows->GetRowCount());
-  return GetGraph().Constant(channel == Channel::X ? "x position" : "y position", constant);
+  return GetGraph().Constant(isHorizontal ? "x position" : "y position", constant);
+}
+
+NodeId MarkContext::AddOffset(Channel channel, NodeId position) {
+  NodeId const shift = GetScaled(channel == Channel::X ? Channel::XOffset : Channel::YOffset);
+  if (shift < 0 || !IsPosition(channel)) return position;
+  return GetGraph().Zip("shifted position", "add", position, shift);
+}
+
+NodeId MarkContext::GetBandwidth(Channel channel) const {
+  for (Channel const own : {channel == Channel::X ? Channel::XOffset : Channel::YOffset, channel}) {
+    PlacedChannel const* const placed = Find(own);
+    if (placed != nullptr && placed->bandwidth >= 0) return placed->bandwidth;
+  }
+  return -1;
+}
+
+NodeId MarkContext::Repeat(std::string const& name, NodeId scalar) {
+  return GetGraph().Call(name, "repeat", {scalar, GetGraph().Int(layer_.rows->GetRowCount())});
 }
 
 NodeId MarkContext::FindPlaced(std::vector<NodeId> const& columns) {

@@ -26,14 +26,20 @@ class MarkContext {
   PlacedChannel const* Find(Channel channel) const { return layer_.Find(channel); }
   /// What a channel's scale makes of each row: pixels, a colour, ...; -1 for a channel without a field.
   NodeId GetScaled(Channel channel) const;
-  /// A row's pixels on x or y: of the channel's field, its place on the map, its constant, or the middle of
-  /// the pane.
+  /// A row's pixels on x, y, x2 or y2: of the channel's field, its place on the map, its constant, or the
+  /// middle of the pane.
   NodeId GetPosition(Channel channel);
+  /// Real64 scalar: the pixels that marks fill on a discrete x or y; -1 where the channel is not discrete.
+  NodeId GetBandwidth(Channel channel) const;
+  /// A column of the layer's rows that all have a scalar's value.
+  NodeId Repeat(std::string const& name, NodeId scalar);
   /// Whether a row has a value in all of the columns; those that are -1 count for nothing. -1 without
   /// columns.
   NodeId FindPlaced(std::vector<NodeId> const& columns);
 
  private:
+  NodeId AddOffset(Channel channel, NodeId position);
+
   Compilation& compilation_;
   LayerPlan const& layer_;
   double width_;

@@ -12,8 +12,6 @@ namespace {
 
 using ort::core::OrtColor;
 
-OrtColor const kDefaultColor(static_cast<int>(0xFF4C78A8));
-
 std::string const& ColorText(MarkSpec const& mark, bool isFilled) {
   std::string const& specific = isFilled ? mark.fill : mark.stroke;
   return specific.empty() ? mark.color : specific;
@@ -40,11 +38,18 @@ OrtColor ReadColor(ChartDocument const& document, std::string const& jsonPath, s
   ThrowDocumentError(document, jsonPath, fmt::format("\"{}\" is no colour", text));
 }
 
+OrtColor Fade(OrtColor color, double opacity) {
+  if (opacity >= 1) return color;
+  auto const alpha = static_cast<std::uint32_t>(color.GetA() * opacity + 0.5);
+  return OrtColor(
+      static_cast<int>((static_cast<std::uint32_t>(color.GetValue()) & 0xFFFFFFU) | alpha << 24U));
+}
+
 MarkLook ResolveMarkLook(ChartDocument const& document, LayerSpec const& layer) {
   MarkSpec const& mark = layer.mark;
   MarkDefinition const& definition = GetDefinition(mark);
   MarkLook look;
-  look.color = kDefaultColor;
+  look.color = OrtColor(static_cast<int>(definition.color));
   look.isFilled = mark.filled.value_or(definition.isFilled);
   if (auto const& text = ColorText(mark, look.isFilled); !text.empty()) {
     look.color = ReadColor(document, mark.path, text);

@@ -18,6 +18,9 @@ struct MarkLook {
 /// Throws DocumentError for a text that is no colour.
 MarkLook ResolveMarkLook(ChartDocument const& document, LayerSpec const& layer);
 
+/// A colour, more transparent by an opacity of 0 to 1.
+ort::core::OrtColor Fade(ort::core::OrtColor color, double opacity);
+
 /// A colour as the document writes it. Throws DocumentError.
 ort::core::OrtColor ReadColor(ChartDocument const& document, std::string const& jsonPath,
                               std::string const& text);

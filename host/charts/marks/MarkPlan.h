@@ -11,6 +11,7 @@ struct MarkScene {
   Results const& results;
   TextSetter const& setter;
   Group& group;
+  Extent& extent;  ///< grows with what reaches beyond the pane
 };
 
 /// The nodes of one layer's marks, and how their values become shapes.

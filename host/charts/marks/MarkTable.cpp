@@ -8,8 +8,9 @@ namespace ostrel::charts {
 
 std::span<MarkDefinition const> GetMarkTable() {
   static std::vector<MarkDefinition> const table = {
-      DefinePoint(),    DefineCircle(),  DefineSquare(),        DefineLine(),
-      DefineGeoshape(), DefineTreemap(), DefinePackedBubbles(), DefineWordCloud(),
+      DefinePoint(),    DefineCircle(),  DefineSquare(),        DefineLine(),      DefineBar(),
+      DefineArea(),     DefineRect(),    DefineRule(),          DefineTick(),      DefineText(),
+      DefineGeoshape(), DefineTreemap(), DefinePackedBubbles(), DefineWordCloud(), DefineTextTable(),
   };
   return table;
 }

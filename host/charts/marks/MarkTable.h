@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -10,6 +12,7 @@ namespace ostrel::charts {
 
 class MarkPlan;
 class MarkContext;
+struct RowReach;
 
 /// What a legend shows beside its labels.
 enum class LegendSample { Symbol, Line };
@@ -22,10 +25,19 @@ struct MarkDefinition {
   std::vector<Channel> channels;
   /// Makes the nodes that a layer of this mark needs beyond those of its scales.
   std::unique_ptr<MarkPlan> (*plan)(MarkContext& context);
+  /// What the mark draws around its rows' places on x or y; null where it may reach out of the pane.
+  RowReach (*reach)(MarkContext& context, Channel channel) = nullptr;
 
   /// It draws outlines of a map: its rows are points of LoadShapes instead of those of a table.
   bool isMap = false;
+  /// Whether rows of one place stand on one another where the document does not say.
+  bool isStacked = false;
+  /// The share of a discrete value's step that is left free between marks; nullopt: marks are points.
+  std::optional<double> bandGap = std::nullopt;
+  /// Whether intervals, bins and units of time, are drawn from end to end, and how.
+  bool coversIntervals = false;
   bool isFilled = false;
+  std::uint32_t color = 0xFF4C78A8;
   double opacity = 1;
   SymbolShape shape = SymbolShape::Circle;
   LegendSample sample = LegendSample::Symbol;

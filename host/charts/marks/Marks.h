@@ -13,5 +13,12 @@ MarkDefinition DefineGeoshape();
 MarkDefinition DefineTreemap();
 MarkDefinition DefinePackedBubbles();
 MarkDefinition DefineWordCloud();
+MarkDefinition DefineTextTable();
+MarkDefinition DefineBar();
+MarkDefinition DefineArea();
+MarkDefinition DefineRect();
+MarkDefinition DefineRule();
+MarkDefinition DefineTick();
+MarkDefinition DefineText();
 
 }  // namespace ostrel::charts

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "charts/marks/Marks.h"
+#include "charts/marks/Tooltips.h"
 
 // Symbols: the marks point, circle and square.
 namespace ostrel::charts {
@@ -20,6 +21,7 @@ class SymbolPlan final : public MarkPlan {
     size_ = context.GetScaled(Channel::Size);
     opacity_ = context.GetScaled(Channel::Opacity);
     shape_ = context.GetScaled(Channel::Shape);
+    tooltips_ = PlanTooltips(context);
     NodeId const placed = context.FindPlaced({x, y, color_, size_, opacity_, shape_});
     auto const filter = [&](NodeId column, char const* name) {
       return column < 0 ? -1
@@ -31,6 +33,7 @@ class SymbolPlan final : public MarkPlan {
     size_ = filter(size_, "symbol size");
     opacity_ = filter(opacity_, "symbol opacity");
     shape_ = filter(shape_, "symbol shape");
+    tooltips_ = filter(tooltips_, "symbol tooltips");
   }
 
   void Build(MarkScene const& scene) const override {
@@ -41,6 +44,7 @@ class SymbolPlan final : public MarkPlan {
     marks.size = MakeVarying(scene.results, size_, look_.size);
     marks.opacity = MakeVarying(scene.results, opacity_, look_.opacity);
     marks.shape = MakeVarying(scene.results, shape_, look_.shape);
+    if (tooltips_ >= 0) marks.tooltips = scene.results[tooltips_];
     marks.isFilled = look_.isFilled;
     marks.strokeWidth = look_.strokeWidth;
     scene.group.nodes.emplace_back(std::move(marks));
@@ -56,6 +60,7 @@ class SymbolPlan final : public MarkPlan {
   NodeId size_;
   NodeId opacity_;
   NodeId shape_;
+  NodeId tooltips_;
 };
 
 // A symbol is painted once: filled or outlined.
@@ -81,8 +86,9 @@ std::unique_ptr<MarkPlan> Plan(MarkContext& context) {
 MarkDefinition Define(char const* name) {
   return {.name = name,
           .properties = {"fill", "stroke", "size", "strokeWidth", "filled"},
-          .channels = {Channel::X, Channel::Y, Channel::Color, Channel::Size, Channel::Opacity,
-                       Channel::Detail, Channel::Longitude, Channel::Latitude},
+          .channels = {Channel::X, Channel::Y, Channel::XOffset, Channel::YOffset, Channel::Color,
+                       Channel::Size, Channel::Opacity, Channel::Detail, Channel::Tooltip, Channel::Longitude,
+                       Channel::Latitude},
           .plan = Plan,
           .isFilled = true,
           .opacity = 0.7};

@@ -88,6 +88,7 @@ class TreemapPlan final : public MarkPlan {
     leaves.color = {look_.color, nodes_.color < 0 ? nullptr : results[nodes_.color]};
     leaves.opacity = {look_.opacity, nodes_.opacity < 0 ? nullptr : results[nodes_.opacity]};
     leaves.stroke = border_;
+    if (nodes_.tooltips >= 0) leaves.tooltips = results[nodes_.tooltips];
     scene.group.nodes.emplace_back(std::move(leaves));
     if (nodes_.groups.left >= 0) LabelGroups(scene);
     LabelLeaves(scene);
@@ -107,7 +108,8 @@ class TreemapPlan final : public MarkPlan {
 
  private:
   std::vector<NodeId> ListNodes() const {
-    std::vector<NodeId> nodes = {nodes_.headerHeights, nodes_.hasSize, nodes_.color, nodes_.opacity};
+    std::vector<NodeId> nodes = {nodes_.headerHeights, nodes_.hasSize, nodes_.color, nodes_.opacity,
+                                 nodes_.tooltips};
     for (TreemapTiles const* const tiles : {&nodes_.leaves, &nodes_.groups}) {
       for (NodeId const node : {tiles->left, tiles->top, tiles->right, tiles->bottom, tiles->label})
         nodes.push_back(node);
@@ -158,7 +160,8 @@ std::unique_ptr<MarkPlan> Plan(MarkContext& context) { return std::make_unique<T
 MarkDefinition DefineTreemap() {
   return {.name = "treemap",
           .properties = {"fill", "stroke", "strokeWidth"},
-          .channels = {Channel::Size, Channel::Color, Channel::Opacity, Channel::Detail},
+          .channels = {Channel::Size, Channel::Color, Channel::Opacity, Channel::Detail, Channel::Text,
+                       Channel::Tooltip},
           .plan = Plan,
           .isFilled = true,
           .shape = SymbolShape::Square,

@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include "charts/marks/Tooltips.h"
+
 namespace ostrel::charts {
 namespace {
 
@@ -42,6 +44,7 @@ class TreemapPlanner {
     };
     nodes.color = ofLeaf("leaf color", color);
     nodes.opacity = ofLeaf("leaf opacity", opacity);
+    nodes.tooltips = ofLeaf("leaf tooltip", PlanTooltips(context_));
     if (NodeId const texts = FindTexts(); texts >= 0) nodes.leaves.label = ofLeaf("leaf label", texts);
     PlanGroups(layout, nodes);
     return nodes;
@@ -157,8 +160,13 @@ class TreemapPlanner {
     return seen;
   }
 
-  // What the leaves say: their innermost detail.
+  // What the leaves say: the text of their first row, else their innermost detail.
   NodeId FindTexts() {
+    if (Encoding const* const text = context_.GetSpec().Find(Channel::Text)) {
+      if (!text->field.empty()) return PlanTexts(context_, *text);
+      ThrowDocumentError(context_.GetCompilation().document, text->path,
+                         "a constant tells no rectangles apart; use a field");
+    }
     std::vector<Encoding const*> const details = ListDetails();
     if (details.empty()) return -1;
     return context_.GetRows().GetTexts(graph_, details.back()->field).node;

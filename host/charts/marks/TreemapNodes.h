@@ -20,6 +20,7 @@ struct TreemapNodes {
   TreemapTiles leaves;
   TreemapTiles groups;        ///< the inner nodes, outer ones first
   NodeId headerHeights = -1;  ///< of the groups, pixels
+  NodeId tooltips = -1;       ///< of each leaf: its first row's, as String column; -1 without channel tooltip
   NodeId hasSize = -1;        ///< Bool column of all rows; -1 without channel size
   NodeId color = -1;          ///< of each leaf: its first row's; -1 where no field tells it
   NodeId opacity = -1;        ///< likewise

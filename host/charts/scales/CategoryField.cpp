@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include "charts/functions/TimeUnits.h"
+
 namespace ostrel::charts {
 namespace {
 
@@ -69,6 +71,36 @@ NodeId SortByList(GraphBuilder& graph, std::string const& name, NodeId domain,
                     {domain, graph.Call(name + " sorting", "sortIndices", {places})});
 }
 
+// By the numbers that the first rows of the values have; values without one come last.
+NodeId SortByNumbers(GraphBuilder& graph, ScaleSource const& source, NodeId domain) {
+  std::string const& name = source.name;
+  for (FieldUse const& use : source.uses) {
+    if (use.encoding->sortField.empty()) continue;
+    NodeId const texts = use.rows->GetTexts(graph, use.encoding->field).node;
+    NodeId const numbers = use.rows->GetColumn(graph, use.encoding->sortField).node;
+    NodeId const firstRows = graph.Call(name + " first rows", "indexIn", {domain, texts});
+    NodeId const keys = graph.Call(name + " sort numbers", "take", {numbers, firstRows});
+    NodeId const order =
+        graph.Call(name + " sorting", "sortIndices", {keys, graph.Bool(use.encoding->sortBy->isDescending)});
+    return graph.Call(name + " sorted domain", "take", {domain, order});
+  }
+  return domain;
+}
+
+std::string const& GetFormat(Encoding const& encoding) {
+  return encoding.axis.format.empty() ? encoding.legend.format : encoding.axis.format;
+}
+
+// Units of time are shown by a pattern.
+NodeId FormatLabels(GraphBuilder& graph, ScaleSource const& source, NodeId domain) {
+  std::string const& unit = source.encoding.timeUnit;
+  if (unit.empty() || !source.encoding.scale.domain.empty()) return domain;
+  std::string pattern = GetFormat(source.encoding);
+  if (pattern.empty()) pattern = TimeUnit::FromName(unit)->GetLabelPattern();
+  NodeId const dates = graph.Map(source.name + " dates", "toDateTime", domain);
+  return graph.Call(source.name + " texts", "formatDates", {dates, graph.Text(pattern)});
+}
+
 }  // namespace
 
 CategoryField IndexCategories(Compilation& compilation, ScaleSource const& source) {
@@ -87,7 +119,9 @@ CategoryField IndexCategories(Compilation& compilation, ScaleSource const& sourc
     if (!encoding.sort.empty()) field.domain = SortByList(graph, name, field.domain, encoding.sort);
     if (encoding.isDescending.value_or(false))
       field.domain = graph.Call(name + " descending domain", "reverse", {field.domain});
+    field.domain = SortByNumbers(graph, source, field.domain);
   }
+  field.labels = FormatLabels(graph, source, field.domain);
   for (FieldUse const& use : source.uses) {
     NodeId const texts = use.rows->GetTexts(graph, use.encoding->field).node;
     field.indices.push_back(graph.Call(name + use.label + " indices", "indexIn", {texts, field.domain}));
@@ -99,7 +133,7 @@ CategoryField IndexCategories(Compilation& compilation, ScaleSource const& sourc
 CategoryEntries ListEntries(GraphBuilder& graph, CategoryField const& field,
                             std::vector<Literal> const& listed) {
   if (listed.empty()) {
-    return {field.domain,
+    return {field.labels,
             graph.Call(field.name + " entry indices", "sequence", {graph.Int(0), graph.Int(1), field.count})};
   }
   NodeId const labels = graph.Constant(field.name + " listed values", MakeTextColumn(listed));

@@ -8,13 +8,14 @@ namespace ostrel::charts {
 struct CategoryField {
   std::string name;
   NodeId domain = -1;  ///< String column of the values
+  NodeId labels = -1;  ///< String column: the values as guides show them
   /// Int32 column for each use of the scale; special where a row's value is missing or not in the domain
   std::vector<NodeId> indices;
   NodeId count = -1;  ///< Int32 scalar
 };
 
-/// The values come in the order of the scale's domain or of the encoding's sort: ascending where it has none,
-/// and behind those that a list names.
+/// The values come in the order of the scale's domain, of the encoding's sort or of its sort numbers:
+/// ascending where it has none, and behind those that a list names.
 CategoryField IndexCategories(Compilation& compilation, ScaleSource const& source);
 
 /// What a guide shows of the values: all of them, or those that the document lists.

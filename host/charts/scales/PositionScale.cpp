@@ -1,5 +1,6 @@
 #include "charts/scales/PositionScale.h"
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 
@@ -44,11 +45,22 @@ NodeId LabelExtents(GraphBuilder& graph, PositionScale const& scale) {
                    graph.Real(across * scale.space.labelFontSize));
 }
 
+// Labels side by side that don't fit into their steps stand upright.
+void TurnLongLabels(GraphBuilder& graph, PositionScale& scale) {
+  if (!scale.space.isHorizontal || scale.step < 0 || scale.encoding.axis.labelAngle) return;
+  auto const& widths = graph.Peek(scale.labelWidths)->AsTypedArray<double>();
+  auto const values = widths.GetValues();
+  double const room = graph.Peek(scale.step)->GetReal64() - kLabelGapAlong;
+  if (std::ranges::any_of(values, [&](double width) { return width > room; }))
+    scale.encoding.axis.labelAngle = -90;
+}
+
 void PlanLabels(GraphBuilder& graph, PositionScale& scale) {
   NodeId const widths = graph.Call(scale.name + " whole label widths", "measureTexts",
                                    {scale.tickLabels, MakeLabelFont(graph, scale.space.labelFontSize)});
   scale.labelWidths =
       graph.Map(scale.name + " label widths", "clampMax", widths, {graph.Real(scale.space.labelLimit)});
+  TurnLongLabels(graph, scale);
   double const gap = scale.space.isHorizontal ? kLabelGapAlong : kLabelGapAcross;
   char const* const strategy = scale.scaleType == ScaleType::Log ? "greedy" : "parity";
   scale.shownLabels =
@@ -95,17 +107,43 @@ void PlanContinuous(Compilation& compilation, ScaleSource const& source, Positio
   scale.tickPositions = PlaceNumbers(graph, scale, tickName, ticks.numbers);
 }
 
-// Every value has a step of its own, with its place in the middle of it, from the left or the top.
+// The shares of a step that are left free between two values, and before the first one.
+struct BandGaps {
+  double inner = 0;
+  double outer = 0;
+};
+
+BandGaps FindGaps(ScaleSpec const& scale, AxisSpace const& space) {
+  constexpr double kDefaultGap = 0.1;
+  bool const isBand = scale.isBand.value_or(space.bandGap.has_value());
+  double const inner =
+      isBand ? scale.paddingInner.value_or(scale.padding.value_or(space.bandGap.value_or(kDefaultGap))) : 1;
+  double const outer = scale.paddingOuter.value_or(scale.padding.value_or(inner / 2));
+  // Without any room a step would have no end.
+  return {inner, inner == 1 && outer == 0 ? 0.5 : outer};
+}
+
+// Every value has a step of its own, with its place in the middle of its band, from the left or the top.
 void PlanDiscrete(Compilation& compilation, ScaleSource const& source, PositionScale& scale) {
   Encoding const& encoding = source.encoding;
   GraphBuilder& graph = compilation.graph;
   CategoryField const field = IndexCategories(compilation, source);
+  BandGaps const gaps = FindGaps(encoding.scale, scale.space);
   NodeId const count = graph.Map(scale.name + " steps", "asReal64", field.count);
-  scale.step = graph.Zip(scale.name + " step", "divide", graph.Real(scale.space.length), count);
+  NodeId const steps = gaps.inner == 2 * gaps.outer ? count
+                                                    : graph.Zip(scale.name + " steps with gaps", "add", count,
+                                                                graph.Real(2 * gaps.outer - gaps.inner));
+  if (scale.space.step) {
+    NodeId const length = graph.Zip(scale.name + " length", "multiply", steps, graph.Real(*scale.space.step));
+    scale.space.length = std::max(graph.Peek(length)->GetReal64(), *scale.space.step);
+  }
+  scale.step = graph.Zip(scale.name + " step", "divide", graph.Real(scale.space.length), steps);
+  scale.bandwidth = graph.Zip(scale.name + " bandwidth", "multiply", scale.step, graph.Real(1 - gaps.inner));
   bool const isReversed = encoding.scale.reverse.value_or(false);
+  NodeId const beforeMiddle = graph.Real(gaps.outer + (1 - gaps.inner) / 2);
   auto const place = [&](std::string const& name, NodeId index) {
     NodeId const middle =
-        graph.Zip(name + " middle", "add", graph.Map(name + " number", "asReal64", index), graph.Real(0.5));
+        graph.Zip(name + " middle", "add", graph.Map(name + " number", "asReal64", index), beforeMiddle);
     NodeId const position = graph.Zip(name + " positions", "multiply", middle, scale.step);
     if (!isReversed) return position;
     return graph.Zip(name + " reversed positions", "subtract", graph.Real(scale.space.length), position);

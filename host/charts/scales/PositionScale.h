@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+
 #include "charts/scales/CategoryField.h"
 #include "charts/scales/ScaledField.h"
 
@@ -8,7 +10,9 @@ namespace ostrel::charts {
 /// The direction in which a position scale runs and how long it is.
 struct AxisSpace {
   bool isHorizontal = true;
-  double length = 0;  ///< pixels
+  double length = 0;              ///< pixels
+  std::optional<double> step;     ///< pixels of one value of a discrete scale, in place of the length
+  std::optional<double> bandGap;  ///< the share of a step between two bands; nullopt: the values are points
   double labelFontSize = 10;
   double labelLimit = 180;  ///< pixels; longer labels are cut
 };
@@ -34,11 +38,13 @@ struct PositionScale {
   ScaledField field;               ///< of a continuous scale
   double start = 0;                ///< pixels of a continuous domain's lower and upper end
   double end = 0;
-  NodeId step = -1;  ///< Real64 scalar: pixels of one value of a discrete scale
+  NodeId step = -1;       ///< Real64 scalar: pixels of one value of a discrete scale
+  NodeId bandwidth = -1;  ///< Real64 scalar: those of the step that marks fill
 };
 
 /// Plans the scale of the channels x or y, in two steps: a continuous scale's domain may be widened between
-/// them.
+/// them. The space of a discrete scale has the length that follows from its step once its positions are
+/// planned.
 PositionScale PlanPositionDomain(Compilation& compilation, ScaleSource const& source, AxisSpace const& space);
 void PlanPositions(Compilation& compilation, ScaleSource const& source, PositionScale& scale);
 

@@ -29,6 +29,7 @@ class EncodingJoiner {
     Join("scale.nice", into.niceCount, from.niceCount);
     Join("scale.reverse", into.reverse, from.reverse);
     Join("scale.clamp", into.clamp, from.clamp);
+    Join("scale.fit", into.fit, from.fit);
     Join("scale.base", into.base, from.base);
     Join("scale.scheme", into.scheme, from.scheme);
     Join("sort", joined_.sort, further_.sort);
@@ -38,6 +39,7 @@ class EncodingJoiner {
 
   // A guide is shown unless all channels hide it.
   void JoinGuides() {
+    if (IsSecondPosition(further_.channel)) return;
     if (further_.axis.isHidden || further_.legend.isHidden) return;
     AxisSpec& axis = joined_.axis;
     axis.isHidden = false;
@@ -96,6 +98,7 @@ TitleSpec JoinTitles(std::vector<FieldUse> const& uses, TitleSpec (*guideTitle)(
   };
   bool isGiven = false;
   for (FieldUse const& use : uses) {
+    if (IsSecondPosition(use.encoding->channel)) continue;
     TitleSpec const title = guideTitle(*use.encoding);
     isGiven = isGiven || title.isGiven;
     title.isGiven ? add(given, title.text) : add(fields, DefaultTitle(*use.encoding));
@@ -115,7 +118,9 @@ TitleSpec LegendTitle(Encoding const& encoding) {
 
 }  // namespace
 
-std::string DefaultTitle(Encoding const& encoding) { return encoding.field; }
+std::string DefaultTitle(Encoding const& encoding) {
+  return encoding.derivedTitle.empty() ? encoding.field : encoding.derivedTitle;
+}
 
 ScaleSource JoinUses(Compilation const& compilation, std::string const& name, std::vector<FieldUse> uses) {
   ScaleSource source{name, *uses.front().encoding, std::move(uses)};

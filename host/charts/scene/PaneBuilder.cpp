@@ -16,7 +16,7 @@ bool HasGivenDomain(PanePlan const& pane) {
 }
 
 Group BuildLayer(ChartPlan const& plan, PanePlan const& pane, LayerPlan const& layer, Results const& results,
-                 TextSetter const& setter) {
+                 TextSetter const& setter, Extent& extent) {
   Group group;
   group.role = "marks";
   std::optional<bool> const clip = layer.spec->mark.clip;
@@ -26,7 +26,9 @@ Group BuildLayer(ChartPlan const& plan, PanePlan const& pane, LayerPlan const& l
     double const margin = clip || plan.map ? 0 : layer.mark->GetReach();
     group.clip = Rect{-margin, -margin, plan.width + 2 * margin, plan.height + 2 * margin};
   }
-  layer.mark->Build({results, setter, group});
+  // Nothing that is clipped takes up room.
+  Extent hidden = extent;
+  layer.mark->Build({results, setter, group, group.clip ? hidden : extent});
   return group;
 }
 
@@ -64,7 +66,8 @@ void BuildPane(ChartPlan const& plan, PanePlan const& pane, bool hasTitles, Resu
     if (hasLabels && !scale->encoding.axis.isHidden) placed.push_back(scale);
   }
   for (AxisGuide& axis : axes) AddGroup(plot, std::move(axis.grid));
-  for (LayerPlan const& layer : pane.layers) AddGroup(plot, BuildLayer(plan, pane, layer, results, setter));
+  for (LayerPlan const& layer : pane.layers)
+    AddGroup(plot, BuildLayer(plan, pane, layer, results, setter, extent));
   for (AxisGuide& axis : axes) AddGroup(plot, std::move(axis.axis));
   if (plan.map) AddFrame(plan, plot);
 }

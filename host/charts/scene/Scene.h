@@ -107,6 +107,7 @@ struct RectMarks {
   Varying<ort::core::OrtColor> color;
   Varying<double> opacity;                          ///< 0 to 1; Real64
   Stroke stroke{ort::core::OrtColor(0), 1, {}};     ///< of all rectangles
+  bool isSeamless = false;                          ///< neighbours show nothing between them
   std::shared_ptr<ort::core::StoreValue> tooltips;  ///< String column or null
 };
 

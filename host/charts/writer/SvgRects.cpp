@@ -37,6 +37,7 @@ class RectWriter {
       if (opacity_.IsConstant()) WriteOpacity("fill-opacity", GetPaintOpacity(color_[0], opacity_[0]), out_);
     }
     WriteStroke(marks_.stroke, 1, out_);
+    if (marks_.isSeamless) out_ << " shape-rendering=\"crispEdges\"";
     out_ << ">\n";
     for (std::size_t row = 0; row < count_; ++row) {
       if (!hasSpecials_ || !IsSpecial(static_cast<int>(row))) WriteRow(row);

@@ -1,4 +1,4 @@
-#include "charts/scales/SharedZero.h"
+#include "charts/scales/DomainRoom.h"
 
 namespace ostrel::charts {
 namespace {
@@ -6,7 +6,10 @@ namespace {
 using ort::core::StoreType;
 namespace factory = ort::core::factory;
 
-// One column out of those of several scales.
+// What is drawn may take this share of a pane.
+constexpr double kLargestShare = 0.5;
+
+// One column out of the columns or values of several scales.
 NodeId Concatenate(GraphBuilder& graph, std::string const& name, std::vector<NodeId> const& columns) {
   return columns.size() == 1 ? columns.front() : graph.Call(name, "concatenate", columns);
 }
@@ -35,6 +38,36 @@ bool IsTurned(PositionScale const& scale) {
 }
 
 }  // namespace
+
+void FitMarks(Compilation& compilation, PositionScale& scale, std::span<RowReach const> reaches) {
+  if (reaches.empty()) return;
+  GraphBuilder& graph = compilation.graph;
+  std::vector<NodeId> numbers, thicknesses, labels, sides;
+  for (RowReach const& reach : reaches) {
+    NodeId const count = graph.Call(scale.name + " rows", "count", {reach.numbers});
+    numbers.push_back(reach.numbers);
+    thicknesses.push_back(MakeColumn(graph, scale.name + " thicknesses", graph.Real(reach.thickness), count));
+    labels.push_back(reach.labels >= 0 ? reach.labels
+                                       : MakeColumn(graph, scale.name + " no labels", graph.Real(0), count));
+    sides.push_back(MakeColumn(graph, scale.name + " label sides", graph.Int(reach.side), count));
+  }
+  auto const join = [&](char const* what, std::vector<NodeId> const& columns) {
+    return Concatenate(graph, scale.name + what, columns);
+  };
+  NodeId const domain = MakeDomain(graph, scale.field);
+  NodeId const length = graph.Real(scale.space.length);
+  NodeId const overflow =
+      graph.Call(scale.name + " overflow", "calcReflineOverflow",
+                 {join(" values", numbers), join(" all thicknesses", thicknesses),
+                  join(" all labels", labels), join(" all label sides", sides), graph.Real(0),
+                  graph.Bool(false), domain, length, graph.Bool(IsTurned(scale))});
+  auto const getEnd = [&](char const* end) {
+    return graph.Call(scale.name + " " + end + " overflow", "member", {overflow, graph.Text(end)});
+  };
+  SetDomain(graph, scale.field, scale.name + " fitted",
+            graph.Call(scale.name + " fitted domain", "extendRangeWithOverflow",
+                       {domain, getEnd("lower"), getEnd("upper"), length, graph.Real(kLargestShare)}));
+}
 
 void AlignZeros(Compilation& compilation, std::span<PositionScale* const> scales) {
   GraphBuilder& graph = compilation.graph;

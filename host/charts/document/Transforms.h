@@ -1,0 +1,78 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+/// How a document derives rows and fields from its data, as it was written.
+namespace ostrel::charts {
+
+/// A scalar of the document; monostate where none stands or it is null.
+using Literal = std::variant<std::monostate, bool, double, std::string>;
+
+enum class AggregateOperation { Count, Valid, Missing, Sum, Mean, Median, Min, Max, Q1, Q3, Stdev };
+
+enum class StackOffset { None, Zero, Normalize, Center };
+
+struct BinSpec {
+  bool isDone = false;  ///< "binned": the field and a second one hold the bins' ends already
+  std::optional<double> maxBins;
+  std::optional<double> step;
+  std::optional<double> minStep;
+  std::optional<double> extentStart;
+  std::optional<double> extentEnd;
+};
+
+/// How the values of a discrete field are ordered by numbers: those of another channel, or a field's.
+struct SortSpec {
+  std::string channel;  ///< "x", "y", "color", ...; empty: the field is meant
+  std::string field;    ///< empty for a count
+  AggregateOperation operation = AggregateOperation::Min;
+  bool isDescending = false;
+};
+
+/// A test of one field, or of several joined.
+struct FilterSpec {
+  enum class Kind { Equal, Less, LessOrEqual, Greater, GreaterOrEqual, Range, OneOf, Valid, And, Or, Not };
+  Kind kind = Kind::Equal;
+  std::string path;  ///< "$.transform[0].filter"
+  std::string field;
+  std::string timeUnit;
+  std::vector<Literal> values;  ///< one of a comparison; two of a range, which may be open (monostate)
+  bool isValid = true;
+  std::vector<FilterSpec> parts;
+};
+
+struct AggregateSpec {
+  struct Field {
+    AggregateOperation operation = AggregateOperation::Count;
+    std::string field;  ///< empty for a count
+    std::string as;
+  };
+  std::string path;
+  std::vector<Field> fields;
+  std::vector<std::string> groups;
+  /// The results stand in new columns beside all rows instead of in a row for each group.
+  bool keepsRows = false;
+};
+
+struct BinTransform {
+  std::string path;
+  BinSpec bin;
+  std::string field;
+  std::string start;
+  std::string end;
+};
+
+struct TimeUnitTransform {
+  std::string path;
+  std::string unit;
+  std::string field;
+  std::string start;
+  std::string end;
+};
+
+using TransformSpec = std::variant<FilterSpec, AggregateSpec, BinTransform, TimeUnitTransform>;
+
+}  // namespace ostrel::charts

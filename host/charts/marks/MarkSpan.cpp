@@ -1,0 +1,72 @@
+#include "charts/marks/MarkSpan.h"
+
+namespace ostrel::charts {
+namespace {
+
+// A gap never takes more than this share of an interval on either side.
+constexpr double kLargestGapShare = 0.25;
+
+Channel SecondOf(Channel channel) { return channel == Channel::X ? Channel::X2 : Channel::Y2; }
+
+char const* NameOfDirection(Channel channel) { return channel == Channel::X ? "x" : "y"; }
+
+MarkSpan SpanAround(MarkContext& context, Channel channel, NodeId pixels) {
+  GraphBuilder& graph = context.GetGraph();
+  std::string const name = NameOfDirection(channel);
+  NodeId const half = graph.Zip(name + " half width", "multiply", pixels, graph.Real(0.5));
+  NodeId const middle = context.GetPosition(channel);
+  return {graph.Zip(name + " from", "subtract", middle, half), graph.Zip(name + " to", "add", middle, half)};
+}
+
+MarkSpan LeaveGap(MarkContext& context, Channel channel, MarkSpan const& span, double gap) {
+  GraphBuilder& graph = context.GetGraph();
+  std::string const name = NameOfDirection(channel);
+  NodeId const low = graph.Zip(name + " low", "Min", span.from, span.to);
+  NodeId const high = graph.Zip(name + " high", "Max", span.from, span.to);
+  NodeId const length = graph.Zip(name + " interval", "subtract", high, low);
+  NodeId const most = graph.Zip(name + " share", "multiply", length, graph.Real(kLargestGapShare));
+  NodeId const inset = graph.Map(name + " gap", "clampMax", most, {graph.Real(gap / 2)});
+  return {graph.Zip(name + " from", "add", low, inset), graph.Zip(name + " to", "subtract", high, inset)};
+}
+
+NodeId BaseLine(MarkContext& context, Channel channel, PositionScale const& scale) {
+  GraphBuilder& graph = context.GetGraph();
+  std::string const name = NameOfDirection(channel) + std::string(" base");
+  bool const hasZero = scale.scaleType == ScaleType::Linear || scale.scaleType == ScaleType::Sqrt;
+  NodeId const base = hasZero ? PlaceNumbers(graph, scale, name, graph.Real(0)) : graph.Real(scale.start);
+  return context.Repeat(name + " line", base);
+}
+
+}  // namespace
+
+MarkSpan SpanOfPane(MarkContext& context, Channel channel) {
+  GraphBuilder& graph = context.GetGraph();
+  double const length = channel == Channel::X ? context.GetWidth() : context.GetHeight();
+  std::string const name = NameOfDirection(channel);
+  return {context.Repeat(name + " start of pane", graph.Real(0)),
+          context.Repeat(name + " end of pane", graph.Real(length))};
+}
+
+MarkSpan SpanOfMeasure(MarkContext& context, Channel channel) {
+  PlacedChannel const* const placed = context.Find(channel);
+  if (context.GetSpec().Find(SecondOf(channel)) != nullptr)
+    return {context.GetPosition(SecondOf(channel)), context.GetPosition(channel)};
+  if (NodeId const bandwidth = context.GetBandwidth(channel); bandwidth >= 0)
+    return SpanAround(context, channel, bandwidth);
+  if (placed == nullptr) return SpanOfPlace(context, channel, {});
+  return {BaseLine(context, channel, *placed->position), context.GetPosition(channel)};
+}
+
+MarkSpan SpanOfPlace(MarkContext& context, Channel channel, PlaceRules const& rules) {
+  GraphBuilder& graph = context.GetGraph();
+  if (context.GetSpec().Find(SecondOf(channel)) != nullptr) {
+    MarkSpan const span{context.GetPosition(channel), context.GetPosition(SecondOf(channel))};
+    return rules.gap > 0 ? LeaveGap(context, channel, span, rules.gap) : span;
+  }
+  NodeId const bandwidth = context.GetBandwidth(channel);
+  if (rules.thickness || bandwidth < 0)
+    return SpanAround(context, channel, graph.Real(rules.thickness.value_or(rules.defaultThickness)));
+  return SpanAround(context, channel, bandwidth);
+}
+
+}  // namespace ostrel::charts

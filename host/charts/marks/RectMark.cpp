@@ -1,0 +1,135 @@
+#include "charts/marks/RectMark.h"
+
+#include "charts/marks/Marks.h"
+#include "charts/marks/Tooltips.h"
+#include "charts/transforms/ChannelFields.h"
+
+// Rectangles: the marks bar, rect and tick.
+namespace ostrel::charts {
+namespace {
+
+constexpr double kBarGap = 0.1;
+constexpr double kTickGap = 0.25;
+constexpr double kTickThickness = 1;
+constexpr double kGapBetweenBins = 1;
+constexpr double kBarOfNoPlace = 18;
+
+template <class T>
+Varying<T> MakeVarying(Results const& results, NodeId node, T constant) {
+  return {constant, node < 0 ? nullptr : results[node]};
+}
+
+class RectPlan final : public MarkPlan {
+ public:
+  RectPlan(MarkContext& context, MarkSpan const& x, MarkSpan const& y)
+      : look_(context.GetLook()), isSeamless_(GetDefinition(context.GetMark()).bandGap == 0) {
+    color_ = context.GetScaled(Channel::Color);
+    opacity_ = context.GetScaled(Channel::Opacity);
+    tooltips_ = PlanTooltips(context);
+    NodeId const placed = context.FindPlaced({x.from, x.to, y.from, y.to, color_, opacity_});
+    auto const filter = [&](NodeId column, char const* name) {
+      return column < 0 ? -1
+                        : context.GetGraph().Keep(context.GetGraph().Call(name, "filter", {column, placed}));
+    };
+    x_ = {filter(x.from, "rectangle x"), filter(x.to, "rectangle x2")};
+    y_ = {filter(y.from, "rectangle y"), filter(y.to, "rectangle y2")};
+    color_ = filter(color_, "rectangle color");
+    opacity_ = filter(opacity_, "rectangle opacity");
+    tooltips_ = filter(tooltips_, "rectangle tooltips");
+  }
+
+  void Build(MarkScene const& scene) const override {
+    RectMarks marks;
+    marks.x = scene.results[x_.from];
+    marks.x2 = scene.results[x_.to];
+    marks.y = scene.results[y_.from];
+    marks.y2 = scene.results[y_.to];
+    marks.color = MakeVarying(scene.results, color_, look_.color);
+    marks.opacity = MakeVarying(scene.results, opacity_, look_.opacity);
+    marks.isSeamless = isSeamless_;
+    if (tooltips_ >= 0) marks.tooltips = scene.results[tooltips_];
+    scene.group.nodes.emplace_back(std::move(marks));
+  }
+
+ private:
+  MarkLook look_;
+  bool isSeamless_;
+  MarkSpan x_;  // Real64 columns of the placed rows
+  MarkSpan y_;
+  NodeId color_;  // columns of the placed rows, -1 where the channel has no field
+  NodeId opacity_;
+  NodeId tooltips_;
+};
+
+std::unique_ptr<MarkPlan> PlanBars(MarkContext& context) {
+  bool const isHorizontal = IsHorizontal(context.GetMark(), context.GetSpec().encodings);
+  Channel const measure = isHorizontal ? Channel::X : Channel::Y;
+  Channel const place = isHorizontal ? Channel::Y : Channel::X;
+  bool const isPlaced = context.Find(place) != nullptr;
+  PlaceRules const rules{context.GetMark().size, isPlaced ? 5 : kBarOfNoPlace, kGapBetweenBins};
+  MarkSpan const along = SpanOfMeasure(context, measure);
+  MarkSpan const across = SpanOfPlace(context, place, rules);
+  return isHorizontal ? PlanRects(context, along, across) : PlanRects(context, across, along);
+}
+
+MarkSpan SpanOfRect(MarkContext& context, Channel channel) {
+  if (context.GetSpec().Find(channel) == nullptr) return SpanOfPane(context, channel);
+  return SpanOfPlace(context, channel, {});
+}
+
+std::unique_ptr<MarkPlan> PlanRectangles(MarkContext& context) {
+  return PlanRects(context, SpanOfRect(context, Channel::X), SpanOfRect(context, Channel::Y));
+}
+
+// A tick is thin along its measure.
+std::unique_ptr<MarkPlan> PlanTicks(MarkContext& context) {
+  bool const isHorizontal = IsHorizontal(context.GetMark(), context.GetSpec().encodings);
+  PlaceRules const thin{context.GetMark().strokeWidth.value_or(kTickThickness)};
+  PlaceRules const wide{context.GetMark().size, 15, 0};
+  MarkSpan const x = SpanOfPlace(context, Channel::X, isHorizontal ? thin : wide);
+  return PlanRects(context, x, SpanOfPlace(context, Channel::Y, isHorizontal ? wide : thin));
+}
+
+MarkDefinition Define(char const* name) {
+  return {.name = name,
+          .properties = {"fill", "orient"},
+          .channels = {Channel::X, Channel::Y, Channel::X2, Channel::Y2, Channel::XOffset, Channel::YOffset,
+                       Channel::Color, Channel::Opacity, Channel::Detail, Channel::Tooltip},
+          .plan = PlanBars,
+          .isFilled = true,
+          .shape = SymbolShape::Square};
+}
+
+}  // namespace
+
+std::unique_ptr<MarkPlan> PlanRects(MarkContext& context, MarkSpan const& x, MarkSpan const& y) {
+  return std::make_unique<RectPlan>(context, x, y);
+}
+
+MarkDefinition DefineBar() {
+  MarkDefinition bar = Define("bar");
+  bar.properties.push_back("size");
+  bar.channels.push_back(Channel::Order);
+  bar.isStacked = true;
+  bar.bandGap = kBarGap;
+  bar.coversIntervals = true;
+  return bar;
+}
+
+MarkDefinition DefineRect() {
+  MarkDefinition rect = Define("rect");
+  rect.plan = PlanRectangles;
+  rect.bandGap = 0;
+  rect.coversIntervals = true;
+  return rect;
+}
+
+MarkDefinition DefineTick() {
+  MarkDefinition tick = Define("tick");
+  tick.properties.insert(tick.properties.end(), {"size", "strokeWidth"});
+  tick.plan = PlanTicks;
+  tick.bandGap = kTickGap;
+  return tick;
+}
+
+}  // namespace ostrel::charts

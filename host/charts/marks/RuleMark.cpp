@@ -1,0 +1,90 @@
+#include "charts/marks/MarkSpan.h"
+#include "charts/marks/Marks.h"
+#include "charts/scales/DomainRoom.h"
+
+// The mark rule: a straight line at every row, from end to end of the pane where x or y is not given.
+namespace ostrel::charts {
+namespace {
+
+using ort::core::OrtColor;
+
+constexpr double kStrokeWidth = 1;
+
+class RulePlan final : public MarkPlan {
+ public:
+  RulePlan(MarkContext& context, MarkSpan const& x, MarkSpan const& y) : look_(context.GetLook()) {
+    look_.strokeWidth = context.GetMark().strokeWidth.value_or(kStrokeWidth);
+    color_ = context.GetScaled(Channel::Color);
+    NodeId const placed = context.FindPlaced({x.from, x.to, y.from, y.to, color_});
+    auto const filter = [&](NodeId column, char const* name) {
+      return column < 0 ? -1
+                        : context.GetGraph().Keep(context.GetGraph().Call(name, "filter", {column, placed}));
+    };
+    x_ = {filter(x.from, "rule x"), filter(x.to, "rule x2")};
+    y_ = {filter(y.from, "rule y"), filter(y.to, "rule y2")};
+    color_ = filter(color_, "rule color");
+  }
+
+  // Rules of one colour that follow one another share a path.
+  void Build(MarkScene const& scene) const override {
+    auto const read = [&](NodeId node) -> auto const& { return scene.results[node]->AsTypedArray<double>(); };
+    auto const& x = read(x_.from);
+    auto const& x2 = read(x_.to);
+    auto const& y = read(y_.from);
+    auto const& y2 = read(y_.to);
+    auto const* colors = color_ < 0 ? nullptr : &scene.results[color_]->AsTypedArray<OrtColor>();
+    RuleMarks rules;
+    for (int row = 0; row < x.GetCount(); ++row) {
+      OrtColor const color = Fade(colors != nullptr ? colors->GetElement(row) : look_.color, look_.opacity);
+      if (row > 0 && color != rules.stroke.color) {
+        scene.group.nodes.emplace_back(std::move(rules));
+        rules = {};
+      }
+      rules.stroke = {color, look_.strokeWidth, look_.strokeDash};
+      rules.rules.push_back(
+          {{x.GetElement(row), y.GetElement(row)}, {x2.GetElement(row), y2.GetElement(row)}});
+    }
+    if (!rules.rules.empty()) scene.group.nodes.emplace_back(std::move(rules));
+  }
+
+  double GetReach() const override { return look_.strokeWidth / 2; }
+
+ private:
+  MarkLook look_;
+  MarkSpan x_;  // Real64 columns of the placed rows
+  MarkSpan y_;
+  NodeId color_ = -1;
+};
+
+bool IsGiven(MarkContext& context, Channel channel) { return context.GetSpec().Find(channel) != nullptr; }
+
+// A second end, the other direction's whole pane, or none: the rule is upright or level there.
+MarkSpan SpanOfRule(MarkContext& context, Channel channel, Channel second) {
+  if (!IsGiven(context, channel)) return SpanOfPane(context, channel);
+  NodeId const from = context.GetPosition(channel);
+  if (IsGiven(context, second)) return {from, context.GetPosition(second)};
+  return {from, from};
+}
+
+std::unique_ptr<MarkPlan> Plan(MarkContext& context) {
+  MarkSpan const x = SpanOfRule(context, Channel::X, Channel::X2);
+  return std::make_unique<RulePlan>(context, x, SpanOfRule(context, Channel::Y, Channel::Y2));
+}
+
+RowReach Reach(MarkContext& context, Channel) {
+  return {.thickness = context.GetMark().strokeWidth.value_or(kStrokeWidth)};
+}
+
+}  // namespace
+
+MarkDefinition DefineRule() {
+  return {.name = "rule",
+          .properties = {"stroke", "strokeWidth", "strokeDash"},
+          .channels = {Channel::X, Channel::Y, Channel::X2, Channel::Y2, Channel::Color, Channel::Detail},
+          .plan = Plan,
+          .reach = Reach,
+          .color = 0xFF333333,
+          .sample = LegendSample::Line};
+}
+
+}  // namespace ostrel::charts

@@ -1,0 +1,141 @@
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+#include "charts/marks/Marks.h"
+#include "charts/marks/Tooltips.h"
+#include "charts/scales/DomainRoom.h"
+#include "charts/scales/GuideValues.h"
+
+// The mark text: a text at every row that all scales can place.
+namespace ostrel::charts {
+namespace {
+
+using ort::core::OrtColor;
+using ort::core::RIndirectString;
+
+constexpr double kFontSize = 11;
+constexpr double kTextLimit = 1'000;
+constexpr double kLineHeight = 1.2;  // of the font's size
+constexpr double kMargin = 2;        // pixels between a text and the end of its pane
+
+TextAnchor FindAnchor(MarkSpec const& mark) {
+  if (mark.align == "left") return TextAnchor::Start;
+  return mark.align == "right" ? TextAnchor::End : TextAnchor::Middle;
+}
+
+TextBaseline FindBaseline(MarkSpec const& mark) {
+  if (mark.baseline == "top") return TextBaseline::Top;
+  if (mark.baseline == "bottom") return TextBaseline::Bottom;
+  return mark.baseline == "alphabetic" ? TextBaseline::Alphabetic : TextBaseline::Middle;
+}
+
+class TextPlan final : public MarkPlan {
+ public:
+  TextPlan(MarkContext& context, NodeId texts) : mark_(context.GetMark()), look_(context.GetLook()) {
+    NodeId const x = context.GetPosition(Channel::X);
+    NodeId const y = context.GetPosition(Channel::Y);
+    color_ = context.GetScaled(Channel::Color);
+    NodeId const placed = context.FindPlaced({x, y, color_, texts});
+    auto const filter = [&](NodeId column, char const* name) {
+      return column < 0 ? -1
+                        : context.GetGraph().Keep(context.GetGraph().Call(name, "filter", {column, placed}));
+    };
+    x_ = filter(x, "text x");
+    y_ = filter(y, "text y");
+    color_ = filter(color_, "text color");
+    texts_ = filter(texts, "texts");
+  }
+
+  void Build(MarkScene const& scene) const override {
+    auto const& x = scene.results[x_]->AsTypedArray<double>();
+    auto const& y = scene.results[y_]->AsTypedArray<double>();
+    auto const& texts = scene.results[texts_]->AsTypedArray<RIndirectString>();
+    auto const* colors = color_ < 0 ? nullptr : &scene.results[color_]->AsTypedArray<OrtColor>();
+    TextMark mark;
+    mark.anchor = FindAnchor(mark_);
+    mark.baseline = FindBaseline(mark_);
+    mark.angle = mark_.angle.value_or(0);
+    mark.font = scene.setter.MakeFont(mark_.fontSize.value_or(kFontSize), mark_.isBold);
+    for (int row = 0; row < x.GetCount(); ++row) {
+      mark.text = texts.GetElement(row).Get().toUtf8();
+      mark.at = {x.GetElement(row) + mark_.dx.value_or(0), y.GetElement(row) + mark_.dy.value_or(0)};
+      mark.color = Fade(colors != nullptr ? colors->GetElement(row) : look_.color, look_.opacity);
+      scene.setter.Add(scene.group, mark, scene.extent, kTextLimit);
+    }
+  }
+
+ private:
+  MarkSpec mark_;
+  MarkLook look_;
+  NodeId x_ = -1;  // columns of the placed rows
+  NodeId y_ = -1;
+  NodeId color_ = -1;  // -1 where the channel has no field
+  NodeId texts_ = -1;
+};
+
+// The text of each row.
+NodeId FindTexts(MarkContext& context) {
+  Encoding const* const text = context.GetSpec().Find(Channel::Text);
+  auto const isText = [](Encoding const& encoding) { return encoding.channel == Channel::Text; };
+  if (std::ranges::count_if(context.GetSpec().encodings, isText) > 1) {
+    ThrowDocumentError(context.GetCompilation().document, text->path,
+                       "several texts are for the mark textTable only; give one field");
+  }
+  auto const* const constant =
+      text == nullptr ? &context.GetMark().text : std::get_if<std::string>(&text->value);
+  if (constant == nullptr || (text != nullptr && !text->field.empty())) return PlanTexts(context, *text);
+  if (constant->empty()) {
+    ThrowDocumentError(context.GetCompilation().document, context.GetMark().path,
+                       "has nothing to say; give the channel text");
+  }
+  return context.Repeat("text", context.GetGraph().Text(*constant));
+}
+
+std::unique_ptr<MarkPlan> Plan(MarkContext& context) {
+  return std::make_unique<TextPlan>(context, FindTexts(context));
+}
+
+// To the right or upwards 1, the other way -1, to both sides 0.
+int FindSide(MarkSpec const& mark, bool isHorizontal) {
+  // A turned text takes the room that it would need to either side.
+  if (mark.angle.value_or(0) != 0) return 0;
+  if (isHorizontal) return mark.align == "left" ? 1 : mark.align == "right" ? -1 : 0;
+  return mark.baseline == "top" ? -1 : mark.baseline == "bottom" || mark.baseline == "alphabetic" ? 1 : 0;
+}
+
+RowReach Reach(MarkContext& context, Channel channel) {
+  GraphBuilder& graph = context.GetGraph();
+  MarkSpec const& mark = context.GetMark();
+  bool const isHorizontal = channel == Channel::X;
+  double const size = mark.fontSize.value_or(kFontSize);
+  double const angle = mark.angle.value_or(0) * std::numbers::pi / 180;
+  double const across = std::abs(isHorizontal ? std::sin(angle) : std::cos(angle));
+  double const along = std::abs(isHorizontal ? std::cos(angle) : std::sin(angle));
+  NodeId const widths =
+      graph.Call("text widths", "measureTexts", {FindTexts(context), MakeLabelFont(graph, size)});
+  int const side = FindSide(mark, isHorizontal);
+  double const offset = isHorizontal ? mark.dx.value_or(0) : -mark.dy.value_or(0);
+  double const both = side == 0 ? 2 : 1;
+  double const shift = kMargin + (side == 0 ? std::abs(offset) : std::max(offset * side, 0.0));
+  double const isTurned = angle != 0 ? 2 : 1;
+  NodeId const turned = graph.Zip("text widths along", "multiply", widths, graph.Real(along * isTurned));
+  NodeId const labels = graph.Zip("text extents", "add", turned,
+                                  graph.Real(across * isTurned * size * kLineHeight + both * shift));
+  return {.labels = labels, .side = side};
+}
+
+}  // namespace
+
+MarkDefinition DefineText() {
+  return {.name = "text",
+          .properties = {"dx", "dy", "angle", "align", "baseline", "fontSize", "fontWeight", "text", "fill"},
+          .channels = {Channel::X, Channel::Y, Channel::XOffset, Channel::YOffset, Channel::Color,
+                       Channel::Text, Channel::Detail},
+          .plan = Plan,
+          .reach = Reach,
+          .isFilled = true,
+          .color = 0xFF333333};
+}
+
+}  // namespace ostrel::charts

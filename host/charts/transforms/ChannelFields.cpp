@@ -1,0 +1,311 @@
+#include "charts/transforms/ChannelFields.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "charts/document/Readers.h"
+#include "charts/document/TransformReaders.h"
+#include "charts/functions/TimeUnits.h"
+#include "charts/marks/MarkTable.h"
+#include "charts/transforms/RowTransforms.h"
+#include "ostrelrtcore/OrtDateTime.h"
+
+namespace ostrel::charts {
+
+namespace {
+
+constexpr double kMaxBinsOfPositions = 10;
+constexpr double kMaxBinsOfStyles = 6;
+
+std::string Capitalised(std::string text) {
+  if (!text.empty() && text[0] >= 'a' && text[0] <= 'z') text[0] = static_cast<char>(text[0] - 'a' + 'A');
+  return text;
+}
+
+class ChannelDeriver {
+ public:
+  ChannelDeriver(GraphBuilder& graph, LayerSpec const& layer, std::shared_ptr<LayerRows> rows)
+      : graph_(graph), layer_(layer), drawn_{std::move(rows), layer.encodings} {}
+
+  DrawnRows Derive() {
+    bool const isHorizontal = IsHorizontal(layer_.mark, drawn_.encodings);
+    AddConstants();
+    for (Encoding& encoding : drawn_.encodings) {
+      if (!encoding.timeUnit.empty()) FloorToTimeUnit(encoding);
+      if (encoding.bin) encoding.bin->isDone ? FindBinEnd(encoding) : Bin(encoding);
+    }
+    for (Encoding& encoding : drawn_.encodings) {
+      if (encoding.sortBy && encoding.sortBy->channel.empty()) SortByField(encoding);
+    }
+    bool const isAggregated = std::ranges::any_of(
+        drawn_.encodings, [](Encoding const& encoding) { return encoding.aggregate.has_value(); });
+    if (isAggregated) Aggregate();
+    Encoding* const stacked = FindStacked(isHorizontal, isAggregated);
+    for (Encoding& encoding : drawn_.encodings) {
+      if (encoding.sortBy && !encoding.sortBy->channel.empty()) SortByChannel(encoding, stacked);
+    }
+    if (stacked != nullptr) Stack(*stacked);
+    PlaceIntervals();
+    for (Encoding& encoding : drawn_.encodings) {
+      Encoding const* const first = Find(encoding.channel == Channel::X2 ? Channel::X : Channel::Y);
+      if (IsSecondPosition(encoding.channel) && first != nullptr) encoding.type = first->type;
+    }
+    return std::move(drawn_);
+  }
+
+ private:
+  // A name that the data do not have themselves.
+  std::string NewName(std::string name) const {
+    while (source_->GetTable().Find(name) != nullptr) name += "_";
+    return name;
+  }
+
+  // Constants in terms of a scale become columns. A layer of nothing else is drawn once, not for every row.
+  void AddConstants() {
+    auto const isConstant = [](Encoding const& encoding) {
+      return !std::holds_alternative<std::monostate>(encoding.datum);
+    };
+    if (std::ranges::none_of(drawn_.encodings, isConstant)) return;
+    bool const isAlone = std::ranges::all_of(drawn_.encodings, [](Encoding const& encoding) {
+      return encoding.field.empty() && !encoding.aggregate;
+    });
+    RowStep step(graph_, *drawn_.rows, layer_.path + ".encoding");
+    int const count = isAlone ? 1 : drawn_.rows->GetRowCount();
+    for (Encoding& encoding : drawn_.encodings) {
+      if (!isConstant(encoding)) continue;
+      encoding.field = NewName(fmt::format("datum_{}", NameOf(encoding.channel)));
+      if (!encoding.title.isGiven) encoding.title = {true, ""};
+      step.Set(encoding.field, graph_.Constant(encoding.field, MakeConstantColumn(encoding, count)));
+    }
+    drawn_.rows = isAlone ? step.Replace() : step.Extend();
+  }
+
+  static Value MakeConstantColumn(Encoding const& encoding, int count) {
+    using namespace ort::core;
+    if (auto const* number = std::get_if<double>(&encoding.datum))
+      return factory::MakeConstantArray<double>(StoreTypeInfo::Real64, *number, count);
+    auto const* text = std::get_if<std::string>(&encoding.datum);
+    if (encoding.type == FieldType::Temporal) {
+      auto const date = text == nullptr ? std::nullopt : OrtDateTime::FromIsoText(std::string_view(*text));
+      if (!date) throw DataError(encoding.path + ".datum: expects a date such as \"2020-03-01\"");
+      return factory::MakeConstantArray<OrtDateTime>(StoreTypeInfo::DateTime, *date, count);
+    }
+    bool const* const flag = std::get_if<bool>(&encoding.datum);
+    std::string const word = text != nullptr ? *text : flag != nullptr && *flag ? "true" : "false";
+    return factory::MakeConstantArray<RIndirectString>(StoreTypeInfo::String, RIndirectString::FromUtf8(word),
+                                                       count);
+  }
+
+  // Bars reach from an interval's start to its end, other marks stand in the middle of a bin and at the
+  // beginning of a unit of time.
+  void PlaceIntervals() {
+    std::vector<Encoding> ends;
+    for (Encoding& encoding : drawn_.encodings) {
+      bool const isPlace = IsPosition(encoding.channel) && !IsDiscrete(encoding.type);
+      if (!isPlace || encoding.endField.empty()) continue;
+      if (encoding.bin && !encoding.scale.zero) encoding.scale.zero = false;
+      if (encoding.bin && !encoding.scale.nice && !encoding.scale.niceCount) encoding.scale.nice = false;
+      SetUnitFormat(encoding);
+      Channel const second = encoding.channel == Channel::X ? Channel::X2 : Channel::Y2;
+      if (Find(second) != nullptr) continue;
+      if (GetDefinition(layer_.mark).coversIntervals) {
+        Encoding& end = ends.emplace_back();
+        end.channel = second;
+        end.path = encoding.path;
+        end.field = encoding.endField;
+      } else if (encoding.bin) {
+        TakeMiddle(encoding);
+      }
+    }
+    for (Encoding& end : ends) drawn_.encodings.push_back(std::move(end));
+  }
+
+  // Dates that all lie in the one year that stands for any show no year.
+  static void SetUnitFormat(Encoding& encoding) {
+    auto const unit = TimeUnit::FromName(encoding.timeUnit);
+    if (unit && !unit->HasYear() && encoding.axis.format.empty())
+      encoding.axis.format = unit->GetLabelPattern();
+  }
+
+  void TakeMiddle(Encoding& encoding) {
+    RowStep step(graph_, *drawn_.rows, encoding.path);
+    std::string const middle = encoding.field + "_middle";
+    NodeId const sum =
+        graph_.Zip("sum of ends", "add", step.Numbers(encoding.field), step.Numbers(encoding.endField));
+    step.Set(middle, graph_.Zip(middle, "multiply", sum, graph_.Real(0.5)));
+    drawn_.rows = step.Extend();
+    encoding.field = middle;
+  }
+
+  void FloorToTimeUnit(Encoding& encoding) {
+    std::string const start = NewName(encoding.timeUnit + "_" + encoding.field);
+    encoding.derivedTitle = fmt::format("{} ({})", encoding.field, encoding.timeUnit);
+    encoding.endField = start + "_end";
+    if (drawn_.rows->GetTable().Find(start) == nullptr) {
+      TimeUnitTransform const unit{encoding.path, encoding.timeUnit, encoding.field, start,
+                                   encoding.endField};
+      drawn_.rows = FloorRowsToTimeUnit(graph_, unit, *drawn_.rows);
+    }
+    encoding.field = start;
+  }
+
+  void Bin(Encoding& encoding) {
+    BinSpec spec = *encoding.bin;
+    bool const isPosition = IsPosition(encoding.channel);
+    if (!spec.maxBins) spec.maxBins = isPosition ? kMaxBinsOfPositions : kMaxBinsOfStyles;
+    std::string const start = NewName(
+        fmt::format("bin_{}_{}_{}_{}_{}_{}", *spec.maxBins, spec.step.value_or(0), spec.minStep.value_or(0),
+                    spec.extentStart.value_or(0), spec.extentEnd.value_or(0), encoding.field));
+    encoding.derivedTitle = encoding.field + " (binned)";
+    encoding.endField = start + "_end";
+    if (drawn_.rows->GetTable().Find(start) == nullptr)
+      drawn_.rows =
+          BinRows(graph_, {encoding.path, spec, encoding.field, start, encoding.endField}, *drawn_.rows);
+    encoding.field = start;
+  }
+
+  // Bins of the data: the second position has their ends.
+  void FindBinEnd(Encoding& encoding) {
+    Channel const second = encoding.channel == Channel::X ? Channel::X2 : Channel::Y2;
+    auto const end = std::ranges::find(drawn_.encodings, second, &Encoding::channel);
+    if (end != drawn_.encodings.end()) encoding.endField = end->field;
+  }
+
+  void SortByField(Encoding& encoding) {
+    SortSpec const& sort = *encoding.sortBy;
+    encoding.sortField = NewName(fmt::format("sort_{}", NameOf(encoding.channel)));
+    AggregateSpec const numbers{
+        encoding.path + ".sort", {{sort.operation, sort.field, encoding.sortField}}, {encoding.field}, true};
+    drawn_.rows = AggregateRows(graph_, numbers, *drawn_.rows);
+  }
+
+  void SortByChannel(Encoding& encoding, Encoding const* stacked) {
+    SortSpec const& sort = *encoding.sortBy;
+    auto const isMeant = [&](Encoding const& other) { return sort.channel == NameOf(other.channel); };
+    auto const other = std::ranges::find_if(drawn_.encodings, isMeant);
+    if (other == drawn_.encodings.end() || other->field.empty()) {
+      throw DataError(fmt::format("{}.sort: the channel {} has no field", encoding.path, sort.channel));
+    }
+    encoding.sortField = NewName(fmt::format("sort_{}", NameOf(encoding.channel)));
+    auto const operation = &*other == stacked ? AggregateOperation::Sum : AggregateOperation::Min;
+    AggregateSpec const numbers{
+        encoding.path + ".sort", {{operation, other->field, encoding.sortField}}, {encoding.field}, true};
+    drawn_.rows = AggregateRows(graph_, numbers, *drawn_.rows);
+  }
+
+  void AddGroup(AggregateSpec& aggregate, std::string const& field) const {
+    bool const isNew = std::ranges::find(aggregate.groups, field) == aggregate.groups.end();
+    if (!field.empty() && isNew) aggregate.groups.push_back(field);
+  }
+
+  void Aggregate() {
+    AggregateSpec aggregate{layer_.path + ".encoding", {}, {}, false};
+    for (Encoding& encoding : drawn_.encodings) {
+      if (!encoding.aggregate) {
+        AddGroup(aggregate, encoding.field);
+        AddGroup(aggregate, encoding.endField);
+        AddGroup(aggregate, encoding.sortField);
+        continue;
+      }
+      AggregateOperation const operation = *encoding.aggregate;
+      std::string const name = NameOf(operation);
+      std::string const as = NewName(encoding.field.empty() ? name : name + "_" + encoding.field);
+      encoding.derivedTitle = operation == AggregateOperation::Count
+                                  ? "Count of Records"
+                                  : fmt::format("{} of {}", Capitalised(name), encoding.field);
+      auto const isSame = [&](AggregateSpec::Field const& field) { return field.as == as; };
+      if (std::ranges::none_of(aggregate.fields, isSame))
+        aggregate.fields.push_back({operation, encoding.field, as});
+      encoding.field = as;
+    }
+    drawn_.rows = AggregateRows(graph_, aggregate, *drawn_.rows);
+  }
+
+  Encoding* Find(Channel channel) {
+    auto const found = std::ranges::find(drawn_.encodings, channel, &Encoding::channel);
+    return found != drawn_.encodings.end() ? &*found : nullptr;
+  }
+
+  static bool Splits(Encoding const& encoding) {
+    switch (encoding.channel) {
+      case Channel::Color:
+      case Channel::Detail:
+      case Channel::Opacity:
+      case Channel::Size:
+      case Channel::Shape:
+        return !encoding.field.empty() && !encoding.aggregate;
+      default:
+        return false;
+    }
+  }
+
+  // The channel whose values are stacked, or null. Bars and areas stack where the document does not say.
+  Encoding* FindStacked(bool isHorizontal, bool isAggregated) {
+    Encoding* const measure = Find(isHorizontal ? Channel::X : Channel::Y);
+    if (measure == nullptr || measure->field.empty() || measure->type != FieldType::Quantitative)
+      return nullptr;
+    if (measure->bin || Find(isHorizontal ? Channel::X2 : Channel::Y2) != nullptr) return nullptr;
+    if (!measure->stack && !GetDefinition(layer_.mark).isStacked) return nullptr;
+    if (measure->stack == StackOffset::None) return nullptr;
+    if (measure->scale.type.value_or(ScaleType::Linear) != ScaleType::Linear && !measure->stack)
+      return nullptr;
+    bool const isSplit = std::ranges::any_of(drawn_.encodings, Splits);
+    if (isAggregated && !isSplit) return nullptr;
+    return measure;
+  }
+
+  void AddStackingOrder(StackSpec& stack) {
+    if (Encoding const* const order = Find(Channel::Order); order != nullptr && !order->field.empty()) {
+      stack.order.push_back({order->field, order->isDescending.value_or(false)});
+      return;
+    }
+    // The first value of a legend, which stands at its top, is farthest from the axis.
+    for (Encoding const& encoding : drawn_.encodings) {
+      if (Splits(encoding)) stack.order.push_back({encoding.field, true});
+    }
+  }
+
+  void Stack(Encoding& measure) {
+    bool const isHorizontal = measure.channel == Channel::X;
+    StackSpec stack{.path = measure.path + ".stack",
+                    .field = measure.field,
+                    .groups = {},
+                    .order = {},
+                    .offset = measure.stack.value_or(StackOffset::Zero),
+                    .start = measure.field + "_start",
+                    .end = measure.field + "_end"};
+    for (Channel const channel :
+         {isHorizontal ? Channel::Y : Channel::X, isHorizontal ? Channel::YOffset : Channel::XOffset}) {
+      Encoding const* const place = Find(channel);
+      if (place != nullptr && !place->field.empty()) stack.groups.push_back(place->field);
+    }
+    for (Encoding const& encoding : drawn_.encodings) {
+      if (IsFacet(encoding.channel)) stack.groups.push_back(encoding.field);
+    }
+    AddStackingOrder(stack);
+    if (measure.derivedTitle.empty()) measure.derivedTitle = measure.field;
+    drawn_.rows = StackRows(graph_, stack, *drawn_.rows);
+    if (stack.offset == StackOffset::Normalize && measure.axis.format.empty()) measure.axis.format = ".0%";
+    measure.field = stack.end;
+    Encoding start;
+    start.channel = isHorizontal ? Channel::X2 : Channel::Y2;
+    start.path = measure.path;
+    start.field = stack.start;
+    start.type = measure.type;
+    drawn_.encodings.push_back(std::move(start));
+  }
+
+  GraphBuilder& graph_;
+  LayerSpec const& layer_;
+  DrawnRows drawn_;
+  std::shared_ptr<LayerRows> const source_ = drawn_.rows;
+};
+
+}  // namespace
+
+DrawnRows DeriveChannelFields(GraphBuilder& graph, LayerSpec const& layer, std::shared_ptr<LayerRows> rows) {
+  return ChannelDeriver(graph, layer, std::move(rows)).Derive();
+}
+
+}  // namespace ostrel::charts
