@@ -274,9 +274,9 @@ TEST(Layers, ShareTheZeroOfTheirScales) {
         scale + R"(}}}]})";
     return DescribePlaces(drawing.Draw(document).scene);
   };
-  EXPECT_EQ(draw("{}", ""), "60 6 48 / 40 60 0");
-  EXPECT_EQ(draw("{}", R"(,"zero":{"y":"shared"})"), "40 4 32 / 40 60 0");
-  EXPECT_EQ(draw(R"({"reverse":true})", R"(,"zero":{"y":"shared"})"), "30 3 24 / 30 15 60");
+  EXPECT_EQ(draw("{}", ""), "60 0 47 / 38 56 0");
+  EXPECT_EQ(draw("{}", R"(,"zero":{"y":"shared"})"), "38 0 29 / 38 56 0");
+  EXPECT_EQ(draw(R"({"reverse":true})", R"(,"zero":{"y":"shared"})"), "30 0 23 / 30 15 60");
   EXPECT_EQ(draw("{}", R"(,"zero":{"y":"independent"})"), draw("{}", ""));
   try {
     draw(R"({"type":"sqrt"})", R"(,"zero":{"y":"shared"})");

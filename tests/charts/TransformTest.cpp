@@ -153,7 +153,7 @@ TEST(Areas, LieBetweenTheirSeries) {
   std::string const color = R"(,"color":{"field":"f2","type":"nominal"})";
   EXPECT_EQ(describe(x + kY + color), "0:0-25 100:0-50 / 0:25-100 100:50-100");
   EXPECT_EQ(describe(x + R"("y":{"field":"f1","type":"quantitative","stack":null})" + color),
-            "0:67-100 100:33-100 / 0:0-100 100:33-100");
+            "0:69-100 100:38-100 / 0:6-100 100:38-100");
 }
 
 TEST(TextsAndRules, StandAtTheirRows) {
@@ -163,7 +163,7 @@ TEST(TextsAndRules, StandAtTheirRows) {
                                              R"("x":{"field":"f0","type":"quantitative"},)" + kY +
                                                  R"(,"text":{"field":"f1","format":".1f"})"))
                           .scene;
-  EXPECT_EQ(ReadTexts(texts, "marks"), "1.2|2.5");
+  EXPECT_EQ(ReadTexts(texts, "marks"), "1.3|2.5");
   EXPECT_EQ(FindMarks<TextMark>(texts, "marks")[1]->at.x, 103);
   // A rule of the scale's terms alone is drawn once, over the whole pane.
   Scene const rules =
@@ -221,7 +221,9 @@ TEST(Transforms, RefuseWhatTheyCannotCompute) {
       {"", R"("x":{"field":"f0","type":"nominal","sort":"-color"},)" + kY,
        "chart.vl.json: $.encoding.x.sort: the channel color has no field"},
       {"", R"("x":{"field":"f1","bin":{"step":0.0001}},"y":{"aggregate":"count"})",
-       "node 'bin_10_0.0001_0_0_0_f1 range' (binRange): a step that makes more than 10,000 bins"},
+       "node 'bin_10_0.0001_0_0_0_f1 range' (binRange): error 2: input of a kind that is not accepted: a "
+       "step that "
+       "makes more than 10,000 bins"},
   };
   for (auto const& [transform, encoding, message] : cases) {
     std::string const more = std::string(R"("transform":[)") + transform + "],";

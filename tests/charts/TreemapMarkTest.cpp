@@ -97,15 +97,18 @@ TEST(TreemapMark, LeavesSayTheTextAndTooltipOfTheirFirstRow) {
   std::string const texts =
       R"(,"text":{"field":"f2","type":"quantitative","format":".1f"},"tooltip":[{"field":"f1"},{"field":"f2"}])";
   Scene const scene =
-      drawing.Draw(MakeDocument("\"treemap\"", R"("a" "p" -1|"a" "p" 3|"a" "p" 1|"b" "q" 2)", kAll + texts))
+      drawing.Draw(MakeDocument("\"treemap\"", R"("a" "p" -1|"a" "p" 3|"a" "p" 1|"b" "q" 3)", kAll + texts))
           .scene;
-  EXPECT_EQ(ReadTexts(scene, "marks"), "a|b|3.0|2.0");
+  EXPECT_EQ(ReadTexts(scene, "marks"), "a|b|3.0|3.0");
+  Scene const wide =
+      drawing.Draw(MakeDocument("\"treemap\"", R"("a" "p" 10000000000|"a" "q" 2)", kAll + texts)).scene;
+  EXPECT_EQ(ReadTexts(wide, "marks"), "a") << "numbers are not cut";
   auto const& tooltips = *FindMarks<RectMarks>(scene, "marks").back()->tooltips;
   auto const read = [&](int row) {
     return tooltips.AsTypedArray<ort::core::RIndirectString>().GetElement(row).Get().toUtf8();
   };
   EXPECT_EQ(read(0), "f1: p\nf2: 3");
-  EXPECT_EQ(read(1), "f1: q\nf2: 2");
+  EXPECT_EQ(read(1), "f1: q\nf2: 3");
 }
 
 // Labels lie in a rectangle of their own and keep three letters at least.

@@ -189,7 +189,7 @@ BuiltinFamily LabelFamily(std::shared_ptr<TextMeasurer const> measurer) {
                    "passed over, and without a column 55 is thrown.",
            .example =
                R"("inputs": [{"String": "a = "}, {"Array": {"type": "String", "values": ["1", "2"]}}])",
-           .registrations = {Multinary<JoinTexts>({AnyValue()}, ArrayOf(String))}},
+           .registrations = {Multinary<JoinTexts>({AnyValue(), AnyValue()}, ArrayOf(String))}},
           {.name = "measureTexts",
            .inputs = {"texts", "font"},
            .help = "The width in pixels of each text in a font: a tuple of family, size, weight and slant.",

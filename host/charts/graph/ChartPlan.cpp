@@ -325,7 +325,11 @@ ChartPlan PlanChart(Compilation& compilation, std::vector<std::shared_ptr<DataTa
   ChartPlan plan;
   auto const rows = DeriveLayers(compilation, MakeRows(tables));
   plan.grid = PlanPanes(compilation, rows);
-  if (document.IsMap()) plan.map = PlanMap(compilation, rows, plan.width, plan.height, plan.grid);
+  if (document.IsMap()) {
+    plan.width = options.width.value_or(document.width.value_or(kDefaultLength));
+    plan.height = options.height.value_or(document.height.value_or(kDefaultLength));
+    plan.map = PlanMap(compilation, rows, plan.width, plan.height, plan.grid);
+  }
   plan.panes = MakePanes(document, plan.grid);
   ScalePlanner scales(compilation, rows, plan);
   plan.width = scales.PlanPosition(Channel::X, "x",

@@ -24,7 +24,8 @@ double Linearise(int part) {
 
 }  // namespace
 
-void AddTileLabel(MarkScene const& scene, std::string text, Rect const& strip, TextMark const& style) {
+void AddTileLabel(MarkScene const& scene, std::string text, Rect const& strip, TextMark const& style,
+                  bool isNumber) {
   for (char& byte : text) {
     if (byte == '\n' || byte == '\r') byte = ' ';
   }
@@ -32,7 +33,7 @@ void AddTileLabel(MarkScene const& scene, std::string text, Rect const& strip, T
   if (text.empty() || !(room > 0)) return;
   TextMark label = style;
   label.text = scene.setter.Limit(text, style.font, room);
-  if (label.text != text && CountLetters(label.text) <= kLeastLetters) return;
+  if (label.text != text && (isNumber || CountLetters(label.text) <= kLeastLetters)) return;
   label.at = {strip.x + kPadding, strip.y + strip.height / 2};
   label.baseline = TextBaseline::Middle;
   Rect const taken = scene.setter.MeasureRect(label);

@@ -69,6 +69,8 @@ class TreemapPlan final : public MarkPlan {
     border_ = {mark.stroke.empty() ? kBorderColor : ReadColor(document, mark.path, mark.stroke),
                mark.strokeWidth.value_or(kBorderWidth),
                {}};
+    Encoding const* const text = context.GetSpec().Find(Channel::Text);
+    hasNumbers_ = text != nullptr && text->type == FieldType::Quantitative;
     if (Encoding const* const size = context.GetSpec().Find(Channel::Size)) sizeField_ = size->field;
     for (NodeId const node : ListNodes()) {
       if (node >= 0) context.GetGraph().Keep(node);
@@ -140,7 +142,7 @@ class TreemapPlan final : public MarkPlan {
       style.color = ChooseTextColor(colors == nullptr ? look_.color : colors->GetElement(row));
       Rect line = leaves.GetRect(row);
       line.height = std::min(line.height, kLeafLineHeight);
-      AddTileLabel(scene, leaves.GetLabel(row), line, style);
+      AddTileLabel(scene, leaves.GetLabel(row), line, style, hasNumbers_);
     }
   }
 
@@ -151,6 +153,7 @@ class TreemapPlan final : public MarkPlan {
   Stroke border_;
   int rowCount_;
   std::string sizeField_;
+  bool hasNumbers_ = false;  // the leaves' labels
 };
 
 std::unique_ptr<MarkPlan> Plan(MarkContext& context) { return std::make_unique<TreemapPlan>(context); }

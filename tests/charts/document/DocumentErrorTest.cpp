@@ -166,7 +166,7 @@ TEST(DocumentErrors, TopLevel) {
       {R"("width": "container")", "$.width: \"container\" is not supported; use a number of pixels"},
       {R"("width": {"step": 17})", ""},
       {R"("width": {})", "$.width.step: is missing"},
-      {R"("width": {"step": 0})", "$.width.step: expects a number above 0, not 0"},
+      {R"("width": {"step": 0})", "$.width.step: expects a number above 0 and at most 20000, not 0"},
       {R"("background": null)", "$.background: expects a text, not null"},
       {R"("padding": {"left": 5})", "$.padding: a padding for each side is not supported; use one number"},
       {R"("padding": -1)", "$.padding: expects a number from 0 to 20000, not -1"},

@@ -104,7 +104,8 @@ TEST(PackedBubbles, DocumentsThatCannotBeDrawnAreRefused) {
       {"1", R"("size":{"field":"f0","type":"quantitative","scale":{"range":[1,9]}})",
        place + ".size.scale: bubbles are as large as the plot has room for; leave it out"},
       {"1", std::string(kSize) + R"(,"x":{"field":"f0","type":"quantitative"})",
-       place + ".x: is for the marks point, circle, square and line only; leave it out"},
+       place + ".x: is for the marks point, circle, square, line, bar, area, rect, rule, tick, text and "
+               "textTable only; leave it out"},
       {"0|-1|null", kSize,
        place + ".size.field: field 'f0' of $.data.values has no value above 0, which bubbles need"},
   };
