@@ -66,8 +66,13 @@ void* MapHuge(std::size_t bytes) noexcept {
   return data;
 }
 
+// A loop reads some columns and writes another. Processors compare the places of loads and stores within
+// their pages first, and hold a load back for a store that seems to stand just there. Where all columns begin
+// at a page's begin, no row of one looks like a later row of another.
+constexpr std::size_t kPageBytes = 4096;
+
 void* AllocateLarge(std::size_t capacity) noexcept {
-  return capacity >= kHugePageBytes ? MapHuge(capacity) : std::aligned_alloc(kAlignment, capacity);
+  return capacity >= kHugePageBytes ? MapHuge(capacity) : std::aligned_alloc(kPageBytes, capacity);
 }
 
 void FreeLarge(void* data, std::size_t capacity) noexcept {

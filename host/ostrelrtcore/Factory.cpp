@@ -186,8 +186,10 @@ Value MakeColumn(StoreTypeInfo const& elementType, StorageClass storage, void* e
     ThrowInvalid(L"special rows and kinds of unequal length");
   }
   SpecialRows specials;
-  if (specialRows != nullptr) specials = NormaliseSpecials(*specialRows, *specialKinds, count);
-  ClearRows(storage, elements, specials.rows);
+  if (specialRows != nullptr && !(specialRows->empty() && specialKinds->empty())) {
+    specials = NormaliseSpecials(*specialRows, *specialKinds, count);
+    ClearRows(storage, elements, specials.rows);
+  }
   if (storage == StorageClass::UInt8) NormaliseTruth(static_cast<uint8*>(elements), count);
   if (storage == StorageClass::Value)
     RequireValues(static_cast<Value const*>(elements), count, specials.rows);

@@ -6,7 +6,6 @@ namespace ostrel::charts {
 
 using ort::core::OrtDateTime;
 using ort::core::RIndirectString;
-using ort::core::SpecialKind;
 using ort::core::StoreType;
 using ort::core::StoreTypeInfo;
 

@@ -4,6 +4,7 @@
 #include "charts/functions/LabelVisibility.h"
 #include "charts/functions/TickFormat.h"
 #include "ostrelrtcore/builtins/Columns.h"
+#include "services/BreakHints.h"
 #include "services/DateFormat.h"
 
 /// What ticks and marks say, how wide that is, and which labels are shown. Special rows stay special; a label
@@ -40,7 +41,7 @@ Value MapRows(Value const& column, StoreTypeInfo const& outputType, Map const& m
 template <class In, class Format>
 Value FormatRows(Value const& column, Format const& format) {
   return MapRows<RIndirectString, In>(column, StoreTypeInfo::String,
-                                      [&](In value) { return RIndirectString(format(value)); });
+                                      [&](In const& value) { return RIndirectString(format(value)); });
 }
 
 /// The ordinary rows; special ones are NaN.
@@ -54,6 +55,12 @@ std::vector<double> ReadNumbers(Value const& column, char const* what) {
         isOrdinary ? rows.GetElement(row) : std::numeric_limits<double>::quiet_NaN();
   }
   return numbers;
+}
+
+Value HintBreaks(Value const& texts) {
+  RequireColumn(*texts, StoreType::String, "texts");
+  return FormatRows<RIndirectString>(
+      texts, [](RIndirectString const& text) { return services::InsertZeroWidthSpaces(text.Get()); });
 }
 
 Value FormatTicks(Value const& ticks, Value const& pattern) {
@@ -183,6 +190,13 @@ BuiltinFamily LabelFamily(std::shared_ptr<TextMeasurer const> measurer) {
            .example = R"("inputs": [{"Array": {"type": "DateTime", "values": ["2020-01-01T00:00:00.0000", )"
                       R"("2020-02-01T00:00:00.0000"]}}, {"String": ""}])",
            .registrations = {Multinary<FormatDates>({ArrayOf(DateTime), text}, ArrayOf(String))}},
+          {.name = "hintBreaks",
+           .inputs = {"texts"},
+           .help =
+               "Each text with U+200B where a line may end in scripts without blanks; others as they are.",
+           .example =
+               R"("inputs": [{"Array": {"type": "String", "values": ["British Indian", "英領インド洋地域"]}}])",
+           .registrations = {Multinary<HintBreaks>({ArrayOf(String)}, ArrayOf(String))}},
           {.name = "joinTexts",
            .inputs = {"first", "others..."},
            .help = "Each row's texts one after the other; a scalar counts for every row, a special row is "

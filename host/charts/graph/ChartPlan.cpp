@@ -84,8 +84,8 @@ std::vector<std::vector<LayerUse>> GroupUses(ChartDocument const& document, Chan
     }
   }
   for (auto& group : groups) {
-    std::ranges::stable_partition(group,
-                                  [&](LayerUse const& use) { return use.encoding->channel == channel; });
+    std::stable_partition(group.begin(), group.end(),
+                          [&](LayerUse const& use) { return use.encoding->channel == channel; });
   }
   return groups;
 }

@@ -138,7 +138,7 @@ class TextTablePlan final : public MarkPlan {
         "composed cells", "composeText",
         {graph.Constant("first runs", MakeInts(cells, [&](std::size_t cell) { return cell * runs; })),
          graph.Constant("runs of cells", MakeInts(cells, [&](std::size_t) { return runs; })),
-         graph.Call("runs", "take", {texts, order}),
+         graph.Call("breakable runs", "hintBreaks", {graph.Call("runs", "take", {texts, order})}),
          graph.Constant("styles", MakeInts(cells * runs, [&](std::size_t run) { return run % runs; })),
          graph.Call("styles of texts", "updateTextStyleTable", {graph.Constant("fonts", MakeStyles(runs))}),
          width_, height_, graph.Int(FindFitStyle()), graph.Int(kWordWrap)}));
