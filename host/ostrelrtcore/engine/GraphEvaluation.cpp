@@ -73,7 +73,7 @@ std::vector<Value> GraphEvaluation::Run() {
   if (failure < plan_.GetStepCount()) ThrowFailure(failure);
   std::vector<Value> values;
   values.reserve(outputs_.size());
-  for (NodeId const output : outputs_) values.push_back(GetValue(output));
+  for (NodeId const output : outputs_) values.push_back(TakeOutput(output));
   return values;
 }
 
@@ -146,6 +146,16 @@ void GraphEvaluation::ReleaseInputs(int step) {
     State& state = states_[used];
     if (--state.uses == 0) state.result.reset();
   });
+}
+
+// All steps are done: of an output that is asked for twice, the last use takes the result.
+Value GraphEvaluation::TakeOutput(NodeId id) {
+  int const step = plan_.GetStep(id);
+  if (step < 0) return plan_.GetGivenValue(id);
+  State& state = states_[step];
+  int const others = state.uses.load(std::memory_order_relaxed) - 1;
+  state.uses.store(others, std::memory_order_relaxed);
+  return others == 0 ? std::move(state.result) : state.result;
 }
 
 Value const& GraphEvaluation::GetValue(NodeId id) const {

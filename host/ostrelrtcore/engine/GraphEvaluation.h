@@ -38,6 +38,7 @@ class GraphEvaluation {
   void ReleaseInputs(int step);
   void NoteFailure(int step);
   Value const& GetValue(NodeId id) const;
+  Value TakeOutput(NodeId id);
   [[noreturn]] void ThrowFailure(int step) const;
 
   FunctionRegistry const& registry_;

@@ -91,6 +91,8 @@ void GraphPlan::Order(FunctionGraph const& graph, factory::NamedValues const& in
 }
 
 void GraphPlan::CollectUsers(FunctionGraph const& graph) {
+  userBegins_.assign(order_.size() + 1, 0);
+  if (order_.size() < 2) return;
   auto const forEachUse = [&](auto const& visit) {
     for (int step = 0; step < GetStepCount(); ++step) {
       ForEachReference(graph.GetFunction(GetNode(step)), [&](NodeId id) {
@@ -98,7 +100,6 @@ void GraphPlan::CollectUsers(FunctionGraph const& graph) {
       });
     }
   };
-  userBegins_.assign(order_.size() + 1, 0);
   forEachUse([&](std::size_t used, int) { ++userBegins_[used]; });
   // Each entry first becomes the end of its users, and their begin as they are filled in from behind.
   std::size_t end = 0;
