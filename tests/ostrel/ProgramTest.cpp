@@ -215,4 +215,17 @@ TEST_F(Program, GraphShowsTheChartsNodes) {
   EXPECT_EQ(Run("graph missing.vl.json").exitCode, 1);
 }
 
+// Every chart that ships is drawn and shows its graph.
+TEST_F(Program, TheGalleryIsDrawnAndShown) {
+  std::string const examples = OSTREL_SOURCE_DIR "/examples";
+  int charts = 0;
+  for (auto const& entry : std::filesystem::directory_iterator(examples + "/gallery")) {
+    std::string const arguments = "'" + entry.path().string() + "' --data-root '" + examples + "'";
+    EXPECT_EQ(Run("render " + arguments + " -o .").exitCode, 0) << entry.path();
+    EXPECT_EQ(Run("graph " + arguments).exitCode, 0) << entry.path();
+    ++charts;
+  }
+  EXPECT_GT(charts, 18);
+}
+
 }  // namespace
