@@ -155,7 +155,7 @@ struct MarkSpec {
   std::optional<SymbolShape> shape;
   LineInterpolation interpolation = LineInterpolation::Linear;
   std::vector<double> orientations;  ///< of words, degrees clockwise: multiples of 90
-  bool hasPoints = false;  ///< a line with a symbol at every row
+  bool hasPoints = false;            ///< a line with a symbol at every row
   std::optional<bool> tooltip;
   std::optional<bool> clip;
   std::optional<bool> isHorizontal;  ///< "orient"

@@ -16,8 +16,8 @@ namespace OstrelTransforms {
 //
 // The result is a key map of columns with a row a node: Real64 "x", "y", "x1" and "y1" (left, top, right and
 // bottom edge in pixels from the top left), "header_height" (pixels, 0 for leaves and where the strip would
-// take more than half the height) and "size" (a leaf's own, else the sum of its leaves'), and Int32 "level" (0 for the
-// outermost). No rows give columns without rows.
+// take more than half the height) and "size" (a leaf's own, else the sum of its leaves'), and Int32 "level"
+// (0 for the outermost). No rows give columns without rows.
 //
 // Throws 219 for another number of inputs, 259 for columns of different lengths, and 55 for inputs of another
 // kind, a parent's row at or past the end, and nodes that are their own ancestors.

@@ -126,8 +126,9 @@ TEST_F(DataPathTest, TablesAreNamedAsTheChartNamesThem) {
   std::ofstream(top_ / "chart/sub/bad.csv") << "a,b\n1\n";
   EXPECT_EQ(LoadFile("ok/deep.csv", alone_).sourceName, "ok/deep.csv");
   EXPECT_EQ(MessageOf([&] { LoadFile("sub/bad.csv", alone_); }), "sub/bad.csv:2: 1 field, the header has 2");
-  EXPECT_EQ(MessageOf([&] { LoadFile("sub/notes.txt", alone_); }),
-            "sub/notes.txt: the ending tells no format; name one of csv, tsv, json, text in the data's format");
+  EXPECT_EQ(
+      MessageOf([&] { LoadFile("sub/notes.txt", alone_); }),
+      "sub/notes.txt: the ending tells no format; name one of csv, tsv, json, text in the data's format");
 }
 
 }  // namespace
