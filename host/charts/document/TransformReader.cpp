@@ -156,32 +156,33 @@ void ReadEnds(JsonValue const& value, std::string& start, std::string& end) {
   end = names[1].ReadText();
 }
 
-BinTransform ReadBinTransform(JsonValue const& value) {
-  BinTransform transform{.path = value.GetPath(), .bin = {}, .field = {}, .start = {}, .end = {}};
-  JsonObjectReader(value)
-      .On("bin",
-          [&](JsonValue const& bin) {
-            auto const spec = ReadBin(bin);
-            if (!spec || spec->isDone) bin.Fail("expects true or an object");
-            transform.bin = *spec;
-          })
-      .On("field", [&](JsonValue const& field) { transform.field = ReadFieldName(field); })
+// What a new field is made of and called; both must be given.
+template <class Transform>
+void ReadNames(JsonValue const& value, JsonObjectReader& reader, Transform& transform) {
+  reader.On("field", [&](JsonValue const& field) { transform.field = ReadFieldName(field); })
       .On("as", [&](JsonValue const& as) { ReadEnds(as, transform.start, transform.end); })
       .Read();
   if (transform.field.empty()) value.FailAt("field", "is missing");
   if (transform.start.empty()) value.FailAt("as", "is missing; name the new field");
+}
+
+BinTransform ReadBinTransform(JsonValue const& value) {
+  BinTransform transform{.path = value.GetPath(), .bin = {}, .field = {}, .start = {}, .end = {}};
+  JsonObjectReader reader(value);
+  reader.On("bin", [&](JsonValue const& bin) {
+    auto const spec = ReadBin(bin);
+    if (!spec || spec->isDone) bin.Fail("expects true or an object");
+    transform.bin = *spec;
+  });
+  ReadNames(value, reader, transform);
   return transform;
 }
 
 TimeUnitTransform ReadTimeUnitTransform(JsonValue const& value) {
   TimeUnitTransform transform{.path = value.GetPath(), .unit = {}, .field = {}, .start = {}, .end = {}};
-  JsonObjectReader(value)
-      .On("timeUnit", [&](JsonValue const& unit) { transform.unit = ReadTimeUnit(unit); })
-      .On("field", [&](JsonValue const& field) { transform.field = ReadFieldName(field); })
-      .On("as", [&](JsonValue const& as) { ReadEnds(as, transform.start, transform.end); })
-      .Read();
-  if (transform.field.empty()) value.FailAt("field", "is missing");
-  if (transform.start.empty()) value.FailAt("as", "is missing; name the new field");
+  JsonObjectReader reader(value);
+  reader.On("timeUnit", [&](JsonValue const& unit) { transform.unit = ReadTimeUnit(unit); });
+  ReadNames(value, reader, transform);
   return transform;
 }
 

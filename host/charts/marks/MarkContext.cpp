@@ -51,4 +51,8 @@ NodeId MarkContext::FindPlaced(std::vector<NodeId> const& columns) {
   return placed;
 }
 
+NodeId MarkContext::KeepPlaced(std::string const& name, NodeId column, NodeId placed) {
+  return column < 0 ? -1 : GetGraph().Keep(GetGraph().Call(name, "filter", {column, placed}));
+}
+
 }  // namespace ostrel::charts

@@ -36,6 +36,8 @@ class MarkContext {
   /// Whether a row has a value in all of the columns; those that are -1 count for nothing. -1 without
   /// columns.
   NodeId FindPlaced(std::vector<NodeId> const& columns);
+  /// A column's rows that have a place, kept for drawing; -1 for -1.
+  NodeId KeepPlaced(std::string const& name, NodeId column, NodeId placed);
 
  private:
   NodeId AddOffset(Channel channel, NodeId position);

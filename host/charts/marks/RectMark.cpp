@@ -27,15 +27,13 @@ class RectPlan final : public MarkPlan {
     opacity_ = context.GetScaled(Channel::Opacity);
     tooltips_ = PlanTooltips(context);
     NodeId const placed = context.FindPlaced({x.from, x.to, y.from, y.to, color_, opacity_});
-    auto const filter = [&](NodeId column, char const* name) {
-      return column < 0 ? -1
-                        : context.GetGraph().Keep(context.GetGraph().Call(name, "filter", {column, placed}));
-    };
-    x_ = {filter(x.from, "rectangle x"), filter(x.to, "rectangle x2")};
-    y_ = {filter(y.from, "rectangle y"), filter(y.to, "rectangle y2")};
-    color_ = filter(color_, "rectangle color");
-    opacity_ = filter(opacity_, "rectangle opacity");
-    tooltips_ = filter(tooltips_, "rectangle tooltips");
+    x_ = {context.KeepPlaced("rectangle x", x.from, placed),
+          context.KeepPlaced("rectangle x2", x.to, placed)};
+    y_ = {context.KeepPlaced("rectangle y", y.from, placed),
+          context.KeepPlaced("rectangle y2", y.to, placed)};
+    color_ = context.KeepPlaced("rectangle color", color_, placed);
+    opacity_ = context.KeepPlaced("rectangle opacity", opacity_, placed);
+    tooltips_ = context.KeepPlaced("rectangle tooltips", tooltips_, placed);
   }
 
   void Build(MarkScene const& scene) const override {

@@ -16,13 +16,9 @@ class RulePlan final : public MarkPlan {
     look_.strokeWidth = context.GetMark().strokeWidth.value_or(kStrokeWidth);
     color_ = context.GetScaled(Channel::Color);
     NodeId const placed = context.FindPlaced({x.from, x.to, y.from, y.to, color_});
-    auto const filter = [&](NodeId column, char const* name) {
-      return column < 0 ? -1
-                        : context.GetGraph().Keep(context.GetGraph().Call(name, "filter", {column, placed}));
-    };
-    x_ = {filter(x.from, "rule x"), filter(x.to, "rule x2")};
-    y_ = {filter(y.from, "rule y"), filter(y.to, "rule y2")};
-    color_ = filter(color_, "rule color");
+    x_ = {context.KeepPlaced("rule x", x.from, placed), context.KeepPlaced("rule x2", x.to, placed)};
+    y_ = {context.KeepPlaced("rule y", y.from, placed), context.KeepPlaced("rule y2", y.to, placed)};
+    color_ = context.KeepPlaced("rule color", color_, placed);
   }
 
   // Rules of one colour that follow one another share a path.

@@ -23,17 +23,13 @@ class SymbolPlan final : public MarkPlan {
     shape_ = context.GetScaled(Channel::Shape);
     tooltips_ = PlanTooltips(context);
     NodeId const placed = context.FindPlaced({x, y, color_, size_, opacity_, shape_});
-    auto const filter = [&](NodeId column, char const* name) {
-      return column < 0 ? -1
-                        : context.GetGraph().Keep(context.GetGraph().Call(name, "filter", {column, placed}));
-    };
-    x_ = filter(x, "symbol x");
-    y_ = filter(y, "symbol y");
-    color_ = filter(color_, "symbol color");
-    size_ = filter(size_, "symbol size");
-    opacity_ = filter(opacity_, "symbol opacity");
-    shape_ = filter(shape_, "symbol shape");
-    tooltips_ = filter(tooltips_, "symbol tooltips");
+    x_ = context.KeepPlaced("symbol x", x, placed);
+    y_ = context.KeepPlaced("symbol y", y, placed);
+    color_ = context.KeepPlaced("symbol color", color_, placed);
+    size_ = context.KeepPlaced("symbol size", size_, placed);
+    opacity_ = context.KeepPlaced("symbol opacity", opacity_, placed);
+    shape_ = context.KeepPlaced("symbol shape", shape_, placed);
+    tooltips_ = context.KeepPlaced("symbol tooltips", tooltips_, placed);
   }
 
   void Build(MarkScene const& scene) const override {

@@ -37,14 +37,10 @@ class TextPlan final : public MarkPlan {
     NodeId const y = context.GetPosition(Channel::Y);
     color_ = context.GetScaled(Channel::Color);
     NodeId const placed = context.FindPlaced({x, y, color_, texts});
-    auto const filter = [&](NodeId column, char const* name) {
-      return column < 0 ? -1
-                        : context.GetGraph().Keep(context.GetGraph().Call(name, "filter", {column, placed}));
-    };
-    x_ = filter(x, "text x");
-    y_ = filter(y, "text y");
-    color_ = filter(color_, "text color");
-    texts_ = filter(texts, "texts");
+    x_ = context.KeepPlaced("text x", x, placed);
+    y_ = context.KeepPlaced("text y", y, placed);
+    color_ = context.KeepPlaced("text color", color_, placed);
+    texts_ = context.KeepPlaced("texts", texts, placed);
   }
 
   void Build(MarkScene const& scene) const override {
