@@ -1,6 +1,6 @@
 // A host's module: installs callbacks, registers all functions, places ticks on several threads, with labels
 // formatted and measured through the callbacks, and texts composed through the cache of compositions, which
-// lives until the plug-in is unloaded; and takes its callbacks back.
+// lives until the plug-in is unloaded; and takes its callbacks back. Now and then a callback fails meanwhile.
 #include <exception>
 #include <string>
 #include <thread>
@@ -60,11 +60,32 @@ int CountLines(FunctionRegistry const& registry) {
   return composed->AsNamedValues().Get(OStringCore(L"text_run"))->AsColumn().GetCount();
 }
 
-void UseEverything() {
+void InstallCallbacks(bool fails) {
   OstrelTransforms::SetRuntimeFunctionCallbacks(
       [](double, IStoreTuple const&) { return OStringCore(L"abc"); },
-      [](OStringCore const& text, Value const&) { return 10.0F * static_cast<float>(text.length()); },
+      [fails](OStringCore const& text, Value const&) {
+        if (fails) throw std::length_error("the text can't be measured");
+        return 10.0F * static_cast<float>(text.length());
+      },
       [](Value const& value) { return value; }, [](OStringCore const& text) { return text; });
+}
+
+void UseFailing() {
+  InstallCallbacks(true);
+  FunctionRegistry registry;
+  OstrelTransforms::RegisterAllRuntimeFunctions(registry);
+  for (auto* const use : {CountTicks, CountLines}) {
+    try {
+      use(registry);
+      throw std::runtime_error("a callback's exception was lost");
+    } catch (std::length_error const&) {
+      // The one that the callback threw.
+    }
+  }
+}
+
+void UseEverything() {
+  InstallCallbacks(false);
   FunctionRegistry registry;
   OstrelTransforms::RegisterAllRuntimeFunctions(registry);
 
@@ -94,10 +115,11 @@ void UseEverything() {
 
 }  // namespace
 
-extern "C" __attribute__((visibility("default"))) char const* UsePlugin() {
+extern "C" __attribute__((visibility("default"))) char const* UsePlugin(int round) {
   static std::string fault;
   fault.clear();
   try {
+    if (round % 3 == 0) UseFailing();
     UseEverything();
   } catch (std::exception const& error) {
     fault = error.what();
