@@ -1,5 +1,6 @@
 // Registers all functions, then lets "clampMin" run over a column with a special row, as a host would that
 // knows the library by its installed headers alone.
+#include <algorithm>
 #include <iostream>
 #include <vector>
 
@@ -49,8 +50,14 @@ int main() {
   for (double const value : clamped) std::cout << value << ' ';
   std::cout << CodeForWrongParameter(registry) << '\n';
 
+  std::vector<double> const bounded = {1.5, -2.0, 7.0};
+  auto const called = CallByName(registry, "clampMin", {bounded}, {0.5});
+  auto const rows = called->AsTypedArray<double>().GetValues();
+  bool const isCalled = std::ranges::equal(rows, std::vector{1.5, 0.5, 7.0});
+
   // The slot of the special row is 0 by contract, which the bound lifts.
-  bool const right = clamped == std::vector{1.5, 0.5, 0.5, 0.5} && CodeForWrongParameter(registry) == 55 &&
+  bool const right = isCalled && clamped == std::vector{1.5, 0.5, 0.5, 0.5} &&
+                     CodeForWrongParameter(registry) == 55 &&
                      registry.GetMultinaryFunctions().GetEntries().size() > 10;
   return right ? 0 : 1;
 }
