@@ -107,6 +107,41 @@ TEST(Bars, GroupByUnitsOfTime) {
   EXPECT_EQ(DescribeRects(continuous), "0,50,34,100 66,0,100,100");
 }
 
+// Rows of the days before and after a beginning, what their bars are called, and where an axis has its ticks.
+TEST(Bars, GroupByFiscalYearsAndWeeks) {
+  ChartDrawing const drawing;
+  struct {
+    char const* rows;
+    char const* unit;
+    char const* names;
+    char const* bars;
+    char const* ticks;
+  } const cases[] = {
+      {R"("2015-09-30" 1|"2015-10-01" 2|"2016-09-30" 2)", R"("unit":"year","fiscalStart":10)",
+       "FY 2015|FY 2016", "0,75,50,100 50,0,100,100", "FY 2015|FY 2016|FY 2017"},
+      {R"("2015-09-30" 1|"2015-10-01" 2|"2015-01-31" 4)", R"("unit":"yearquarter","fiscalStart":2)",
+       "Q4 FY 2015|Q3 FY 2016", "50,25,100,100 0,0,50,100", "Q4|FY 2016|Q2|Q3|Q4"},
+      {R"("2012-01-01" 1|"2012-01-02" 2|"2012-01-08" 2)", R"("unit":"yearweek","weekStart":"monday")",
+       "W 52 2011|W 1 2012", "0,75,50,100 50,0,100,100", "W 52 2011|W 1 2012|W 2"},
+      {R"("2012-01-07" 1|"2012-01-08" 4)", R"("unit":"yearweek")", "W 1 2012|W 2 2012",
+       "0,75,50,100 50,0,100,100", "W 1 2012|W 2|W 3"},
+      {R"("2012-01-06" 1|"2012-01-07" 4)", R"("unit":"yearweek","weekStart":"saturday")",
+       "Dec 31 2011|Jan 7 2012", "0,75,50,100 50,0,100,100", "Dec 31 2011|Jan 7 2012|Jan 14"},
+  };
+  for (auto const& [rows, unit, names, bars, ticks] : cases) {
+    std::string const unitOfTime =
+        R"("x":{"field":"f0","title":null,"timeUnit":{)" + std::string(unit) + "},";
+    std::string const sum = R"("y":{"field":"f1","aggregate":"sum"})";
+    std::string const type = R"("type":"ordinal",)" + kWide + "},";
+    Scene const discrete = drawing.Draw(MakeDocument("\"bar\"", rows, unitOfTime + type + sum)).scene;
+    EXPECT_EQ(ReadTexts(discrete, "axis x"), names);
+    EXPECT_EQ(DescribeRects(discrete), bars) << unit;
+    std::string document = MakeDocument("\"bar\"", rows, unitOfTime + R"("axis":{"tickCount":5}},)" + sum);
+    document.replace(document.find("\"width\":100,"), 12, "\"width\":1000,");
+    EXPECT_EQ(ReadTexts(drawing.Draw(document).scene, "axis x"), ticks) << unit;
+  }
+}
+
 TEST(Rects, FillTheirBandsOrThePane) {
   ChartDrawing const drawing;
   EXPECT_EQ(DescribeRects(drawing

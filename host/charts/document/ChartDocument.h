@@ -85,6 +85,14 @@ struct ScaleSpec {
   bool operator==(ScaleSpec const&) const = default;
 };
 
+/// Ticks of dates at the beginnings of a unit of time.
+struct TickInterval {
+  TimeUnitSpec unit;
+  std::optional<int> step;  ///< so many units apart; else as many as the axis has room for
+
+  bool operator==(TickInterval const&) const = default;
+};
+
 struct AxisSpec {
   bool isHidden = false;  ///< "axis": null
   TitleSpec title;
@@ -92,6 +100,7 @@ struct AxisSpec {
   std::optional<double> labelAngle;
   std::optional<double> labelLimit;
   std::optional<double> tickCount;
+  std::optional<TickInterval> tickInterval;
   std::vector<Literal> values;
   std::optional<bool> grid;
   std::string orient;
@@ -132,7 +141,7 @@ struct Encoding {
   std::optional<SortSpec> sortBy;
   std::optional<AggregateOperation> aggregate;
   std::optional<BinSpec> bin;
-  std::string timeUnit;  ///< a name that TimeUnit knows
+  TimeUnitSpec timeUnit;
   std::optional<StackOffset> stack;
   /// What was derived, once the channel's field is a column of rows to be drawn: where a bin or a unit of
   /// time ends, the numbers that order the values, and what guides are called.

@@ -182,6 +182,8 @@ void CheckGuides(JsonValue const& value, Encoding const& encoding) {
   bool const hasDates = !encoding.timeUnit.empty();
   CheckGuide(value, "axis", encoding.type, hasDates, encoding.axis.values);
   CheckGuide(value, "legend", encoding.type, hasDates, encoding.legend.values);
+  if (encoding.axis.tickInterval && encoding.type != FieldType::Temporal)
+    value.FailAt("axis.tickCount", "an interval of time is for temporal fields only; use a number");
   auto const& side = encoding.axis.orient;
   bool const isVertical = side == "left" || side == "right";
   if (!side.empty() && isVertical != (encoding.channel == Channel::Y)) {

@@ -2,6 +2,7 @@
 
 #include "charts/document/JsonObjectReader.h"
 #include "charts/document/Readers.h"
+#include "charts/document/TransformReaders.h"
 
 namespace ostrel::charts {
 
@@ -85,7 +86,14 @@ AxisSpec ReadAxis(JsonValue const& value) {
       .Title("title", axis.title)
       .Text("format", axis.format)
       .Number("labelAngle", axis.labelAngle, kDegrees)
-      .Number("tickCount", axis.tickCount, kTickCount)
+      .On("tickCount",
+          [&](JsonValue const& count) {
+            if (count.Get().is_number()) {
+              axis.tickCount = count.ReadNumber(kTickCount);
+            } else {
+              axis.tickInterval = ReadTickInterval(count);
+            }
+          })
       .Literals("values", axis.values)
       .Bool("grid", axis.grid)
       .OneOf("orient", axis.orient, std::span<NamedValue<char const*> const>(kAxisSides))

@@ -3,7 +3,6 @@
 #include "charts/document/JsonObjectReader.h"
 #include "charts/document/Readers.h"
 #include "charts/document/TransformReaders.h"
-#include "charts/functions/TimeUnits.h"
 
 namespace ostrel::charts {
 
@@ -244,31 +243,6 @@ std::optional<BinSpec> ReadBin(JsonValue const& value) {
       .Refuse("binned", "is not supported; use \"bin\": \"binned\"")
       .Read();
   return bin;
-}
-
-std::string ReadTimeUnit(JsonValue const& value) {
-  std::string name;
-  if (value.IsOff()) return name;
-  if (value.IsObject()) {
-    std::optional<bool> isUtc;
-    JsonObjectReader(value)
-        .Text("unit", name)
-        .Bool("utc", isUtc)
-        .Refuse("step", "is not supported; use a larger unit")
-        .Refuse("maxbins", "is not supported; use a unit")
-        .Refuse("binned", "is not supported; leave it out")
-        .Read();
-    if (name.empty()) value.FailAt("unit", "is missing");
-  } else {
-    name = value.ReadText();
-  }
-  if (!TimeUnit::FromName(name)) {
-    value.Fail(
-        fmt::format("\"{}\" is not supported; use a unit such as year, yearmonth, yearmonthdate, quarter, "
-                    "month, date, day, hours",
-                    name));
-  }
-  return name;
 }
 
 StackOffset ReadStack(JsonValue const& value) {

@@ -16,7 +16,9 @@ char const* NameOf(AggregateOperation operation);
 /// true, "binned" or an object; nullopt where it is off.
 std::optional<BinSpec> ReadBin(JsonValue const& value);
 /// A unit's name, or an object with one; empty where it is off.
-std::string ReadTimeUnit(JsonValue const& value);
+TimeUnitSpec ReadTimeUnit(JsonValue const& value);
+/// "week", or an object with such an interval of ticks.
+TickInterval ReadTickInterval(JsonValue const& value);
 StackOffset ReadStack(JsonValue const& value);
 
 }  // namespace ostrel::charts

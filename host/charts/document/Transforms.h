@@ -24,6 +24,19 @@ struct BinSpec {
   std::optional<double> extentEnd;
 };
 
+/// A unit of time, and where its years or weeks begin.
+struct TimeUnitSpec {
+  std::string name;                ///< one that TimeUnit knows, or "yearweek"; empty where there is none
+  std::optional<int> fiscalStart;  ///< the first month of a fiscal year, 1 to 12; of years and quarters
+  int weekStart = 1;               ///< the first day of a week, Sunday 1 to Saturday 7
+
+  bool operator==(TimeUnitSpec const&) const = default;
+  bool empty() const { return name.empty(); }
+  bool IsWeek() const { return name == "yearweek"; }
+  /// Its beginnings are counted from one of them, instead of being read off the calendar.
+  bool IsPeriod() const { return IsWeek() || fiscalStart; }
+};
+
 /// How the values of a discrete field are ordered by numbers: those of another channel, or a field's.
 struct SortSpec {
   std::string channel;  ///< "x", "y", "color", ...; empty: the field is meant
@@ -38,7 +51,7 @@ struct FilterSpec {
   Kind kind = Kind::Equal;
   std::string path;  ///< "$.transform[0].filter"
   std::string field;
-  std::string timeUnit;
+  TimeUnitSpec timeUnit;
   std::vector<Literal> values;  ///< one of a comparison; two of a range, which may be open (monostate)
   bool isValid = true;
   std::vector<FilterSpec> parts;
@@ -67,7 +80,7 @@ struct BinTransform {
 
 struct TimeUnitTransform {
   std::string path;
-  std::string unit;
+  TimeUnitSpec unit;
   std::string field;
   std::string start;
   std::string end;

@@ -15,5 +15,6 @@ BuiltinFamily PaletteFamily();
 BuiltinFamily CalendarFamily();
 BuiltinFamily BinFamily();
 BuiltinFamily MapFamily();
+BuiltinFamily PeriodFamily();
 
 }  // namespace ostrel::charts

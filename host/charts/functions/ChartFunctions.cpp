@@ -8,8 +8,10 @@ namespace {
 using namespace ort::core;
 
 std::vector<BuiltinFamily> MakeFamilies(std::shared_ptr<services::TextMeasurer const> measurer) {
-  return {TickFamily(), LabelFamily(std::move(measurer)), PaletteFamily(), CalendarFamily(), BinFamily(),
-          MapFamily()};
+  return {TickFamily(),    LabelFamily(std::move(measurer)),
+          PaletteFamily(), CalendarFamily(),
+          BinFamily(),     MapFamily(),
+          PeriodFamily()};
 }
 
 }  // namespace

@@ -67,8 +67,8 @@ NodeId GraphBuilder::Call(std::string const& name, char const* function, std::ve
   return Add(name, function, core::EvaluationMode::Call, std::move(inputs), {});
 }
 
-NodeId GraphBuilder::Scan(std::string const& name, char const* function, NodeId column, NodeId groups,
-                          std::optional<NodeId> initial) {
+NodeId GraphBuilder::Scan(std::string const& name, char const* function, NodeId column,
+                          std::optional<NodeId> groups, std::optional<NodeId> initial) {
   return graph_.AddFunction({.name = OStringCore::fromUtf8(name),
                              .function = OStringCore::fromUtf8(function),
                              .mode = core::EvaluationMode::Scan,

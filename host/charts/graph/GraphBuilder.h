@@ -42,10 +42,10 @@ class GraphBuilder {
   NodeId Map(std::string const& name, char const* function, NodeId input,
              std::vector<NodeId> parameters = {});
   NodeId Zip(std::string const& name, char const* function, NodeId first, NodeId second);
-  /// Every step of a function folded over the rows of each group, from the initial value on, or from the
-  /// zero of its type.
-  NodeId Scan(std::string const& name, char const* function, NodeId column, NodeId groups,
-              std::optional<NodeId> initial = std::nullopt);
+  /// Every step of a function folded over all rows, or over those of each group, from the initial value on,
+  /// or from the zero of its type.
+  NodeId Scan(std::string const& name, char const* function, NodeId column,
+              std::optional<NodeId> groups = std::nullopt, std::optional<NodeId> initial = std::nullopt);
   NodeId Call(std::string const& name, char const* function, std::vector<NodeId> inputs);
 
   /// Asks for a node's value. Gives the node.

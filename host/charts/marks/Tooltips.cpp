@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "charts/functions/TimeUnits.h"
+#include "charts/graph/PeriodNodes.h"
 
 namespace ostrel::charts {
 namespace {
@@ -13,11 +13,11 @@ NodeId FormatDateColumn(MarkContext& context, Encoding const& encoding) {
   bool const isDate = dates.GetType() == ort::core::StoreType::Date;
   NodeId const instants =
       isDate ? graph.Map(encoding.field + " instants", "toDateTime", dates.node) : dates.node;
-  std::string pattern = encoding.format;
-  if (auto const unit = TimeUnit::FromName(encoding.timeUnit); unit && pattern.empty())
-    pattern = unit->GetLabelPattern();
-  if (pattern.empty()) pattern = "%Y-%m-%d";
-  return graph.Call(encoding.field + " texts", "formatDates", {instants, graph.Text(pattern)});
+  std::string const name = encoding.field + " texts";
+  if (!encoding.timeUnit.empty())
+    return FormatUnits(graph, name, encoding.timeUnit, instants, encoding.format);
+  std::string const pattern = encoding.format.empty() ? "%Y-%m-%d" : encoding.format;
+  return graph.Call(name, "formatDates", {instants, graph.Text(pattern)});
 }
 
 std::string TooltipTitle(Encoding const& encoding) {

@@ -2,7 +2,7 @@
 
 #include <fmt/format.h>
 
-#include "charts/functions/TimeUnits.h"
+#include "charts/graph/PeriodNodes.h"
 
 namespace ostrel::charts {
 namespace {
@@ -93,12 +93,10 @@ std::string const& GetFormat(Encoding const& encoding) {
 
 // Units of time are shown by a pattern.
 NodeId FormatLabels(GraphBuilder& graph, ScaleSource const& source, NodeId domain) {
-  std::string const& unit = source.encoding.timeUnit;
+  TimeUnitSpec const& unit = source.encoding.timeUnit;
   if (unit.empty() || !source.encoding.scale.domain.empty()) return domain;
-  std::string pattern = GetFormat(source.encoding);
-  if (pattern.empty()) pattern = TimeUnit::FromName(unit)->GetLabelPattern();
   NodeId const dates = graph.Map(source.name + " dates", "toDateTime", domain);
-  return graph.Call(source.name + " texts", "formatDates", {dates, graph.Text(pattern)});
+  return FormatUnits(graph, source.name + " texts", unit, dates, GetFormat(source.encoding));
 }
 
 }  // namespace

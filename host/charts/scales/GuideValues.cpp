@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "charts/graph/PeriodNodes.h"
 #include "charts/scene/Scene.h"
 #include "ostrelrtcore/OrtDateTime.h"
 
@@ -26,8 +27,13 @@ std::unique_ptr<std::vector<double>> ReadGivenNumbers(Compilation const& compila
 GuideValues PlanDates(Compilation& compilation, Encoding const& encoding, ScaledField const& field,
                       GuideRequest const& request) {
   GraphBuilder& graph = compilation.graph;
+  std::optional<TickInterval> interval = encoding.axis.tickInterval;
+  if (!interval && encoding.timeUnit.IsPeriod()) interval = {encoding.timeUnit, std::nullopt};
   NodeId dates = -1;
-  if (request.values.empty()) {
+  if (request.values.empty() && interval) {
+    dates = PlanUnitTicks(graph, request.name, {interval->unit, interval->step, request.count}, field.minimum,
+                          field.maximum);
+  } else if (request.values.empty()) {
     dates = graph.Call(request.name + " dates", "timeTicks",
                        {field.minimum, field.maximum, graph.Real(request.count)});
   } else {
@@ -37,7 +43,9 @@ GuideValues PlanDates(Compilation& compilation, Encoding const& encoding, Scaled
     dates = graph.Map(request.name + " dates", "toDateTime", days);
   }
   return {graph.Map(request.name + " values", "toReal64", dates),
-          graph.Call(request.name + " labels", "formatDates", {dates, graph.Text(request.format)})};
+          interval
+              ? FormatUnitTicks(graph, request.name + " labels", interval->unit, dates, request.format)
+              : graph.Call(request.name + " labels", "formatDates", {dates, graph.Text(request.format)})};
 }
 
 NodeId PlanLogNumbers(GraphBuilder& graph, Encoding const& encoding, ScaledField const& field,

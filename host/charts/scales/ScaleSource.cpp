@@ -46,6 +46,7 @@ class EncodingJoiner {
     Join("axis.format", axis.format, further_.axis.format);
     Join("axis.labelAngle", axis.labelAngle, further_.axis.labelAngle);
     Join("axis.tickCount", axis.tickCount, further_.axis.tickCount);
+    Join("axis.tickCount", axis.tickInterval, further_.axis.tickInterval);
     Join("axis.values", axis.values, further_.axis.values);
     Join("axis.grid", axis.grid, further_.axis.grid);
     Join("axis.orient", axis.orient, further_.axis.orient);

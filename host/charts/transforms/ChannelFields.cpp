@@ -123,7 +123,7 @@ class ChannelDeriver {
 
   // Dates that all lie in the one year that stands for any show no year.
   static void SetUnitFormat(Encoding& encoding) {
-    auto const unit = TimeUnit::FromName(encoding.timeUnit);
+    auto const unit = TimeUnit::FromName(encoding.timeUnit.name);
     if (unit && !unit->HasYear() && encoding.axis.format.empty())
       encoding.axis.format = unit->GetLabelPattern();
   }
@@ -139,8 +139,13 @@ class ChannelDeriver {
   }
 
   void FloorToTimeUnit(Encoding& encoding) {
-    std::string const start = NewName(encoding.timeUnit + "_" + encoding.field);
-    encoding.derivedTitle = fmt::format("{} ({})", encoding.field, encoding.timeUnit);
+    TimeUnitSpec const& spec = encoding.timeUnit;
+    std::string const start =
+        NewName(spec.IsPeriod() ? fmt::format("{}_{}_{}_{}", spec.name, spec.fiscalStart.value_or(0),
+                                              spec.weekStart, encoding.field)
+                                : spec.name + "_" + encoding.field);
+    encoding.derivedTitle =
+        fmt::format("{} ({}{})", encoding.field, spec.fiscalStart ? "fiscal " : "", spec.name);
     encoding.endField = start + "_end";
     if (drawn_.rows->GetTable().Find(start) == nullptr) {
       TimeUnitTransform const unit{encoding.path, encoding.timeUnit, encoding.field, start,

@@ -1,5 +1,6 @@
 #include <fmt/format.h>
 
+#include "charts/graph/PeriodNodes.h"
 #include "charts/transforms/RowTransforms.h"
 #include "ostrelrtcore/OrtDateTime.h"
 
@@ -72,8 +73,7 @@ class FilterMask {
   NodeId Dates(FilterSpec const& filter) {
     NodeId const dates = step_.Instants(filter.field);
     if (filter.timeUnit.empty()) return dates;
-    return graph_.Call(filter.timeUnit + " " + filter.field, "timeUnitFloor",
-                       {dates, graph_.Text(filter.timeUnit)});
+    return FloorDates(graph_, filter.timeUnit.name + " " + filter.field, filter.timeUnit, dates);
   }
 
   OrtDateTime ReadDate(FilterSpec const& filter, Literal const& literal) const {

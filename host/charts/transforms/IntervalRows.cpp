@@ -1,5 +1,6 @@
 #include <fmt/format.h>
 
+#include "charts/graph/PeriodNodes.h"
 #include "charts/transforms/RowTransforms.h"
 
 namespace ostrel::charts {
@@ -50,10 +51,9 @@ std::shared_ptr<LayerRows> BinRows(GraphBuilder& graph, BinTransform const& bin,
 std::shared_ptr<LayerRows> FloorRowsToTimeUnit(GraphBuilder& graph, TimeUnitTransform const& unit,
                                                LayerRows& rows) {
   RowStep step(graph, rows, unit.path);
-  NodeId const name = graph.Text(unit.unit);
-  NodeId const start = graph.Call(unit.start, "timeUnitFloor", {step.Instants(unit.field), name});
+  NodeId const start = FloorDates(graph, unit.start, unit.unit, step.Instants(unit.field));
   step.Set(unit.start, start);
-  step.Set(unit.end, graph.Call(unit.end, "nextTimeUnit", {start, name}));
+  step.Set(unit.end, FollowDates(graph, unit.end, unit.unit, start));
   return step.Extend();
 }
 

@@ -51,6 +51,7 @@ Value Texts(std::vector<std::string> const& texts, std::vector<int> special = {}
   return Column(StoreType::String, std::move(values), std::move(special));
 }
 Value Real(double value) { return factory::MakeReal64(value); }
+Value Date(OrtDateTime date) { return factory::MakeDateTime(date); }
 Value Text(std::string const& text) { return factory::MakeString(OStringCore::fromUtf8(text)); }
 Value SpecialReal() { return factory::MakeSpecial({StoreType::Real64, false}, kSpecial); }
 Value Font() {
@@ -129,6 +130,21 @@ TEST(ChartFunctions, AnswerCalls) {
        {Dates({OrtDateTime(2020, 5, 17, 12), {}}, {1}), Text("month")},
        "2012-05-01T00:00:00.0000|<9>"},
       {"nextTimeUnit", {Dates({OrtDateTime(2020, 12, 1)}), Text("yearmonth")}, "2021-01-01T00:00:00.0000"},
+      {"periodFloor",
+       {Dates({OrtDateTime(2016, 2, 29, 12), {}}, {1}), Date(OrtDateTime(2010, 10, 1)),
+        factory::MakeInt32(12), factory::MakeInt32(0)},
+       "2015-10-01T00:00:00.0000|<9>"},
+      {"nextPeriod",
+       {Dates({OrtDateTime(2016, 2, 29, 12)}), Date(OrtDateTime(2016, 1, 4)), factory::MakeInt32(0),
+        factory::MakeInt32(7)},
+       "2016-03-07T00:00:00.0000"},
+      {"periodTicks",
+       {Date(OrtDateTime(2006, 1, 1)), Date(OrtDateTime(2016, 1, 1)), Date(OrtDateTime(2005, 10, 1)),
+        factory::MakeInt32(12), factory::MakeInt32(0), factory::MakeInt32(2006), factory::MakeInt32(5)},
+       "2009-10-01T00:00:00.0000|2014-10-01T00:00:00.0000"},
+      {"moveToYear",
+       {Dates({OrtDateTime(2016, 4, 1)}), Date(OrtDateTime(2015, 10, 1)), factory::MakeInt32(2016)},
+       "2016-07-01T00:00:00.0000"},
       {"binRange", {Real(1.4), Real(9.3), Real(10), Real(0), Real(0)}, "1|10|1"},
   };
   for (auto const& [function, inputs, result] : cases) {
@@ -208,6 +224,10 @@ TEST(ChartFunctions, RefuseWithCodeAndMessage) {
        259,
        "latitudes: 2 rows beside 1"},
       {"timeUnitFloor", {Dates({}), Text("moon")}, 55, "no time unit is named \"moon\""},
+      {"periodFloor",
+       {Dates({}), Date(OrtDateTime()), factory::MakeInt32(3), factory::MakeInt32(7)},
+       2,
+       "a period is so many months or so many days, above 0"},
       {"binRange", {Real(1), Real(0), Real(10), Real(0), Real(0)}, 2, "bins need a range of finite numbers"},
       {"binRange", {Real(0), Real(1), Real(0), Real(0), Real(0)}, 2, "bins need a range of finite numbers"},
       {"binRange",
