@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <functional>
 #include <limits>
 #include <numeric>
 
@@ -9,6 +10,7 @@
 #include "ostrelrtcore/values/ColumnValue.h"
 #include "ostrelrtcore/values/ContainerValue.h"
 #include "ostrelrtcore/values/ScalarValue.h"
+#include "ostrelrtcore/values/ValueOrder.h"
 
 namespace ort::core::factory {
 namespace {
@@ -94,6 +96,22 @@ void RequireStorage(StoreTypeInfo const& elementType, StorageClass storage) {
   }
 }
 
+// The payloads of a key set of slices.
+class SliceSource final : public IPayloadSource<Value> {
+ public:
+  // `starts` ends with the end of the last slice.
+  SliceSource(Value column, std::vector<int> starts)
+      : column_(std::move(column)), starts_(std::move(starts)) {}
+
+  Value MakePayload(std::size_t position) const override {
+    return MakeSlice(column_, starts_[position], starts_[position + 1] - starts_[position]);
+  }
+
+ private:
+  Value column_;
+  std::vector<int> starts_;
+};
+
 std::unique_ptr<NamedValues> RequireMembers(std::unique_ptr<NamedValues> values) {
   if (values == nullptr) ThrowInvalid(L"no members");
   return values;
@@ -174,6 +192,47 @@ ORT_INSTANTIATE_KEY_SET(RIndirectString, Value)
 ORT_INSTANTIATE_KEY_SET(Value, Value)
 #undef ORT_INSTANTIATE_KEY_SET
 
+Value MakeSlice(Value const& column, int first, int count) {
+  if (column == nullptr) ThrowInvalid(L"no column");
+  ColumnView const& view = column->AsColumn();
+  if (view.HasSpecials()) ThrowInvalid(L"a slice of a column with special rows");
+  if (first < 0 || count < 0 || count > view.GetCount() - first) {
+    ThrowInvalid(L"a slice of rows that the column does not have");
+  }
+  void const* element = view.GetFirstElement();
+  if (!view.IsConstant()) {
+    element = static_cast<std::byte const*>(element) +
+              static_cast<std::size_t>(first) * GetElementSize(view.GetStorage());
+  }
+  return std::make_shared<ColumnValue>(
+      column->GetTypeInfo().GetElementType(),
+      ColumnView::Content{
+          view.GetStorage(), count, view.IsConstant(), SpecialKind::None, element, column, {}, {}});
+}
+
+Value MakeKeySetOfSlices(StoreTypeInfo const& keyType, std::vector<uint32> const& keys,
+                         std::vector<int> starts, Value const& column,
+                         std::unique_ptr<std::unordered_map<SpecialKind, Value>> specialEntries) {
+  if (GetStorageClass(keyType) != StorageClass::UInt32)
+    ThrowInvalid(L"keys of another width than their type");
+  if (starts.size() != keys.size()) ThrowInvalid(L"keys and slices of unequal number");
+  auto const isOrdered = [&](uint32 a, uint32 b) { return CompareForListing(keyType, a, b) < 0; };
+  if (std::ranges::adjacent_find(keys, std::not_fn(isOrdered)) != keys.end()) {
+    ThrowInvalid(L"keys that do not ascend");
+  }
+  if (column == nullptr) ThrowInvalid(L"no column");
+  starts.push_back(column->AsColumn().GetCount());
+  if (starts.front() < 0 || !std::ranges::is_sorted(starts) || column->AsColumn().HasSpecials()) {
+    ThrowInvalid(L"slices that the column does not have");
+  }
+  KeySetTypes const types{keyType, StoreTypeInfo::Array, StoreTypeInfo::Array};
+  using Dictionary = IStoreDictionary<uint32, Value>;
+  auto dictionary = std::make_shared<Dictionary const>(
+      keys, std::make_unique<SliceSource>(column, std::move(starts)),
+      specialEntries ? std::move(*specialEntries) : Dictionary::SpecialEntries());
+  return std::make_shared<KeySetValue<uint32, Value>>(types, std::move(dictionary));
+}
+
 namespace detail {
 
 Value MakeColumn(StoreTypeInfo const& elementType, StorageClass storage, void* elements, std::size_t count,
@@ -230,23 +289,9 @@ ColumnMemory AllocateElements(std::size_t count) {
 ColumnMemory ColumnMemory::Allocate(StorageClass storage, int count) {
   if (count < 0) factory::ThrowInvalid(L"a column of a negative count");
   auto const rows = static_cast<std::size_t>(count);
-  std::size_t width = 8;
-  switch (storage) {
-    case StorageClass::String:
-      return AllocateElements<RIndirectString>(rows);
-    case StorageClass::Value:
-      return AllocateElements<std::shared_ptr<StoreValue>>(rows);
-    case StorageClass::UInt8:
-      width = 1;
-      break;
-    case StorageClass::UInt32:
-      width = 4;
-      break;
-    case StorageClass::UInt64:
-      width = 8;
-      break;
-  }
-  auto buffer = std::make_shared<PooledBuffer>(rows * width);
+  if (storage == StorageClass::String) return AllocateElements<RIndirectString>(rows);
+  if (storage == StorageClass::Value) return AllocateElements<std::shared_ptr<StoreValue>>(rows);
+  auto buffer = std::make_shared<PooledBuffer>(rows * GetElementSize(storage));
   void* const first = buffer->data();
   return {first, std::move(buffer)};
 }

@@ -69,6 +69,17 @@ ORTCORE_API Value MakeKeySet(StoreTypeInfo const& keyType, StoreTypeInfo const& 
                              std::unique_ptr<std::unordered_map<K, V>> entries,
                              std::unique_ptr<std::unordered_map<SpecialKind, V>> specialEntries);
 
+/// `count` rows from `first` on of a column without special rows, as a column that shares its storage. Throws
+/// 55 for rows that the column does not have.
+ORTCORE_API Value MakeSlice(Value const& column, int first, int count);
+
+/// A key set of 32-bit keys to slices of one column, which are made when they are looked up or listed: the
+/// payload of keys[i] are the column's rows from starts[i] up to the next start or the column's end. The keys
+/// ascend by the order of their type, the starts too. specialEntries may be null.
+ORTCORE_API Value MakeKeySetOfSlices(StoreTypeInfo const& keyType, std::vector<uint32> const& keys,
+                                     std::vector<int> starts, Value const& column,
+                                     std::unique_ptr<std::unordered_map<SpecialKind, Value>> specialEntries);
+
 namespace detail {
 /// A column over elements that `owner` keeps alive. Lists may be null, unsorted, doubled: see MakeArray.
 ORTCORE_API Value MakeColumn(StoreTypeInfo const& elementType, StorageClass storage, void* elements,

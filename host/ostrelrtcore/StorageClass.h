@@ -38,6 +38,22 @@ constexpr StorageClass GetStorageClass(StoreType elementType) noexcept {
   }
 }
 
+/// The bytes of one element.
+constexpr std::size_t GetElementSize(StorageClass storage) noexcept {
+  switch (storage) {
+    case StorageClass::UInt8:
+      return 1;
+    case StorageClass::UInt32:
+      return 4;
+    case StorageClass::UInt64:
+      return 8;
+    case StorageClass::String:
+      return sizeof(RIndirectString);
+    default:
+      return sizeof(std::shared_ptr<StoreValue>);
+  }
+}
+
 template <class T>
 struct ElementTraits;
 

@@ -1,6 +1,8 @@
 #include "ostrelrtcore/StoreDictionary.h"
 
 #include <algorithm>
+#include <atomic>
+#include <mutex>
 
 #include "ostrelrtcore/StoreValue.h"
 #include "ostrelrtcore/values/ValueOrder.h"
@@ -40,6 +42,18 @@ void DropEqualKeys(Listing& entries) {
 }  // namespace
 
 template <class K, class V>
+struct IStoreDictionary<K, V>::Deferred {
+  std::unique_ptr<IPayloadSource<V> const> source;
+  std::mutex mutex;
+  std::atomic<bool> isListed{false};
+};
+
+template <class K, class V>
+IStoreDictionary<K, V>::~IStoreDictionary() = default;
+template <class K, class V>
+IStoreDictionary<K, V>::IStoreDictionary(IStoreDictionary&&) noexcept = default;
+
+template <class K, class V>
 IStoreDictionary<K, V>::IStoreDictionary(KeySetTypes const& types, Entries entries, SpecialEntries specials) {
   if constexpr (std::is_same_v<K, std::shared_ptr<StoreValue>>) {
     for (auto const& [key, payload] : entries) {
@@ -53,9 +67,30 @@ IStoreDictionary<K, V>::IStoreDictionary(KeySetTypes const& types, Entries entri
     return CompareKeys(keyType, a.first, b.first) < 0;
   });
   DropEqualKeys(entries_);
+  SetSpecials(specials);
+  IndexKeys();
+}
+
+template <class K, class V>
+IStoreDictionary<K, V>::IStoreDictionary(std::vector<K> const& keys,
+                                         std::unique_ptr<IPayloadSource<V> const> source,
+                                         SpecialEntries specials)
+    : deferred_(std::make_unique<Deferred>()) {
+  deferred_->source = std::move(source);
+  entries_.reserve(keys.size());
+  for (K const& key : keys) entries_.emplace_back(key, V{});
+  SetSpecials(specials);
+  IndexKeys();
+}
+
+template <class K, class V>
+void IStoreDictionary<K, V>::SetSpecials(SpecialEntries const& specials) {
   specials_.assign(specials.begin(), specials.end());
   std::ranges::sort(specials_, {}, &std::pair<SpecialKind, V>::first);
+}
 
+template <class K, class V>
+void IStoreDictionary<K, V>::IndexKeys() {
   std::size_t const slotCount = std::bit_ceil(entries_.size() * 2 + 1);
   mask_ = slotCount - 1;
   slots_.assign(slotCount, 0);
@@ -64,6 +99,21 @@ IStoreDictionary<K, V>::IStoreDictionary(KeySetTypes const& types, Entries entri
     while (slots_[slot] != 0) slot = (slot + 1) & mask_;
     slots_[slot] = static_cast<uint32>(i + 1);
   }
+}
+
+template <class K, class V>
+V IStoreDictionary<K, V>::MakePayload(std::size_t position) const {
+  if (deferred_->isListed.load(std::memory_order_acquire)) return entries_[position].second;
+  return deferred_->source->MakePayload(position);
+}
+
+template <class K, class V>
+void IStoreDictionary<K, V>::ListPayloads() const {
+  if (deferred_->isListed.load(std::memory_order_acquire)) return;
+  std::lock_guard const lock(deferred_->mutex);
+  if (deferred_->isListed.load(std::memory_order_relaxed)) return;
+  for (std::size_t i = 0; i < entries_.size(); ++i) entries_[i].second = deferred_->source->MakePayload(i);
+  deferred_->isListed.store(true, std::memory_order_release);
 }
 
 template <class K, class V>

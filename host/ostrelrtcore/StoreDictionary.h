@@ -43,6 +43,15 @@ struct KeySetTypes {
   StoreTypeInfo indexType;
 };
 
+/// Makes a dictionary's payloads when they are asked for, by their position in its listing; the same position
+/// gives equal payloads each time. Safe from many threads.
+template <class V>
+class IPayloadSource {
+ public:
+  virtual ~IPayloadSource() = default;
+  virtual V MakePayload(std::size_t position) const = 0;
+};
+
 /// A key set or key map read as a mapping from a key, in its storage class, to a payload. Special keys are
 /// held apart by their kind. Immutable; look-ups are constant time and safe from many threads.
 template <class K, class V>
@@ -54,6 +63,11 @@ class ORTCORE_API IStoreDictionary {
   using SpecialListing = std::vector<std::pair<SpecialKind, V>>;
 
   IStoreDictionary(KeySetTypes const& types, Entries entries, SpecialEntries specials);
+  /// Keys that ascend, without doubles, and what makes their payloads.
+  IStoreDictionary(std::vector<K> const& keys, std::unique_ptr<IPayloadSource<V> const> source,
+                   SpecialEntries specials);
+  ~IStoreDictionary();
+  IStoreDictionary(IStoreDictionary&&) noexcept;
 
   /// The number of ordinary keys.
   int GetCount() const noexcept { return static_cast<int>(entries_.size()); }
@@ -63,7 +77,8 @@ class ORTCORE_API IStoreDictionary {
     for (std::size_t slot = detail::HashKey(key) & mask_;; slot = (slot + 1) & mask_) {
       uint32 const index = slots_[slot];
       if (index == 0) return V{};
-      if (detail::EqualKeys(entries_[index - 1].first, key)) return entries_[index - 1].second;
+      if (!detail::EqualKeys(entries_[index - 1].first, key)) continue;
+      return deferred_ == nullptr ? entries_[index - 1].second : MakePayload(index - 1);
     }
   }
 
@@ -71,11 +86,23 @@ class ORTCORE_API IStoreDictionary {
   V LookupSpecial(SpecialKind kind) const;
 
   /// All entries by ascending key (by the order of the key's type), and the special ones by ascending kind.
-  Listing const& GetEntries() const noexcept { return entries_; }
+  /// Payloads that come from a source are made here, once; looked up before, they are made each time.
+  Listing const& GetEntries() const {
+    if (deferred_ != nullptr) ListPayloads();
+    return entries_;
+  }
   SpecialListing const& GetSpecialEntries() const noexcept { return specials_; }
 
  private:
-  Listing entries_;
+  struct Deferred;
+
+  void SetSpecials(SpecialEntries const& specials);
+  void IndexKeys();
+  V MakePayload(std::size_t position) const;
+  void ListPayloads() const;
+
+  Listing mutable entries_;  // without payloads until these are listed, when they are deferred
+  std::unique_ptr<Deferred> deferred_;
   SpecialListing specials_;
   std::vector<uint32> slots_;  // open addressing; position in entries_ plus one, 0 for a free slot
   std::size_t mask_ = 0;

@@ -1,9 +1,11 @@
 #include <gtest/gtest.h>
 
 #include <bit>
+#include <climits>
 #include <cmath>
 #include <limits>
 #include <random>
+#include <thread>
 
 #include "ostrelrtcore/ErrorOf.h"
 #include "ostrelrtcore/Factory.h"
@@ -186,6 +188,55 @@ TEST(KeySet, RefusesWhatDoesNotFit) {
                                                         StoreTypeInfo::Int32, nullptr, nullptr);
   auto const& dictionary = empty->AsDictionary<uint32, Value>();
   EXPECT_EQ(dictionary.GetCount(), 0);
+}
+
+Value KeySetOfSlices(std::vector<int> const& keys, std::vector<int> starts) {
+  auto const column = factory::MakeArray<int>(
+      StoreTypeInfo::Int32, std::make_unique<std::vector<int>>(std::vector{10, 11, 12, 13, 14}));
+  return factory::MakeKeySetOfSlices(StoreTypeInfo::Int32, {keys.begin(), keys.end()}, std::move(starts),
+                                     column, nullptr);
+}
+
+std::vector<int> RowsOf(Value const& column) {
+  auto const rows = column->AsTypedArray<int>().GetValues();
+  return {rows.begin(), rows.end()};
+}
+
+TEST(KeySetOfSlices, ListsOnceForAllThreadsWhatItMakesForEachLookup) {
+  std::vector<std::vector<int>> const slices{{11, 12}, {}, {13, 14}};
+  auto const keySet = KeySetOfSlices({-3, 0, 7}, {1, 3, 3});
+  auto const& dictionary = keySet->AsDictionary<uint32, Value>();
+  EXPECT_EQ(dictionary.GetCount(), 3);
+  EXPECT_EQ(dictionary.Lookup(1), nullptr);
+  std::vector<std::vector<std::pair<uint32, Value>> const*> listings(4);
+  std::vector<std::thread> threads;
+  for (auto& listing : listings) {
+    threads.emplace_back([&] {
+      EXPECT_EQ(RowsOf(dictionary.Lookup(static_cast<uint32>(-3))), slices[0]);
+      listing = &dictionary.GetEntries();
+      EXPECT_EQ(dictionary.Lookup(7), listing->at(2).second);
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  for (std::size_t i = 0; i < slices.size(); ++i) EXPECT_EQ(RowsOf(listings[0]->at(i).second), slices[i]);
+  EXPECT_TRUE(keySet->Equals(*KeySetOfSlices({-3, 0, 7}, {1, 3, 3})));
+  EXPECT_FALSE(keySet->Equals(*KeySetOfSlices({-3, 0, 7}, {1, 2, 3})));
+}
+
+TEST(KeySetOfSlices, RefusesKeysAndSlicesOutOfOrder) {
+  Error const slices(55, "slices that the column does not have");
+  EXPECT_EQ(ErrorOf([] { KeySetOfSlices({0, -1}, {0, 1}); }), Error(55, "keys that do not ascend"));
+  EXPECT_EQ(ErrorOf([] { KeySetOfSlices({1, 1}, {0, 1}); }), Error(55, "keys that do not ascend"));
+  EXPECT_EQ(ErrorOf([] { KeySetOfSlices({1}, {}); }), Error(55, "keys and slices of unequal number"));
+  EXPECT_EQ(ErrorOf([] { KeySetOfSlices({1, 2}, {-1, 2}); }), slices);
+  EXPECT_EQ(ErrorOf([] { KeySetOfSlices({1, 2}, {3, 2}); }), slices);
+  EXPECT_EQ(ErrorOf([] { KeySetOfSlices({1}, {6}); }), slices);
+  auto const column = factory::MakeConstantArray<int>(StoreTypeInfo::Int32, 4, 3);
+  EXPECT_EQ(RowsOf(factory::MakeSlice(column, 1, 2)), (std::vector{4, 4}));
+  Error const rows(55, "a slice of rows that the column does not have");
+  for (auto const& [first, count] : {std::pair{-1, 1}, {0, 4}, {4, 0}, {2, INT_MAX}, {0, -1}}) {
+    EXPECT_EQ(ErrorOf([&] { factory::MakeSlice(column, first, count); }), rows) << first << " " << count;
+  }
 }
 
 }  // namespace

@@ -20,10 +20,6 @@ T Load(unsigned char const* bits) {
 
 }  // namespace
 
-std::size_t GetElementSize(StorageClass storage) noexcept {
-  return VisitStorage(storage, []<class T>() { return sizeof(T); });
-}
-
 ElementSlot::ElementSlot(Value const& scalar) : storage_(GetStorageClass(scalar->GetStoreType())) {
   if (scalar->IsSpecial()) return;
   switch (scalar->GetStoreType()) {

@@ -8,8 +8,6 @@ namespace ort::core::engine {
 
 using Value = factory::Value;
 
-std::size_t GetElementSize(StorageClass storage) noexcept;
-
 /// Calls visit.operator()<T>() with the element type of a storage class.
 template <class Visit>
 decltype(auto) VisitStorage(StorageClass storage, Visit&& visit) {

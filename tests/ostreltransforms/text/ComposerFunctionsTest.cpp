@@ -61,19 +61,22 @@ TEST_F(ComposerFunctions, IndexListsTheRowsOfEachNumber) {
   EXPECT_EQ(index(factory::MakeConstantArray<int>(StoreTypeInfo::Int32, 2, kNull)), "!9: 0 1\n");
 
   std::mt19937 random(5);
-  std::vector<int> numbers;
-  std::map<int, std::vector<int>> rows;
-  for (int row = 0; row < 5000; ++row) {
-    numbers.push_back(static_cast<int>(random() % 700) - 350);
-    rows[numbers.back()].push_back(row);
+  // Numbers from so narrow and so wide a range that one digit, two and three order them.
+  for (unsigned const range : {1U, 700U, 100'000U, 0xFFFFFFFFU}) {
+    std::vector<int> numbers;
+    std::map<int, std::vector<int>> rows;
+    for (int row = 0; row < 5000; ++row) {
+      numbers.push_back(static_cast<int>(random() % range - range / 2));
+      rows[numbers.back()].push_back(row);
+    }
+    std::string expected;
+    for (auto const& [number, places] : rows) {
+      expected += std::to_string(number) + ":";
+      for (int const row : places) expected += " " + std::to_string(row);
+      expected += "\n";
+    }
+    EXPECT_EQ(index(Ints(numbers)), expected);
   }
-  std::string expected;
-  for (auto const& [number, places] : rows) {
-    expected += std::to_string(number) + ":";
-    for (int const row : places) expected += " " + std::to_string(row);
-    expected += "\n";
-  }
-  EXPECT_EQ(index(Ints(numbers)), expected);
 
   EXPECT_EQ(ErrorOf([&] { index(Reals({1})); }), 55);
   EXPECT_EQ(ErrorOf([&] { index(I32(1)); }), 55);
