@@ -145,24 +145,32 @@ BENCHMARK_CAPTURE(Compose, many_wrapped_warm, kManyWrapped, true)
     ->Unit(benchmark::kMillisecond)
     ->UseRealTime();
 
-// One look-up after the other in a full cache.
+// One look-up after the other; of two threads each asks for texts of its own, as the threads of composeText
+// do.
 void FindInCache(benchmark::State& state) {
+  constexpr int kThreads = 2;
   MeasureWithFonts();
   TextComposer composer(MakeStyles());
   CachedComposer const cached(composer, {120, 300});
   std::vector<FormattedText> texts;
-  for (RIndirectString const& text : MakeTexts(7, 1000, 60, 60)) {
+  for (RIndirectString const& text : MakeTexts(7, 1000, 60, 60))
     texts.push_back(FormattedText({{0, text.Get()}}));
-    cached.Compose(texts.back());
-  }
   auto const cache = GetCompositionCache();
+  if (state.thread_index() == 0) {
+    cache->clear();
+    for (FormattedText const& text : texts) cached.Compose(text);
+  }
   std::uint32_t const insertions = cache->GetInsertions();
+  std::size_t const count = texts.size() / kThreads;
+  std::size_t const first = count * static_cast<std::size_t>(state.thread_index());
   std::size_t next = 0;
   for (auto _ : state) {
-    benchmark::DoNotOptimize(cached.Compose(texts[next]));
-    if (++next == texts.size()) next = 0;
+    benchmark::DoNotOptimize(cached.Compose(texts[first + next]));
+    if (++next == count) next = 0;
   }
-  if (state.threads() == 1 && cache->GetInsertions() != insertions) state.SkipWithError("not all were found");
+  if (state.thread_index() == 0 && cache->GetInsertions() != insertions) {
+    state.SkipWithError("not all were found");
+  }
   state.SetItemsProcessed(state.iterations());
 }
 BENCHMARK(FindInCache)->Threads(1)->Threads(2)->UseRealTime();

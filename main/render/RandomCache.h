@@ -52,7 +52,7 @@ class RandomCache {
   std::uint32_t GetSize() const;
   // The calls of get; those that found their key; those that came to enter a result. Each is exact as soon as
   // the calls have returned, and wraps around beyond 2^32.
-  std::uint32_t GetLookups() const noexcept { return lock_.Sum(&Counters::lookups); }
+  std::uint32_t GetLookups() const noexcept { return lock_.Sum(&Counters::misses) + GetHits(); }
   std::uint32_t GetHits() const noexcept { return lock_.Sum(&Counters::hits); }
   std::uint32_t GetInsertions() const;
 
@@ -66,9 +66,10 @@ class RandomCache {
   using Map = std::unordered_map<K, Entry>;
   using Node = typename Map::value_type;
 
-  // Counted under the read lock by all threads at once, hence one pair beside each of the lock's parts.
+  // Counted under the read lock by all threads at once, hence one pair beside each of the lock's parts. A
+  // look-up counts once, as what it turns out to be.
   struct Counters {
-    std::atomic<std::uint32_t> lookups{0};
+    std::atomic<std::uint32_t> misses{0};
     std::atomic<std::uint32_t> hits{0};
   };
 
@@ -96,9 +97,11 @@ auto RandomCache<K, V>::get(K const& key, Compute const& compute) -> Value {
 template <class K, class V>
 auto RandomCache<K, V>::Find(K const& key) -> Value {
   typename StripedLock<Counters>::Reader const reader(lock_);
-  reader->lookups.fetch_add(1, std::memory_order_relaxed);
   auto const found = map_.find(key);
-  if (found == map_.end()) return nullptr;
+  if (found == map_.end()) {
+    reader->misses.fetch_add(1, std::memory_order_relaxed);
+    return nullptr;
+  }
   reader->hits.fetch_add(1, std::memory_order_relaxed);
   return found->second.value;
 }

@@ -1,6 +1,7 @@
 #include "render/TextComposition.h"
 
 #include <bit>
+#include <cstring>
 
 #include "ostrelsys/StringHash.h"
 #include "render/TextComposer.h"
@@ -20,12 +21,17 @@ std::uint64_t Mix(std::uint64_t hash, std::uint64_t value) {
   return StringHash::Mix(hash ^ 0x9E3779B97F4A7C15U, value + 0xD1B54A32D192ED03U);
 }
 
+// The library compares 16-bit units one by one.
+bool AreEqual(std::u16string_view a, std::u16string_view b) {
+  return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(char16_t)) == 0;
+}
+
 }  // namespace
 
 TextComposition::TextComposition(TextComposer& composer, FormattedText const& text, Size const& size)
     : size_(std::uint64_t{GetBits(size.width)} << 32U | GetBits(size.height)),
-      settings_(PackSettings(composer)),
-      text_(&text) {
+      settings_(PackSettings(composer)) {
+  SetText(text);
   hash_ = Mix(size_, settings_);
   auto const& runs = text.GetRuns();
   if (runs.empty()) return;
@@ -49,13 +55,24 @@ TextComposition::TextComposition(TextComposition const& other)
       firstStyle_(other.firstStyle_),
       ownText_(other.ownText_ ? other.ownText_ : std::make_shared<FormattedText const>(*other.text_)),
       laterStyles_(other.laterStyles_) {
-  text_ = ownText_.get();
+  SetText(*ownText_);
 }
 
 TextComposition::~TextComposition() = default;
 
+void TextComposition::SetText(FormattedText const& text) {
+  text_ = &text;
+  auto const& runs = text.GetRuns();
+  runCount_ = runs.size();
+  if (runs.empty()) return;
+  firstStyleIndex_ = runs.front().styleIndex;
+  firstText_ = runs.front().text.view();
+}
+
 bool TextComposition::HasEqualRuns(TextComposition const& other) const {
-  if (!(*text_ == *other.text_)) return false;
+  if (runCount_ != other.runCount_ || firstStyleIndex_ != other.firstStyleIndex_) return false;
+  if (!AreEqual(firstText_, other.firstText_)) return false;
+  if (runCount_ > 1 && !(*text_ == *other.text_)) return false;
   for (std::size_t i = 0; i < laterStyles_.size(); ++i) {
     auto const& style = laterStyles_[i];
     auto const& otherStyle = other.laterStyles_[i];

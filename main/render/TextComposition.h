@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <string_view>
 #include <vector>
 
 #include "ostreltransforms/Export.h"
@@ -35,11 +36,16 @@ class OSTREL_API TextComposition {
  private:
   bool HasEqualRuns(TextComposition const& other) const;
 
-  // What a look-up reads first stands together.
+  void SetText(FormattedText const& text);
+
+  // What a look-up reads stands together; a text of one run is compared without a step through text_.
   std::uint64_t hash_;
   std::uint64_t size_;  // the bits of both sides
   std::uint32_t settings_;
-  FormattedText const* text_;
+  std::uint32_t firstStyleIndex_ = 0;
+  std::u16string_view firstText_;
+  std::size_t runCount_ = 0;
+  FormattedText const* text_ = nullptr;
   std::shared_ptr<StyleKey const> firstStyle_;  // null for a text without runs
   std::shared_ptr<FormattedText const> ownText_;
   std::vector<std::shared_ptr<StyleKey const>> laterStyles_;  // of the second run on; none for a single style

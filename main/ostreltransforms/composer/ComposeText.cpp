@@ -134,6 +134,15 @@ class TextFitter {
   FormattedText trimmed_;
 };
 
+// How many texts before their use the rows of a composition are fetched from memory, where those of many
+// cached compositions lie far apart.
+constexpr std::size_t kAhead = 3;
+
+void FetchRows(ComposedText const* composed) {
+  if (composed == nullptr) return;
+  for (ComposedText::Row const& row : composed->GetRows()) __builtin_prefetch(&row.text.Get(), 1);
+}
+
 }  // namespace
 
 Value ComposeText(std::vector<Value> const& inputs) {
@@ -166,6 +175,7 @@ Value ComposeText(std::vector<Value> const& inputs) {
   std::span<RIndirectString> const runTextRows = runTexts.GetValues();
   ForEachChunk(texts.GetCount(), [&](std::size_t begin, std::size_t end) {
     for (std::size_t text = begin; text < end; ++text) {
+      if (text + kAhead < end) FetchRows(fitted[text + kAhead].composed.get());
       auto const& composed = fitted[text].composed;
       columns.WriteSize(text, composed == nullptr ? Size{} : composed->GetSize());
       if (composed == nullptr) continue;
