@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cmath>
+#include <span>
 #include <utility>
 
 #include "ostreltransforms/FunctorInputs.h"
@@ -76,6 +77,9 @@ class IsPreviousValueNullSpecialFunctor {
 class IncOnNewFunctor {
  public:
   int Apply(int, int b) { return numbering_.GetNumber(b); }
+  void ApplyToArrays(std::span<int const>, std::span<int const> b, std::span<int> output) {
+    numbering_.GetNumbers(b, output);
+  }
 
  private:
   Numbering numbering_;

@@ -18,7 +18,9 @@ constexpr double kCellsForWord = 8, kMostCellsAcross = 1024;
 constexpr std::size_t kFewestWords = 16;
 // A word so many times as large as the bounds leaves nothing to look for.
 constexpr double kMostTimesBounds = 4;
-constexpr std::size_t kMostBytes = std::size_t{64} << 20;
+// What all maps may take, and what all kept answers may; beyond it a search asks more often.
+constexpr std::size_t kMostMapBytes = std::size_t{64} << 20;
+constexpr std::size_t kMostRejectedBlocks = (std::size_t{64} << 20) / sizeof(std::uint64_t);
 constexpr double kFarMargin = 1e250;
 
 // Where a size stands among the classes; sizes that are not above 0 have logarithms that are not finite.
@@ -41,7 +43,11 @@ double FindCellSize(std::vector<double> const& sizes, double bound, double bound
 }  // namespace
 
 SizeClasses::SizeClasses(Words const& words, Bounds const& bounds, double gap)
-    : words_(words), bounds_(bounds), classOf_(words.widths.size(), kNoClass), bytesLeft_(kMostBytes) {
+    : words_(words),
+      bounds_(bounds),
+      classOf_(words.widths.size(), kNoClass),
+      mapBytesLeft_(kMostMapBytes),
+      rejectedBlocksLeft_(kMostRejectedBlocks) {
   // An infinite gap blocks all positions, or none.
   margin_ = std::clamp(gap / 2, -kFarMargin, kFarMargin);
   slack_ = std::abs(margin_) * 1e-12;
@@ -120,6 +126,19 @@ SizeClasses::Knowledge SizeClasses::Look(std::size_t word, Phase phase, double r
   return known;
 }
 
+bool SizeClasses::MakeRoom(std::vector<std::uint64_t>& rejected, std::size_t block) {
+  if (block < rejected.size()) return true;
+  std::size_t const former = rejected.capacity();
+  if (block >= former) {
+    std::size_t const wanted = std::max(block + 1, 2 * former);
+    if (wanted - former > rejectedBlocksLeft_) return false;
+    rejected.reserve(wanted);
+    rejectedBlocksLeft_ -= std::min(rejectedBlocksLeft_, rejected.capacity() - former);
+  }
+  rejected.resize(block + 1);
+  return true;
+}
+
 SizeClasses::SharedStart& SizeClasses::FindStart(Class& sizes, double start) {
   for (SharedStart& shared : sizes.starts) {
     if (shared.start == start) return shared;
@@ -142,8 +161,8 @@ PositionMap const* SizeClasses::FindMap(Class& sizes, Phase phase, std::vector<R
             bounds_.height + sizes.mostHeight - sizes.height + cellHeight};
   }
   std::size_t const bytes = PositionMap::CountBytes(area, scale_);
-  if (bytes > bytesLeft_) return nullptr;
-  bytesLeft_ -= bytes;
+  if (bytes > mapBytesLeft_) return nullptr;
+  mapBytesLeft_ -= bytes;
   map = PositionMap(area, scale_);
   for (Rectangle const& rectangle : placed) Block(map, sizes, rectangle);
   if (std::find(active_.begin(), active_.end(), &sizes) == active_.end()) active_.push_back(&sizes);
@@ -169,6 +188,9 @@ void SizeClasses::Leave(std::size_t word) {
   Class& sizes = classes_[classOf_[word]];
   if (--sizes.wordsLeft != 0) return;
   std::erase(active_, &sizes);
+  for (SharedStart const& shared : sizes.starts) {
+    for (auto const& rejected : shared.rejected) rejectedBlocksLeft_ += rejected.capacity();
+  }
   sizes = Class{};
 }
 

@@ -28,6 +28,9 @@ class SizeClasses {
     std::vector<std::uint64_t>* rejected;  // a bit for each candidate, in blocks; null when not kept
   };
 
+  // Makes room for a block's bits in Knowledge::rejected; false when there is no memory left to keep them in.
+  bool MakeRoom(std::vector<std::uint64_t>& rejected, std::size_t block);
+
   // Null map where nothing is known of a word. `placed` holds all words so far, grown by half the gap.
   Knowledge Look(std::size_t word, Phase phase, double reach, std::vector<Rectangle> const& placed);
 
@@ -66,7 +69,8 @@ class SizeClasses {
   std::vector<std::uint32_t> classOf_;
   std::vector<Class> classes_;
   std::vector<Class*> active_;
-  std::size_t bytesLeft_;
+  std::size_t mapBytesLeft_;
+  std::size_t rejectedBlocksLeft_;
 };
 
 }  // namespace OstrelTransforms::WordCloud

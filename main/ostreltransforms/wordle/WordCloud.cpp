@@ -146,8 +146,7 @@ class Layout {
                                          std::uint64_t open, Word const& word,
                                          Spiral::Offset const* offsets) {
     std::uint64_t* rejected = nullptr;
-    if (known.rejected != nullptr) {
-      if (known.rejected->size() <= block) known.rejected->resize(block + 1);
+    if (known.rejected != nullptr && sizes_.MakeRoom(*known.rejected, block)) {
       rejected = known.rejected->data() + block;
       open &= ~*rejected;
     }

@@ -33,6 +33,9 @@ struct Place {
 //
 // A word is not shown if it finds no place, if its reach is not finite, if 10^7 candidates have failed, or if
 // the words before have tried 10^10.
+//
+// What it remembers to search faster takes at most 64 MiB for maps of blocked positions, as much for answers
+// kept of candidates, and 24 bytes for each candidate that any word gets to.
 std::vector<Place> LayOut(Words const& words, Bounds const& bounds, double gap);
 
 // The largest scale at which the words' area is at most 60 percent of that of the bounds and the widest and
