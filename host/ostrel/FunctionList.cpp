@@ -6,6 +6,8 @@
 #include <tuple>
 #include <utility>
 
+#include "ostrel/CallProtocol.h"
+#include "ostrel/FunctionErrors.h"
 #include "ostrel/PayloadJson.h"
 
 namespace ostrel::program {
@@ -96,7 +98,19 @@ void WriteMember(char const* name, std::string_view text, std::string& out) {
   out += ',';
 }
 
-void WriteFunction(ListedFunction const& function, std::string& out) {
+void WriteErrors(ListedFunction const& function, CallSession& session, std::string& out) {
+  out += R"("errors":[)";
+  for (bool isFirst = true; auto const& error : FindErrors({&function}, session)) {
+    out += std::exchange(isFirst, false) ? R"({"code":)" : R"(,{"code":)";
+    WriteText(error.code, out);
+    out += R"(,"when":)";
+    WriteText(fmt::format("{}", fmt::join(error.when, "; ")), out);
+    out += '}';
+  }
+  out += "],";
+}
+
+void WriteFunction(ListedFunction const& function, CallSession& session, std::string& out) {
   auto const& documentation = function.documentation;
   out += '{';
   WriteMember("name", function.name, out);
@@ -111,7 +125,10 @@ void WriteFunction(ListedFunction const& function, std::string& out) {
   WriteMember("family", documentation.family, out);
   WriteMember("help", documentation.help, out);
   WriteMember("details", documentation.details, out);
-  out += R"("example":)" + (documentation.example.empty() ? "null" : documentation.example) + '}';
+  WriteErrors(function, session, out);
+  std::string const& example = documentation.example;
+  out += R"("example":)" + (example.empty() ? "null" : example);
+  out += R"(,"response":)" + (example.empty() ? "null" : session.Answer(example)) + '}';
 }
 
 }  // namespace
@@ -153,11 +170,11 @@ std::string MakeManifest(std::vector<ListedFunction> const& functions) {
   return text;
 }
 
-std::string MakeFunctionsJson(std::vector<ListedFunction> const& functions) {
+std::string MakeFunctionsJson(std::vector<ListedFunction> const& functions, CallSession& session) {
   std::string out = "[";
   for (auto const& function : functions) {
     out += out.size() > 1 ? ",\n " : "";
-    WriteFunction(function, out);
+    WriteFunction(function, session, out);
   }
   return out + "]\n";
 }

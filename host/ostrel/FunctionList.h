@@ -34,12 +34,12 @@ std::string DescribeRegistration(ListedFunction const& function);
 
 /// One line a registration, with a head line, for comparing what is registered over time.
 std::string MakeManifest(std::vector<ListedFunction> const& functions);
-/// A list of objects, one for each registration.
-std::string MakeFunctionsJson(std::vector<ListedFunction> const& functions);
 /// One line a registration: signature, registration and help.
 std::string MakeFunctionsText(std::vector<ListedFunction> functions);
 
 class CallSession;
+/// A list of objects, one for each registration, its example run.
+std::string MakeFunctionsJson(std::vector<ListedFunction> const& functions, CallSession& session);
 /// Everything about the registrations of one name, its example run.
 std::string MakeFunctionPage(std::vector<ListedFunction> const& registrations, CallSession& session);
 /// The reference of all functions by family, with their examples and what these give.

@@ -4,6 +4,7 @@
 #include <set>
 
 #include "ostrel/CallProtocol.h"
+#include "ostrel/FunctionErrors.h"
 #include "ostrel/FunctionList.h"
 
 namespace ostrel::program {
@@ -55,6 +56,17 @@ std::string MakeDetails(std::string_view details, std::string_view indent) {
   return text.empty() ? text : "\n" + text;
 }
 
+// Errors by a pattern of code and causes, with a separator between them; nothing where the details list them.
+std::string MakeErrors(std::vector<ListedFunction const*> const& registrations, CallSession& session,
+                       std::string_view pattern, char const* separator) {
+  if (registrations.front()->documentation.details.find("Errors:") != std::string::npos) return "";
+  std::vector<std::string> errors;
+  for (auto const& error : FindErrors(registrations, session)) {
+    errors.push_back(fmt::format(fmt::runtime(pattern), error.code, fmt::join(error.when, "; ")));
+  }
+  return fmt::format("{}", fmt::join(errors, separator));
+}
+
 std::string MakeSection(std::vector<ListedFunction const*> const& registrations, CallSession& session) {
   auto const& documentation = registrations.front()->documentation;
   std::string text = fmt::format("\n### {}\n\n{}\n{}\n", registrations.front()->name, documentation.help,
@@ -62,6 +74,8 @@ std::string MakeSection(std::vector<ListedFunction const*> const& registrations,
   for (auto const* function : registrations) {
     text += fmt::format("- `{}` ({})\n", GetSignature(*function), DescribeRegistration(*function));
   }
+  std::string const errors = MakeErrors(registrations, session, "{} ({})", ", ");
+  if (!errors.empty()) text += fmt::format("\nErrors: {}\n", errors);
   return text + "\n```json\n" + RunExamples(registrations, session, "") + "```\n";
 }
 
@@ -71,7 +85,8 @@ Everything that charts and calls can use, by family. A signature names the input
 constant parameters; "in order" marks a function that carries state from row to row. Unary functions are
 mapped over a column, binary ones zipped over two or folded over one, multinary ones take whole values. Each
 example is a request to `ostrel call`, followed by its response; texts are measured with 10 pixels for every
-UTF-16 unit.
+UTF-16 unit. The errors are what came of the example with one thing in it made wrong. A call whose inputs suit no
+registration of a name is answered with the list of them.
 
 This file is made by `scripts/renew`.
 )";
@@ -97,6 +112,8 @@ std::string MakeFunctionPage(std::vector<ListedFunction> const& registrations, C
   for (auto const* function : selected) {
     text += fmt::format("\n{}\n  {}\n", GetSignature(*function), DescribeRegistration(*function));
   }
+  std::string const errors = MakeErrors(selected, session, "  {:<4} {}\n", "");
+  if (!errors.empty()) text += "\nErrors\n" + errors;
   std::string const examples = RunExamples(selected, session, "  ");
   return examples.empty() ? text : text + "\nExample\n" + examples;
 }

@@ -20,14 +20,14 @@ std::string MakeText(FunctionsOptions const& options) {
   FunctionRegistry registry;
   RegisterAllFunctions(registry, nullptr);
   auto const functions = SelectFunctions(registry, options.name);
-  if (options.makesJson) return MakeFunctionsJson(functions);
   if (options.makesManifest) return MakeManifest(functions);
   if (options.makesMarkdown) {
     CallSession session(services::MakeFixedMeasurer());
     return MakeFunctionsMarkdown(functions, session);
   }
-  if (options.name.empty()) return MakeFunctionsText(functions);
+  if (options.name.empty() && !options.makesJson) return MakeFunctionsText(functions);
   CallSession session(std::make_shared<services::FontService const>());
+  if (options.makesJson) return MakeFunctionsJson(functions, session);
   return MakeFunctionPage(functions, session);
 }
 

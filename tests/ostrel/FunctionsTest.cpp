@@ -108,7 +108,8 @@ TEST(Functions, NoHostFunctionTakesAPlugInFunctionsName) {
 
 TEST(Functions, JsonHoldsEveryRegistration) {
   auto const functions = ListAll();
-  auto const json = Json::parse(MakeFunctionsJson(functions));
+  CallSession session(services::MakeFixedMeasurer());
+  auto const json = Json::parse(MakeFunctionsJson(functions, session));
   ASSERT_EQ(json.size(), functions.size());
   for (std::size_t i = 0; i < functions.size(); ++i) {
     EXPECT_EQ(json[i]["name"], functions[i].name);
@@ -138,6 +139,27 @@ TEST(Functions, PageShowsAllRegistrationsAndWhatTheExampleGives) {
             "\n"
             R"(  {"result":{"Array":{"type":"Real64","values":[43891.5,null],"specials":[[1,1]]}}})"
             "\n");
+}
+
+TEST(Functions, PageTellsTheErrorsThatFaultyCallsGive) {
+  CallSession session(services::MakeFixedMeasurer());
+  struct {
+    char const* name;
+    char const* errors;
+  } const cases[] = {
+      {"clampMin", "Errors\n  55   no parameters; a parameter of another kind\n"},
+      {"equal", "Errors\n  259  columns of different lengths\n"},
+      {"iif", "Errors\n  259  columns of different lengths\n"},
+      {"calcLogTicks", "Errors\n  55   an input of another kind\n  out_of_range no inputs\n"},
+      {"mapPixels",
+       "Errors\n  55   an input of another kind\n  219  no inputs; an input too many\n"
+       "  259  columns of different lengths\n"},
+  };
+  for (auto const& [name, errors] : cases) {
+    auto functions = ListAll();
+    std::erase_if(functions, [&](auto const& function) { return function.name != name; });
+    EXPECT_NE(MakeFunctionPage(functions, session).find(errors), std::string::npos) << name;
+  }
 }
 
 TEST(Functions, DetailsStandBehindTheHelpOnPageAndInTheReference) {

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <nlohmann/json.hpp>
 #include <sstream>
 
 #include "TestPaths.h"
@@ -74,6 +75,26 @@ class Program : public testing::Test {
 };
 
 using Names = std::vector<std::string>;
+
+TEST_F(Program, PagesShowWhatCallAnswersToTheirExamples) {
+  auto const functions = nlohmann::json::parse(Run("functions --json").output);
+  std::string requests;
+  for (auto const& function : functions) {
+    EXPECT_TRUE(function["response"].contains("result")) << function["name"];
+    requests += function["example"].dump() + '\n';
+  }
+  Write("requests.jsonl", requests);
+  std::istringstream answers(Run("call requests.jsonl").output);
+  std::string answer;
+  for (auto const& function : functions) {
+    ASSERT_TRUE(std::getline(answers, answer));
+    EXPECT_EQ(nlohmann::json::parse(answer), function["response"]) << function["example"];
+  }
+
+  auto const& last = functions.back();
+  std::string const page = Run("functions " + last["name"].get<std::string>()).output;
+  EXPECT_TRUE(page.ends_with("  " + answer + "\n")) << page;
+}
 
 TEST_F(Program, WrongUsageGives2AndSaysWhatIsWrong) {
   Write("a.vl.json", kChart);
