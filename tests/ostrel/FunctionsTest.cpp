@@ -150,7 +150,7 @@ TEST(Functions, PageTellsTheErrorsThatFaultyCallsGive) {
       {"clampMin", "Errors\n  55   no parameters; a parameter of another kind\n"},
       {"equal", "Errors\n  259  columns of different lengths\n"},
       {"iif", "Errors\n  259  columns of different lengths\n"},
-      {"calcLogTicks", "Errors\n  55   an input of another kind\n  out_of_range no inputs\n"},
+      {"temporalTickFrequency", "Errors\n  55   an input of another kind\n  out_of_range no inputs\n"},
       {"mapPixels",
        "Errors\n  55   an input of another kind\n  219  no inputs; an input too many\n"
        "  259  columns of different lengths\n"},

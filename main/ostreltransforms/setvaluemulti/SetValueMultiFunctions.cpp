@@ -69,6 +69,18 @@ constexpr Row kRows[] = {
                     "fallsBackUpright"},
          .output = StoreType::KeyMap,
          .help = "Where the ends and the zero of each row's axis lie, and its domain as numbers.",
+         .details =
+             "- `domains`: a range tuple for each axis, in the field's own units; dates are day "
+             "numbers in the result.\n"
+             "- `ranges`: for each axis a tuple whose first two members are the values of which the "
+             "positions are wanted; logarithms on a logarithmic axis. Special ends count as 0.\n"
+             "- `axes`: for each row of the result the position of its axis. A row that names none "
+             "goes from 0 to 1, or from 1 to 0 without `fallsBackUpright`.\n"
+             "- The result has the Real64 columns \"minResult\", \"maxResult\" and \"zeroResult\", positions "
+             "from 0 at the domain's minimum to 1 at its maximum, and \"minRangeResult\" and "
+             "\"maxRangeResult\", the domain itself.\n"
+             "- Errors: 55 for inputs of another kind and for fewer ranges or flags than domains, 219 "
+             "for another number of inputs.",
          .example = R"("inputs": [{"Array": {"type": "Tuple", "values": [{"Tuple": [{"Int64": -5}, )"
                     R"({"Int64": 15}, {"Int32": 0}, {"Int32": 2}, {"Bool": false}]}]}}, )"
                     R"({"Array": {"type": "Tuple", "values": [{"Tuple": [{"Int64": 0}, {"Int64": 10}]}]}}, )"
@@ -100,6 +112,14 @@ constexpr Row kRows[] = {
          .output = ArrayOf(StoreType::Real64),
          .help = "Where the ticks of a logarithmic axis stand, 0 at its minimum and 1 at its maximum: the "
                  "densest of six sets whose labels fit into the length in pixels.",
+         .details = "- `length` and `gap` are in pixels: no two labels may come closer than `gap`. Across a "
+                    "vertical axis a label is as high as its font.\n"
+                    "- `format` and `font` are handed to the host, which formats and measures the labels.\n"
+                    "- Decades begin at `scale` times the powers of `base`. Without a length or a format "
+                    "ticks stand at the decades alone.\n"
+                    "- Errors: 2 for a bound, scale or base that is not finite, a scale not above 0, a base "
+                    "not above 1 and more than 10,000 ticks; 55 for inputs of another kind; the exception "
+                    "\"invalid vector<T> subscript\" for too few inputs.",
          .example = R"("inputs": [{"Real64": 1}, {"Real64": 1000}, {"Int32": 300}, {"Bool": true}, )"
                     R"({"Int32": 4}, {"Tuple": [{"String": ""}]}, {"Tuple": [{"String": "DejaVu Sans"}, )"
                     R"({"Real64": 10}, {"Int32": 400}, {"Int32": 0}]}, {"Real64": 1}, {"Real64": 10}])"}),
