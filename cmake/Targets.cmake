@@ -6,6 +6,8 @@
 # -Wno-restrict: GCC 12 reports overlaps that cannot be wherever two strings are added.
 # -z defs: a library that reaches for a symbol of a library it does not link fails here, not at the host's.
 #   (Not under sanitizers, whose runtime stands in the program.)
+# fuzzer-no-link: the libraries count for the fuzz programs what an input reaches; other programs carry the
+#   counters and do not look at them, so that one build serves both.
 function(ostrel_configure target)
   target_compile_features(${target} PUBLIC cxx_std_20)
   target_compile_definitions(${target} PRIVATE $<$<CONFIG:Debug>:_GLIBCXX_ASSERTIONS>)
@@ -16,6 +18,9 @@ function(ostrel_configure target)
     $<$<AND:$<CXX_COMPILER_ID:GNU>,$<VERSION_LESS:$<CXX_COMPILER_VERSION>,13>>:-Wno-restrict>
     $<$<BOOL:${OSTREL_WARNINGS_AS_ERRORS}>:-Werror>)
   get_target_property(type ${target} TYPE)
+  if(OSTREL_BUILD_FUZZ AND type MATCHES "LIBRARY")
+    target_compile_options(${target} PRIVATE -fsanitize=fuzzer-no-link)
+  endif()
   if(OSTREL_SANITIZE)
     target_compile_options(${target} PRIVATE -fsanitize=${OSTREL_SANITIZE} -fno-omit-frame-pointer
       -fno-sanitize-recover=all)

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "Bytes.h"
 #include "ostrelrtcore/Factory.h"
 #include "ostrelsys/OCType.h"
 #include "ostreltransforms/Callbacks.h"
@@ -20,22 +21,6 @@ using namespace ort::core;
 namespace {
 
 constexpr std::uint32_t kStyles = 4;
-
-// The input's bytes one after the other, zeros behind the last.
-class Bytes {
- public:
-  Bytes(std::uint8_t const* data, std::size_t size) : data_(data), size_(size) {}
-  std::uint8_t Next() {
-    if (size_ == 0) return 0;
-    --size_;
-    return *data_++;
-  }
-  bool AtEnd() const { return size_ == 0; }
-
- private:
-  std::uint8_t const* data_;
-  std::size_t size_;
-};
 
 float MakeLength(std::uint8_t byte) {
   constexpr float odd[] = {std::numeric_limits<float>::quiet_NaN(),
@@ -87,10 +72,6 @@ std::shared_ptr<StoreValue> MakeStyles(Bytes& bytes) {
                              {OStringCore(u"hAlign"), number(alignments % 4)},
                              {OStringCore(u"vAlign"), number(alignments / 4 % 4)},
                              {OStringCore(u"text_orientation"), number(alignments / 16 % 4)}});
-}
-
-void Check(bool condition) {
-  if (!condition) std::abort();
 }
 
 bool IsInk(char16_t unit) { return unit != 0 && !OCType::isSpace(unit); }

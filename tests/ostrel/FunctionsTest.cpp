@@ -155,10 +155,10 @@ TEST(Functions, PageTellsTheErrorsThatFaultyCallsGive) {
        "Errors\n  55   an input of another kind\n  219  no inputs; an input too many\n"
        "  259  columns of different lengths\n"},
   };
-  for (auto const& [name, errors] : cases) {
+  for (auto const& wanted : cases) {
     auto functions = ListAll();
-    std::erase_if(functions, [&](auto const& function) { return function.name != name; });
-    EXPECT_NE(MakeFunctionPage(functions, session).find(errors), std::string::npos) << name;
+    std::erase_if(functions, [&](auto const& function) { return function.name != wanted.name; });
+    EXPECT_NE(MakeFunctionPage(functions, session).find(wanted.errors), std::string::npos) << wanted.name;
   }
 }
 
