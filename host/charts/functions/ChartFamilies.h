@@ -16,5 +16,6 @@ BuiltinFamily CalendarFamily();
 BuiltinFamily BinFamily();
 BuiltinFamily MapFamily();
 BuiltinFamily PeriodFamily();
+BuiltinFamily GapFamily();
 
 }  // namespace ostrel::charts

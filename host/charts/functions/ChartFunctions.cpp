@@ -11,7 +11,7 @@ std::vector<BuiltinFamily> MakeFamilies(std::shared_ptr<services::TextMeasurer c
   return {TickFamily(),    LabelFamily(std::move(measurer)),
           PaletteFamily(), CalendarFamily(),
           BinFamily(),     MapFamily(),
-          PeriodFamily()};
+          PeriodFamily(),  GapFamily()};
 }
 
 }  // namespace
