@@ -276,8 +276,8 @@ TEST(Transforms, FilteredRowsHaveTheirPlacesOnSharedScales) {
       EXPECT_EQ(marks->color.column->AsColumn().GetCount(), marks->x->AsColumn().GetCount()) << encoding;
     }
     EXPECT_EQ(rows, 3) << encoding;
-    if (panes == 1 && encoding.starts_with("\"x"))
-      EXPECT_EQ(all.front()->x->AsTypedArray<double>().GetElement(1), 50);
+    if (panes != 1 || !encoding.starts_with("\"x")) continue;
+    EXPECT_EQ(all.front()->x->AsTypedArray<double>().GetElement(1), 50);
   }
 }
 
