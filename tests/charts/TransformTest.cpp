@@ -57,6 +57,10 @@ TEST(Bars, StandOnTheirBaseLine) {
       {R"("a" 4 "u"|"a" 6 "v")",
        kBandX + "," + kY + R"(,"color":{"field":"f2","type":"nominal"},"order":{"field":"f2"})",
        "0,60,100,100 0,0,100,60"},
+      {R"("a" 4 "u" 1|"a" 6 "v" 1|"a" 10 "w" 0)",
+       kBandX + "," + kY +
+           R"(,"detail":{"field":"f2"},"order":[{"field":"f3"},{"field":"f2","sort":"descending"}])",
+       "0,0,100,20 0,20,100,50 0,50,100,100"},
       // Other directions and places.
       {R"(10 "a"|5 "b")",
        R"("x":{"field":"f0","type":"quantitative"},"y":{"field":"f1","type":"nominal",)" + kWide + "}",
@@ -85,6 +89,30 @@ TEST(Bars, StandOnTheirBaseLine) {
   for (auto const& [rows, encoding, rects] : cases) {
     Scene const scene = drawing.Draw(MakeDocument("\"bar\"", rows, encoding)).scene;
     EXPECT_EQ(DescribeRects(scene), rects) << rows << " " << encoding;
+  }
+}
+
+TEST(Tooltips, TellTheFieldsOfAllChannels) {
+  ChartDrawing const drawing;
+  struct {
+    char const* mark;
+    std::string encoding;
+    char const* text;
+  } const cases[] = {
+      {R"({"type":"bar","tooltip":true})",
+       kX + R"(,"y":{"field":"f1","aggregate":"sum"},"color":{"field":"f0"})",
+       "<title>f0: a\nSum of f1: 10</title>"},
+      {R"({"type":"bar","tooltip":{"content":"encoding"}})",
+       kX + R"(,"y":{"field":"f1","aggregate":"sum"},)"
+            R"("tooltip":{"field":"f0","title":"name"})",
+       "<title>name: a</title>"},
+      {R"({"type":"bar","tooltip":true})",
+       R"("x":{"field":"f1","bin":{"step":5}},"y":{"aggregate":"count","title":"n"})",
+       "<title>f1 (binned): 0\nn: 1</title>"},
+  };
+  for (auto const& [mark, encoding, text] : cases) {
+    std::string const svg = drawing.DrawSvg(MakeDocument(mark, R"("a" 4|"a" 6)", encoding));
+    EXPECT_NE(svg.find(text), std::string::npos) << svg;
   }
 }
 
@@ -237,47 +265,6 @@ TEST(Transforms, ChangeTheRowsInTheirOrder) {
     std::string const more = std::string(R"("transform":[)") + transform + "],";
     Scene const scene = drawing.Draw(MakeDocument("\"bar\"", rows, kBandX + "," + kY, more)).scene;
     EXPECT_EQ(DescribeRects(scene), rects) << transform;
-  }
-}
-
-/// The symbols of all panes.
-void FindSymbols(Group const& group, std::vector<SymbolMarks const*>& symbols) {
-  for (SceneNode const& node : group.nodes) {
-    auto const* marks = std::get_if<SymbolMarks>(&node);
-    if (marks != nullptr && group.role == "marks") symbols.push_back(marks);
-    if (auto const* child = std::get_if<std::unique_ptr<Group>>(&node)) FindSymbols(**child, symbols);
-  }
-}
-
-TEST(Transforms, FilteredRowsHaveTheirPlacesOnSharedScales) {
-  ChartDrawing const drawing;
-  std::string const filter = R"("transform":[{"filter":{"field":"f0","lt":9}}],)";
-  std::string const color = R"("color":{"field":"f2","type":"nominal"})";
-  std::string const place =
-      R"("x":{"field":"f0","type":"quantitative","scale":{"domain":[0,10]}},"y":{"field":"f1"},)";
-  struct {
-    std::string encoding;
-    std::size_t panes;
-  } const cases[] = {
-      {place + color, 1},
-      {place + color + R"(,"column":{"field":"f2"})", 2},
-      {R"("longitude":{"field":"f0"},"latitude":{"field":"f1"},)" + color, 1},
-      {R"("longitude":{"field":"f0"},"latitude":{"field":"f1"},"row":{"field":"f2"},)" + color, 2},
-  };
-  for (auto const& [encoding, panes] : cases) {
-    Scene const scene =
-        drawing.Draw(MakeDocument("\"point\"", R"(2 3 "a"|9 4 "a"|5 6 "b"|7 8 "a")", encoding, filter)).scene;
-    std::vector<SymbolMarks const*> all;
-    FindSymbols(scene.root, all);
-    ASSERT_EQ(all.size(), panes) << encoding;
-    int rows = 0;
-    for (SymbolMarks const* marks : all) {
-      rows += marks->x->AsColumn().GetCount();
-      EXPECT_EQ(marks->color.column->AsColumn().GetCount(), marks->x->AsColumn().GetCount()) << encoding;
-    }
-    EXPECT_EQ(rows, 3) << encoding;
-    if (panes != 1 || !encoding.starts_with("\"x")) continue;
-    EXPECT_EQ(all.front()->x->AsTypedArray<double>().GetElement(1), 50);
   }
 }
 

@@ -77,7 +77,7 @@ constexpr ChannelParts kChannels[] = {
      .hasSort = true,
      .hasValue = true},
     {.name = "detail", .channel = Channel::Detail, .isList = true},
-    {.name = "order", .channel = Channel::Order, .hasSort = true},
+    {.name = "order", .channel = Channel::Order, .hasSort = true, .isList = true},
     {.name = "text", .channel = Channel::Text, .hasValue = true, .hasFormat = true, .isList = true},
     {.name = "tooltip", .channel = Channel::Tooltip, .hasFormat = true, .isList = true},
     {.name = "longitude", .channel = Channel::Longitude},
@@ -332,9 +332,6 @@ FieldType DefaultFieldType(Encoding const& encoding) {
     case ScaleType::Linear:
     case ScaleType::Log:
     case ScaleType::Sqrt:
-    case ScaleType::Quantize:
-    case ScaleType::Threshold:
-    case ScaleType::BinOrdinal:
       return FieldType::Quantitative;
     case ScaleType::Time:
       return FieldType::Temporal;
@@ -360,10 +357,6 @@ bool IsFacet(Channel channel) {
 bool IsSecondPosition(Channel channel) { return channel == Channel::X2 || channel == Channel::Y2; }
 
 bool IsDiscrete(FieldType type) { return type == FieldType::Ordinal || type == FieldType::Nominal; }
-
-bool IsStepped(ScaleType type) {
-  return type == ScaleType::Quantize || type == ScaleType::Threshold || type == ScaleType::BinOrdinal;
-}
 
 char const* NameOf(FieldType type) {
   for (auto const& word : kFieldTypes) {

@@ -85,6 +85,18 @@ bool HasChannel(MarkDefinition const& mark, Channel channel) {
   return std::ranges::find(mark.channels, channel) != mark.channels.end();
 }
 
+/// Whether the fields of all channels are told.
+bool ReadTooltip(JsonValue const& value) {
+  if (value.IsOff()) return false;
+  if (!value.IsObject()) return value.ReadBool();
+  std::string content;
+  JsonObjectReader(value).Text("content", content).Read();
+  if (content == "data")
+    value.FailAt("content", "\"data\" is not supported; list the fields in the channel tooltip");
+  if (content != "encoding") value.FailAt("content", "expects \"encoding\"");
+  return true;
+}
+
 /// Refuses what some marks have and this one would pass over.
 void CheckProperties(JsonValue const& value, MarkDefinition const& mark) {
   for (auto const& [name, property] : value.ReadObject()) {
@@ -139,7 +151,7 @@ MarkSpec ReadMark(JsonValue const& value) {
       .OneOf("fit", mark.fit, std::span<NamedValue<char const*> const>(kFits))
       .OneOf("dir", mark.isRightToLeft, std::span<NamedValue<bool> const>(kDirections))
       .On("text", [&mark](JsonValue const& text) { mark.text = text.ReadLines(); })
-      .RefuseUnlessOff("tooltip", "is not supported; use the channel tooltip")
+      .On("tooltip", [&mark](JsonValue const& tooltip) { mark.tooltip = ReadTooltip(tooltip); })
       .Refuse("fillOpacity", "is not supported; use opacity")
       .Refuse("strokeOpacity", "is not supported; use opacity")
       .Refuse("style", "named styles are not supported; set the mark's own properties")

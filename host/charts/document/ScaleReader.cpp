@@ -1,5 +1,3 @@
-#include <cmath>
-
 #include "charts/document/JsonObjectReader.h"
 #include "charts/document/Readers.h"
 
@@ -9,17 +7,9 @@ namespace {
 
 /// Positions of a discrete field are points, its styles are ordinal: one type here. All times are UTC.
 constexpr NamedValue<ScaleType> kScaleTypes[] = {
-    {"linear", ScaleType::Linear},
-    {"log", ScaleType::Log},
-    {"sqrt", ScaleType::Sqrt},
-    {"time", ScaleType::Time},
-    {"utc", ScaleType::Time},
-    {"ordinal", ScaleType::Ordinal},
-    {"point", ScaleType::Ordinal},
-    {"band", ScaleType::Ordinal},
-    {"quantize", ScaleType::Quantize},
-    {"threshold", ScaleType::Threshold},
-    {"bin-ordinal", ScaleType::BinOrdinal},
+    {"linear", ScaleType::Linear}, {"log", ScaleType::Log},      {"sqrt", ScaleType::Sqrt},
+    {"time", ScaleType::Time},     {"utc", ScaleType::Time},     {"ordinal", ScaleType::Ordinal},
+    {"point", ScaleType::Ordinal}, {"band", ScaleType::Ordinal},
 };
 
 constexpr NumberRange kTickCount{.minimum = 0, .maximum = 10'000, .isAboveMinimum = true};
@@ -40,21 +30,6 @@ void ReadNice(JsonValue const& value, ScaleSpec& scale) {
   }
 }
 
-void ReadMiddle(JsonValue const& value, ScaleSpec& scale) {
-  if (value.Get() == "auto") {
-    scale.findsMid = true;
-  } else if (value.Get().is_number()) {
-    scale.domainMid = value.ReadNumber();
-  } else {
-    value.Fail("expects a number or \"auto\", not " + value.Describe());
-  }
-}
-
-void ReadStepCount(JsonValue const& value, ScaleSpec& scale) {
-  scale.schemeCount = value.ReadNumber({.minimum = 1, .maximum = 1'000});
-  if (*scale.schemeCount != std::floor(*scale.schemeCount)) value.Fail("expects a whole number");
-}
-
 void ReadScheme(JsonValue const& value, ScaleSpec& scale) {
   if (!value.IsObject()) {
     scale.scheme = value.ReadText();
@@ -62,7 +37,7 @@ void ReadScheme(JsonValue const& value, ScaleSpec& scale) {
   }
   JsonObjectReader(value)
       .Text("name", scale.scheme)
-      .On("count", [&scale](JsonValue const& count) { ReadStepCount(count, scale); })
+      .Refuse("count", "is not supported; list the colors in the scale's range")
       .Refuse("extent", "is not supported; list the colors in the scale's range")
       .Read();
   if (!value.Has("name")) value.FailAt("name", "is missing; name a color scheme");
@@ -83,7 +58,7 @@ ScaleSpec ReadScale(JsonValue const& value) {
       .Literals("domain", scale.domain)
       .Number("domainMin", scale.domainMin)
       .Number("domainMax", scale.domainMax)
-      .On("domainMid", [&scale](JsonValue const& middle) { ReadMiddle(middle, scale); })
+      .Number("domainMid", scale.domainMid)
       .Literals("range", scale.range)
       .Bool("zero", scale.zero)
       .On("nice", [&scale](JsonValue const& nice) { ReadNice(nice, scale); })

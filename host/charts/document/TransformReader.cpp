@@ -3,6 +3,7 @@
 #include "charts/document/JsonObjectReader.h"
 #include "charts/document/Readers.h"
 #include "charts/document/TransformReaders.h"
+#include "charts/expressions/Expression.h"
 
 namespace ostrel::charts {
 
@@ -63,6 +64,14 @@ void ReadTestValues(JsonValue const& value, FilterSpec& filter) {
   }
 }
 
+std::shared_ptr<Expression const> ReadExpression(JsonValue const& value) {
+  try {
+    return ParseExpression(value.ReadText());
+  } catch (ExpressionError const& error) {
+    value.Fail(error.what());
+  }
+}
+
 FilterSpec ReadFilter(JsonValue const& value);
 
 FilterSpec ReadJoined(JsonValue const& value, char const* name, FilterSpec::Kind kind) {
@@ -86,8 +95,10 @@ FilterSpec ReadJoined(JsonValue const& value, char const* name, FilterSpec::Kind
 FilterSpec ReadFilter(JsonValue const& value) {
   FilterSpec filter;
   filter.path = value.GetPath();
-  if (value.Get().is_string()) {
-    value.Fail("expressions are not supported; use a test such as {\"field\": \"a\", \"equal\": 1}");
+  if (!value.IsObject()) {
+    filter.kind = FilterSpec::Kind::Expression;
+    filter.expression = ReadExpression(value);
+    return filter;
   }
   for (auto const& [name, kind] : kJoins) {
     if (value.Has(name)) return ReadJoined(value, name, kind);
@@ -165,6 +176,20 @@ void ReadNames(JsonValue const& value, JsonObjectReader& reader, Transform& tran
   if (transform.start.empty()) value.FailAt("as", "is missing; name the new field");
 }
 
+CalculateSpec ReadCalculate(JsonValue const& value) {
+  CalculateSpec calculate;
+  JsonObjectReader(value)
+      .On("calculate",
+          [&](JsonValue const& expression) {
+            calculate.path = expression.GetPath();
+            calculate.expression = ReadExpression(expression);
+          })
+      .Text("as", calculate.as)
+      .Read();
+  if (calculate.as.empty()) value.FailAt("as", "is missing; name the new field");
+  return calculate;
+}
+
 BinTransform ReadBinTransform(JsonValue const& value) {
   BinTransform transform{.path = value.GetPath(), .bin = {}, .field = {}, .start = {}, .end = {}};
   JsonObjectReader reader(value);
@@ -191,12 +216,13 @@ TransformSpec ReadTransform(JsonValue const& value) {
     JsonObjectReader(value).On("filter", [&](JsonValue const& test) { filter = ReadFilter(test); }).Read();
     return filter;
   }
+  if (value.Has("calculate")) return ReadCalculate(value);
   if (value.Has("aggregate")) return ReadAggregate(value, "aggregate", false);
   if (value.Has("joinaggregate")) return ReadAggregate(value, "joinaggregate", true);
   if (value.Has("bin")) return ReadBinTransform(value);
   if (value.Has("timeUnit")) return ReadTimeUnitTransform(value);
   value.ReadObject();
-  value.Fail("is not supported; use one of filter, aggregate, joinaggregate, bin, timeUnit");
+  value.Fail("is not supported; use one of filter, calculate, aggregate, joinaggregate, bin, timeUnit");
 }
 
 }  // namespace

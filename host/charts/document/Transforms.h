@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <variant>
@@ -7,6 +8,8 @@
 
 /// How a document derives rows and fields from its data, as it was written.
 namespace ostrel::charts {
+
+struct Expression;
 
 /// A scalar of the document; monostate where none stands or it is null.
 using Literal = std::variant<std::monostate, bool, double, std::string>;
@@ -45,16 +48,36 @@ struct SortSpec {
   bool isDescending = false;
 };
 
-/// A test of one field, or of several joined.
+/// A test of one field, an expression, or several of them joined.
 struct FilterSpec {
-  enum class Kind { Equal, Less, LessOrEqual, Greater, GreaterOrEqual, Range, OneOf, Valid, And, Or, Not };
+  enum class Kind {
+    Equal,
+    Less,
+    LessOrEqual,
+    Greater,
+    GreaterOrEqual,
+    Range,
+    OneOf,
+    Valid,
+    Expression,
+    And,
+    Or,
+    Not
+  };
   Kind kind = Kind::Equal;
   std::string path;  ///< "$.transform[0].filter"
   std::string field;
   TimeUnitSpec timeUnit;
   std::vector<Literal> values;  ///< one of a comparison; two of a range, which may be open (monostate)
   bool isValid = true;
+  std::shared_ptr<Expression const> expression;
   std::vector<FilterSpec> parts;
+};
+
+struct CalculateSpec {
+  std::string path;  ///< "$.transform[0].calculate"
+  std::shared_ptr<Expression const> expression;
+  std::string as;
 };
 
 struct AggregateSpec {
@@ -86,6 +109,6 @@ struct TimeUnitTransform {
   std::string end;
 };
 
-using TransformSpec = std::variant<FilterSpec, AggregateSpec, BinTransform, TimeUnitTransform>;
+using TransformSpec = std::variant<FilterSpec, CalculateSpec, AggregateSpec, BinTransform, TimeUnitTransform>;
 
 }  // namespace ostrel::charts

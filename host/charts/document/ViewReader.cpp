@@ -1,7 +1,9 @@
 #include "charts/document/ViewReader.h"
 
 #include <algorithm>
+#include <iterator>
 
+#include "charts/document/Readers.h"
 #include "charts/document/TransformReaders.h"
 
 namespace ostrel::charts {
@@ -24,6 +26,37 @@ void CheckData(JsonValue const& value) {
   if (value.Has("url") && value.Has("values"))
     value.FailAt("values", "is given beside url; leave one of them out");
   if (!value.Has("url") && !value.Has("values")) value.Fail("expects url or values");
+}
+
+// The mark tells the fields of its channels, unless the document lists them.
+void AddTooltips(LayerSpec& layer) {
+  constexpr double kMaxBinsOfPositions = 10;
+  if (layer.Find(Channel::Tooltip) != nullptr) return;
+  std::vector<Encoding> tooltips;
+  for (Encoding const& encoding : layer.encodings) {
+    bool const isCount = encoding.aggregate == AggregateOperation::Count;
+    auto const isSame = [&](Encoding const& other) {
+      return other.field == encoding.field && other.aggregate == encoding.aggregate &&
+             other.timeUnit == encoding.timeUnit;
+    };
+    bool const isTold = (!encoding.field.empty() || isCount) && std::ranges::none_of(tooltips, isSame);
+    if (!isTold || encoding.channel == Channel::Order || encoding.channel == Channel::Detail) continue;
+    Encoding& tooltip = tooltips.emplace_back();
+    tooltip.channel = Channel::Tooltip;
+    tooltip.path = layer.mark.path + ".tooltip";
+    tooltip.field = encoding.field;
+    tooltip.type = encoding.type;
+    tooltip.title = encoding.title;
+    tooltip.format = encoding.format.empty() ? encoding.axis.format : encoding.format;
+    if (tooltip.format.empty()) tooltip.format = encoding.legend.format;
+    tooltip.aggregate = encoding.aggregate;
+    tooltip.timeUnit = encoding.timeUnit;
+    if (encoding.bin && !encoding.bin->isDone) tooltip.bin = encoding.bin;
+    // The same bins as those that are drawn.
+    if (tooltip.bin && !tooltip.bin->maxBins && IsPosition(encoding.channel))
+      tooltip.bin->maxBins = kMaxBinsOfPositions;
+  }
+  std::ranges::move(tooltips, std::back_inserter(layer.encodings));
 }
 
 }  // namespace
@@ -91,6 +124,7 @@ void ViewReader::Finish(std::vector<LayerSpec>& layers) const {
   if (!data_) view_.FailAt("data", "is missing; give {\"url\": ...} or {\"values\": [...]}");
   if (!mark_) view_.FailAt("mark", "is missing; use one of " + ListMarkNames());
   LayerSpec layer{view_.GetPath(), data_, dataPath_, transforms_, *mark_, ReadEncodings(view_, encodings_)};
+  if (layer.mark.tooltip == true) AddTooltips(layer);
   CheckChannels(view_.GetFileName(), layer);
   CheckFacets(layer);
   layers.push_back(std::move(layer));

@@ -16,6 +16,8 @@ BuiltinFamily CalendarFamily();
 BuiltinFamily BinFamily();
 BuiltinFamily MapFamily();
 BuiltinFamily PeriodFamily();
-BuiltinFamily GapFamily();
+BuiltinFamily MathFamily();
+BuiltinFamily TextFamily();
+BuiltinFamily DatePartFamily();
 
 }  // namespace ostrel::charts

@@ -11,7 +11,8 @@ std::vector<BuiltinFamily> MakeFamilies(std::shared_ptr<services::TextMeasurer c
   return {TickFamily(),    LabelFamily(std::move(measurer)),
           PaletteFamily(), CalendarFamily(),
           BinFamily(),     MapFamily(),
-          PeriodFamily(),  GapFamily()};
+          PeriodFamily(),  MathFamily(),
+          TextFamily(),    DatePartFamily()};
 }
 
 }  // namespace

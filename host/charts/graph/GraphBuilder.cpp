@@ -59,9 +59,8 @@ NodeId GraphBuilder::Map(std::string const& name, char const* function, NodeId i
   return Add(name, function, core::EvaluationMode::Map, {input}, std::move(parameters));
 }
 
-NodeId GraphBuilder::Zip(std::string const& name, char const* function, NodeId first, NodeId second,
-                         std::vector<NodeId> parameters) {
-  return Add(name, function, core::EvaluationMode::Zip, {first, second}, std::move(parameters));
+NodeId GraphBuilder::Zip(std::string const& name, char const* function, NodeId first, NodeId second) {
+  return Add(name, function, core::EvaluationMode::Zip, {first, second}, {});
 }
 
 NodeId GraphBuilder::Call(std::string const& name, char const* function, std::vector<NodeId> inputs) {
@@ -94,6 +93,12 @@ std::vector<Value> GraphBuilder::Peek(std::vector<NodeId> const& nodes) {
   std::vector<Value> values = EvaluateNodes(nodes);
   for (std::size_t i = 0; i < nodes.size(); ++i) known_.emplace(nodes[i], values[i]);
   return values;
+}
+
+Value GraphBuilder::Compute(char const* function, core::EvaluationMode mode, std::vector<Value> inputs,
+                            std::vector<Value> parameters) const {
+  return core::Engine(registry_).Call(
+      {OStringCore::fromUtf8(function), mode, std::move(inputs), std::move(parameters)});
 }
 
 // Known nodes stand as constants in a copy of the graph: it is small, its values are shared.

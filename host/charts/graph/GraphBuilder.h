@@ -41,8 +41,7 @@ class GraphBuilder {
 
   NodeId Map(std::string const& name, char const* function, NodeId input,
              std::vector<NodeId> parameters = {});
-  NodeId Zip(std::string const& name, char const* function, NodeId first, NodeId second,
-             std::vector<NodeId> parameters = {});
+  NodeId Zip(std::string const& name, char const* function, NodeId first, NodeId second);
   /// Every step of a function folded over all rows, or over those of each group, from the initial value on,
   /// or from the zero of its type.
   NodeId Scan(std::string const& name, char const* function, NodeId column,
@@ -57,6 +56,9 @@ class GraphBuilder {
   /// A node's value, for decisions of the plan itself. It is evaluated now, and not again.
   Value const& Peek(NodeId node);
   std::vector<Value> Peek(std::vector<NodeId> const& nodes);
+  /// One function of values that are known already, outside the graph.
+  Value Compute(char const* function, ort::core::EvaluationMode mode, std::vector<Value> inputs,
+                std::vector<Value> parameters = {}) const;
   Results Evaluate() const;
 
  private:

@@ -94,7 +94,6 @@ MarkDefinition DefineArea() {
                        Channel::Detail, Channel::Order},
           .plan = Plan,
           .isStacked = true,
-          .joinsRows = true,
           .isFilled = true,
           .shape = SymbolShape::Square,
           .gap = "the area breaks there"};

@@ -51,16 +51,19 @@ NodeId FindDirection(MarkContext& context) {
 void SortSeries(MarkContext& context, NodeId direction, NodeId color, std::vector<NodeId*> const& columns,
                 NodeId group) {
   GraphBuilder& graph = context.GetGraph();
-  NodeId order = direction;
-  NodeId isDescending = -1;
-  if (Encoding const* const encoding = context.GetSpec().Find(Channel::Order)) {
-    order = OrderColumn(context, *encoding);
-    isDescending = graph.Bool(encoding->isDescending.value_or(false));
+  struct Key {
+    NodeId column;
+    std::optional<bool> isDescending = {};
+  };
+  std::vector<Key> keys;
+  if (group >= 0) keys.push_back({group});
+  bool isOrdered = false;
+  for (Encoding const& encoding : context.GetSpec().encodings) {
+    if (encoding.channel != Channel::Order) continue;
+    keys.push_back({OrderColumn(context, encoding), encoding.isDescending.value_or(false)});
+    isOrdered = true;
   }
-  std::vector<NodeId> keys;
-  for (NodeId const key : {group, order, isDescending}) {
-    if (key >= 0) keys.push_back(key);
-  }
+  if (!isOrdered && direction >= 0) keys.push_back({direction});
   auto const change = [&](auto const& function) {
     for (NodeId* column : columns) {
       if (*column >= 0) *column = function(*column);
@@ -70,12 +73,15 @@ void SortSeries(MarkContext& context, NodeId direction, NodeId color, std::vecto
     NodeId const placed = context.FindPlaced({color});
     auto const keep = [&](NodeId column) { return graph.Call("coloured rows", "filter", {column, placed}); };
     change(keep);
-    for (NodeId& key : keys) {
-      if (key != isDescending) key = keep(key);
-    }
+    for (Key& key : keys) key.column = keep(key.column);
   }
   if (keys.empty()) return;
-  NodeId const drawingOrder = graph.Call("drawing order", "sortIndices", keys);
+  std::vector<NodeId> columnsAndFlags;
+  for (auto const& [column, isDescending] : keys) {
+    columnsAndFlags.push_back(column);
+    if (isDescending) columnsAndFlags.push_back(graph.Bool(*isDescending));
+  }
+  NodeId const drawingOrder = graph.Call("drawing order", "sortIndices", columnsAndFlags);
   change([&](NodeId column) { return graph.Call("in drawing order", "take", {column, drawingOrder}); });
 }
 

@@ -1,5 +1,6 @@
 #include <fmt/format.h>
 
+#include "charts/expressions/ExpressionCompiler.h"
 #include "charts/graph/PeriodNodes.h"
 #include "charts/transforms/RowTransforms.h"
 #include "ostrelrtcore/OrtDateTime.h"
@@ -34,6 +35,8 @@ class FilterMask {
         return MakeRange(filter);
       case Kind::OneOf:
         return MakeOneOf(filter);
+      case Kind::Expression:
+        return CompileTest(step_, *filter.expression, filter.path);
       default:
         return Compare(filter, FunctionOf(filter.kind), filter.values.front());
     }
@@ -138,6 +141,8 @@ std::shared_ptr<LayerRows> TransformRows(GraphBuilder& graph, std::span<Transfor
                                          std::shared_ptr<LayerRows> rows) {
   for (TransformSpec const& transform : transforms) {
     if (auto const* filter = std::get_if<FilterSpec>(&transform)) rows = FilterRows(graph, *filter, rows);
+    if (auto const* value = std::get_if<CalculateSpec>(&transform))
+      rows = CalculateRows(graph, *value, *rows);
     if (auto const* some = std::get_if<AggregateSpec>(&transform)) rows = AggregateRows(graph, *some, *rows);
     if (auto const* bin = std::get_if<BinTransform>(&transform)) rows = BinRows(graph, *bin, *rows);
     if (auto const* unit = std::get_if<TimeUnitTransform>(&transform))

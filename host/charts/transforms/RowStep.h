@@ -17,7 +17,11 @@ class RowStep {
   RowStep(GraphBuilder& builder, LayerRows& rows, std::string path)
       : graph(builder), rows_(rows), path_(std::move(path)) {}
 
+  bool Has(std::string const& field) const { return rows_.GetTable().Find(field) != nullptr; }
+  int GetRowCount() const { return rows_.GetRowCount(); }
   ort::core::StoreType GetType(std::string const& field);
+  /// The column as it stands, with its values.
+  RowColumn const& Get(std::string const& field) { return rows_.GetColumn(graph, field); }
 
   NodeId Column(std::string const& field);
   /// Real64; texts that are no numbers are special rows.

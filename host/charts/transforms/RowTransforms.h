@@ -12,6 +12,10 @@ namespace ostrel::charts {
 std::shared_ptr<LayerRows> FilterRows(GraphBuilder& graph, FilterSpec const& filter,
                                       std::shared_ptr<LayerRows> const& rows);
 
+/// One column more, or another in its place: the expression's value of every row.
+std::shared_ptr<LayerRows> CalculateRows(GraphBuilder& graph, CalculateSpec const& calculate,
+                                         LayerRows& rows);
+
 /// A row for each different combination of the groups' values, in the order in which they first appear, with
 /// the groups' columns and a Real64 column for each field (DateTime for the least and largest date).
 std::shared_ptr<LayerRows> AggregateRows(GraphBuilder& graph, AggregateSpec const& aggregate,
@@ -23,19 +27,6 @@ std::shared_ptr<LayerRows> BinRows(GraphBuilder& graph, BinTransform const& bin,
 /// Two DateTime columns more: the beginning of each row's unit and of the one behind it.
 std::shared_ptr<LayerRows> FloorRowsToTimeUnit(GraphBuilder& graph, TimeUnitTransform const& unit,
                                                LayerRows& rows);
-
-/// What rows are needed so that every series can be stacked at every place.
-struct GapSpec {
-  std::string path;
-  std::string field;                ///< the number that is stacked: 0 in new rows
-  std::vector<std::string> place;   ///< fields that are equal in the rows of a place
-  std::vector<std::string> series;  ///< fields that are equal in the rows of a series
-};
-
-/// Further rows behind the others, one for each place at which other series have a row and a series has none.
-/// What is neither its place nor its series' is missing there.
-std::shared_ptr<LayerRows> FillGaps(GraphBuilder& graph, GapSpec const& gaps,
-                                    std::shared_ptr<LayerRows> const& rows);
 
 /// Where the segments of stacked rows begin and end.
 struct StackSpec {
