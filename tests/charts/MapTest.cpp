@@ -32,7 +32,7 @@ TEST(Maps, PlacePointsInTheMiddleOfTheirPart) {
   EXPECT_EQ(DescribePlaces(drawing.Draw(MakeMap(R"({"lon":130,"lat":20},{"lon":-130,"lat":-20})")).scene),
             "15,16 185,84");
   std::string const world = R"({"lon":-120,"lat":80},{"lon":0,"lat":-80},{"lon":120,"lat":0})";
-  EXPECT_EQ(DescribePlaces(drawing.Draw(MakeMap(world)).scene), "40,10 100,90 160,50");
+  EXPECT_EQ(DescribePlaces(drawing.Draw(MakeMap(world)).scene), "33,6 100,94 167,50");
   DrawnChart const drawn =
       drawing.Draw(MakeMap(R"({"lon":1,"lat":2},{"lon":null,"lat":2},{"lon":3,"lat":4})"));
   EXPECT_EQ(drawn.warnings,

@@ -268,6 +268,47 @@ TEST(Transforms, ChangeTheRowsInTheirOrder) {
   }
 }
 
+/// The symbols of all panes.
+void FindSymbols(Group const& group, std::vector<SymbolMarks const*>& symbols) {
+  for (SceneNode const& node : group.nodes) {
+    auto const* marks = std::get_if<SymbolMarks>(&node);
+    if (marks != nullptr && group.role == "marks") symbols.push_back(marks);
+    if (auto const* child = std::get_if<std::unique_ptr<Group>>(&node)) FindSymbols(**child, symbols);
+  }
+}
+
+TEST(Transforms, FilteredRowsHaveTheirPlacesOnSharedScales) {
+  ChartDrawing const drawing;
+  std::string const filter = R"("transform":[{"filter":{"field":"f0","lt":9}}],)";
+  std::string const color = R"("color":{"field":"f2","type":"nominal"})";
+  std::string const place =
+      R"("x":{"field":"f0","type":"quantitative","scale":{"domain":[0,10]}},"y":{"field":"f1"},)";
+  struct {
+    std::string encoding;
+    std::size_t panes;
+  } const cases[] = {
+      {place + color, 1},
+      {place + color + R"(,"column":{"field":"f2"})", 2},
+      {R"("longitude":{"field":"f0"},"latitude":{"field":"f1"},)" + color, 1},
+      {R"("longitude":{"field":"f0"},"latitude":{"field":"f1"},"row":{"field":"f2"},)" + color, 2},
+  };
+  for (auto const& [encoding, panes] : cases) {
+    Scene const scene =
+        drawing.Draw(MakeDocument("\"point\"", R"(2 3 "a"|9 4 "a"|5 6 "b"|7 8 "a")", encoding, filter)).scene;
+    std::vector<SymbolMarks const*> all;
+    FindSymbols(scene.root, all);
+    ASSERT_EQ(all.size(), panes) << encoding;
+    int rows = 0;
+    for (SymbolMarks const* marks : all) {
+      rows += marks->x->AsColumn().GetCount();
+      EXPECT_EQ(marks->color.column->AsColumn().GetCount(), marks->x->AsColumn().GetCount()) << encoding;
+    }
+    EXPECT_EQ(rows, 3) << encoding;
+    if (panes != 1 || !encoding.starts_with("\"x")) continue;
+    EXPECT_EQ(all.front()->x->AsTypedArray<double>().GetElement(1), 50);
+  }
+}
+
 TEST(Transforms, RefuseWhatTheyCannotCompute) {
   ChartDrawing const drawing;
   struct {

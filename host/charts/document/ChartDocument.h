@@ -43,7 +43,8 @@ enum class Channel {
   Longitude,
   Latitude
 };
-enum class ScaleType { Linear, Log, Sqrt, Time, Ordinal };
+/// The last three give colours to intervals of numbers: equal ones, those between given numbers, and bins.
+enum class ScaleType { Linear, Log, Sqrt, Time, Ordinal, Quantize, Threshold, BinOrdinal };
 enum class SymbolShape {
   Circle,
   Square,
@@ -68,6 +69,7 @@ struct ScaleSpec {
   std::optional<double> domainMin;
   std::optional<double> domainMax;
   std::optional<double> domainMid;  ///< the colours' middle; the value from which sizes grow both ways
+  std::optional<bool> findsMid;     ///< "auto": 0 where the domain straddles it
   std::vector<Literal> range;
   std::optional<bool> zero;
   std::optional<bool> nice;
@@ -77,6 +79,7 @@ struct ScaleSpec {
   std::optional<bool> fit;  ///< the domain has room for the texts and rules that stand on the scale
   std::optional<double> base;
   std::string scheme;
+  std::optional<double> schemeCount;  ///< of steps
   std::optional<bool> isBand;  ///< "band" or "point"
   std::optional<double> padding;
   std::optional<double> paddingInner;

@@ -43,6 +43,10 @@ void CheckScaleType(JsonValue const& value, Encoding const& encoding) {
                                            NameOf(encoding.type), wanted));
   };
   auto const type = *encoding.scale.type;
+  if (IsStepped(type)) {
+    if (encoding.channel == Channel::Color && encoding.type == FieldType::Quantitative) return;
+    value.FailAt("scale.type", fmt::format("\"{}\" is for quantitative colors only; leave it out", name));
+  }
   if (IsDiscrete(encoding.type)) {
     bool const isStyle = IsStyle(encoding.channel);
     if (isStyle ? name != "ordinal" : name != "point" && name != "band")
@@ -50,7 +54,8 @@ void CheckScaleType(JsonValue const& value, Encoding const& encoding) {
   } else if (encoding.type == FieldType::Temporal) {
     if (type != ScaleType::Time) refuse("time or utc");
   } else if (type == ScaleType::Time || type == ScaleType::Ordinal) {
-    refuse("linear, log or sqrt");
+    refuse(encoding.channel == Channel::Color ? "linear, log, sqrt, quantize or threshold"
+                                              : "linear, log or sqrt");
   }
 }
 
@@ -102,9 +107,11 @@ void CheckScaleProperties(JsonValue const& value, Encoding const& encoding) {
   refuse(isLog && encoding.scale.zero == true, "zero", "a log scale has no zero; leave it out");
   bool const hasMiddle = encoding.channel == Channel::Color || encoding.channel == Channel::Size;
   refuse(!hasMiddle, "domainMid", "is for the channels color and size only; leave it out");
-  refuse(encoding.type != FieldType::Quantitative ||
-             encoding.scale.type.value_or(ScaleType::Linear) != ScaleType::Linear,
+  ScaleType const type = encoding.scale.type.value_or(ScaleType::Linear);
+  refuse(encoding.type != FieldType::Quantitative || (type != ScaleType::Linear && !IsStepped(type)),
          "domainMid", "needs a quantitative field and a linear scale; leave it out");
+  refuse(encoding.scale.findsMid && encoding.channel != Channel::Color, "domainMid",
+         "\"auto\" is for the channel color only; give a number");
   refuse(IsStyle(encoding.channel), "fit", "is for positions only; leave it out");
   refuse(encoding.scale.type == ScaleType::Sqrt, "fit",
          "is not supported on a square root scale; widen the domain instead");
@@ -148,6 +155,55 @@ void CheckRange(JsonValue const& value, Encoding const& encoding) {
   }
 }
 
+/// Of the thresholds, the numbers between the steps.
+void CheckThresholds(JsonValue const& value, ScaleSpec const& scale) {
+  if (scale.domain.empty())
+    value.FailAt("scale", "a threshold scale needs a domain: the numbers between its steps");
+  CheckFieldValues(value, "scale.domain", FieldType::Quantitative, scale.domain);
+  for (std::size_t i = 1; i < scale.domain.size(); ++i) {
+    if (!(std::get<double>(scale.domain[i - 1]) < std::get<double>(scale.domain[i])))
+      value.FailAt(fmt::format("scale.domain[{}]", i), "expects a number above the one before");
+  }
+  std::size_t const count = scale.domain.size() + 1;
+  auto const check = [&](char const* place, std::size_t colors) {
+    if (colors != count)
+      value.FailAt(place,
+                   fmt::format("{} thresholds lie between {} colors, not {}", count - 1, count, colors));
+  };
+  if (!scale.range.empty()) check("scale.range", scale.range.size());
+  if (scale.schemeCount) check("scale.scheme.count", static_cast<std::size_t>(*scale.schemeCount));
+}
+
+/// What only scales of steps have, and what they have not.
+void CheckSteps(JsonValue const& value, Encoding const& encoding) {
+  ScaleSpec const& scale = encoding.scale;
+  bool const hasBins = encoding.bin && !encoding.bin->isDone;
+  bool const isOfBins =
+      scale.type == ScaleType::BinOrdinal || (!scale.type && encoding.channel == Channel::Color && hasBins);
+  bool const isOfThresholds = scale.type == ScaleType::Threshold;
+  bool const hasSteps = isOfBins || (scale.type && IsStepped(*scale.type));
+  auto const refuse = [&](bool isRefused, char const* part, char const* property, char const* cause) {
+    bool const isGiven =
+        value.Has(part) && value.Get()[part].is_object() && value.Get()[part].contains(property);
+    if (isRefused && isGiven) value.FailAt(fmt::format("{}.{}", part, property), cause);
+  };
+  refuse(isOfBins && !hasBins, "scale", "type", "needs bins; set bin, or use quantize");
+  if (scale.schemeCount && (isOfBins || !hasSteps)) {
+    value.FailAt("scale.scheme.count", hasSteps ? "every bin has a color; use maxbins"
+                                                : "is for the scale types quantize and threshold");
+  }
+  refuse(isOfBins, "scale", "range", "every bin has a color; use scheme");
+  refuse(hasSteps, "scale", "clamp",
+         "numbers outside of the domain have the colors of its ends; leave it out");
+  refuse(isOfBins, "scale", "domain", "the bins tell the steps; use maxbins or step");
+  for (auto const* property : {"domainMin", "domainMax", "zero", "nice"}) {
+    refuse(isOfBins, "scale", property, "the bins tell the steps; use maxbins or step");
+    refuse(isOfThresholds, "scale", property, "the thresholds tell the steps; use domain");
+  }
+  for (auto const* property : {"values", "tickCount"})
+    refuse(hasSteps, "legend", property, "every end of a step has its label; leave it out");
+}
+
 void CheckGuide(JsonValue const& value, char const* guide, FieldType type, bool hasDates,
                 std::vector<Literal> const& values) {
   if (!value.Has(guide) || value.Get()[guide].is_null()) return;
@@ -167,10 +223,13 @@ void CheckScale(JsonValue const& value, Encoding const& encoding) {
   if (encoding.channel == Channel::Shape && !IsDiscrete(encoding.type)) {
     value.FailAt("type", "a shape needs a nominal or ordinal field");
   }
+  if (value.Has("scale")) CheckScaleType(value, encoding);
+  CheckSteps(value, encoding);
   if (!value.Has("scale")) return;
-  CheckScaleType(value, encoding);
   CheckScaleProperties(value, encoding);
-  if (!IsDiscrete(encoding.type)) {
+  if (encoding.scale.type == ScaleType::Threshold) {
+    CheckThresholds(value, encoding.scale);
+  } else if (!IsDiscrete(encoding.type)) {
     CheckContinuousDomain(value, encoding);
   } else if (value.Get()["scale"].contains("domain") && encoding.scale.domain.empty()) {
     value.FailAt("scale.domain", "has no values; leave it out");

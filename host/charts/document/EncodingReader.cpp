@@ -332,6 +332,9 @@ FieldType DefaultFieldType(Encoding const& encoding) {
     case ScaleType::Linear:
     case ScaleType::Log:
     case ScaleType::Sqrt:
+    case ScaleType::Quantize:
+    case ScaleType::Threshold:
+    case ScaleType::BinOrdinal:
       return FieldType::Quantitative;
     case ScaleType::Time:
       return FieldType::Temporal;
@@ -357,6 +360,10 @@ bool IsFacet(Channel channel) {
 bool IsSecondPosition(Channel channel) { return channel == Channel::X2 || channel == Channel::Y2; }
 
 bool IsDiscrete(FieldType type) { return type == FieldType::Ordinal || type == FieldType::Nominal; }
+
+bool IsStepped(ScaleType type) {
+  return type == ScaleType::Quantize || type == ScaleType::Threshold || type == ScaleType::BinOrdinal;
+}
 
 char const* NameOf(FieldType type) {
   for (auto const& word : kFieldTypes) {

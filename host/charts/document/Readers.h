@@ -56,6 +56,8 @@ bool IsFacet(Channel channel);
 bool IsSecondPosition(Channel channel);
 /// Nominal or ordinal.
 bool IsDiscrete(FieldType type);
+/// Quantize, threshold or bin-ordinal.
+bool IsStepped(ScaleType type);
 char const* NameOf(FieldType type);
 char const* NameOf(Channel channel);
 

@@ -1,3 +1,5 @@
+#include <cmath>
+
 #include "charts/document/JsonObjectReader.h"
 #include "charts/document/Readers.h"
 
@@ -7,9 +9,17 @@ namespace {
 
 /// Positions of a discrete field are points, its styles are ordinal: one type here. All times are UTC.
 constexpr NamedValue<ScaleType> kScaleTypes[] = {
-    {"linear", ScaleType::Linear}, {"log", ScaleType::Log},      {"sqrt", ScaleType::Sqrt},
-    {"time", ScaleType::Time},     {"utc", ScaleType::Time},     {"ordinal", ScaleType::Ordinal},
-    {"point", ScaleType::Ordinal}, {"band", ScaleType::Ordinal},
+    {"linear", ScaleType::Linear},
+    {"log", ScaleType::Log},
+    {"sqrt", ScaleType::Sqrt},
+    {"time", ScaleType::Time},
+    {"utc", ScaleType::Time},
+    {"ordinal", ScaleType::Ordinal},
+    {"point", ScaleType::Ordinal},
+    {"band", ScaleType::Ordinal},
+    {"quantize", ScaleType::Quantize},
+    {"threshold", ScaleType::Threshold},
+    {"bin-ordinal", ScaleType::BinOrdinal},
 };
 
 constexpr NumberRange kTickCount{.minimum = 0, .maximum = 10'000, .isAboveMinimum = true};
@@ -30,6 +40,21 @@ void ReadNice(JsonValue const& value, ScaleSpec& scale) {
   }
 }
 
+void ReadMiddle(JsonValue const& value, ScaleSpec& scale) {
+  if (value.Get() == "auto") {
+    scale.findsMid = true;
+  } else if (value.Get().is_number()) {
+    scale.domainMid = value.ReadNumber();
+  } else {
+    value.Fail("expects a number or \"auto\", not " + value.Describe());
+  }
+}
+
+void ReadStepCount(JsonValue const& value, ScaleSpec& scale) {
+  scale.schemeCount = value.ReadNumber({.minimum = 1, .maximum = 1'000});
+  if (*scale.schemeCount != std::floor(*scale.schemeCount)) value.Fail("expects a whole number");
+}
+
 void ReadScheme(JsonValue const& value, ScaleSpec& scale) {
   if (!value.IsObject()) {
     scale.scheme = value.ReadText();
@@ -37,7 +62,7 @@ void ReadScheme(JsonValue const& value, ScaleSpec& scale) {
   }
   JsonObjectReader(value)
       .Text("name", scale.scheme)
-      .Refuse("count", "is not supported; list the colors in the scale's range")
+      .On("count", [&scale](JsonValue const& count) { ReadStepCount(count, scale); })
       .Refuse("extent", "is not supported; list the colors in the scale's range")
       .Read();
   if (!value.Has("name")) value.FailAt("name", "is missing; name a color scheme");
@@ -58,7 +83,7 @@ ScaleSpec ReadScale(JsonValue const& value) {
       .Literals("domain", scale.domain)
       .Number("domainMin", scale.domainMin)
       .Number("domainMax", scale.domainMax)
-      .Number("domainMid", scale.domainMid)
+      .On("domainMid", [&scale](JsonValue const& middle) { ReadMiddle(middle, scale); })
       .Literals("range", scale.range)
       .Bool("zero", scale.zero)
       .On("nice", [&scale](JsonValue const& nice) { ReadNice(nice, scale); })

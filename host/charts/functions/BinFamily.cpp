@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <cmath>
+
 #include "charts/functions/BinRange.h"
 #include "charts/functions/ChartFamilies.h"
 #include "ostrelrtcore/builtins/Columns.h"
@@ -17,10 +20,30 @@ Value CallBinRange(Value const& minimum, Value const& maximum, Value const& maxB
       {factory::MakeReal64(bins.start), factory::MakeReal64(bins.stop), factory::MakeReal64(bins.step)});
 }
 
+Value CallThresholdIndex(Value const& numbers, Value const& thresholds) {
+  RowKinds const kinds(RequireColumn(*numbers, StoreType::Real64, "numbers"));
+  RequireColumn(*thresholds, StoreType::Real64, "thresholds");
+  auto const values = numbers->AsTypedArray<double>().GetValues();
+  auto const limits = thresholds->AsTypedArray<double>().GetValues();
+  bool const isAscending =
+      std::ranges::adjacent_find(limits, [](double a, double b) { return !(a < b); }) == limits.end();
+  if (!isAscending) ThrowError(OrtError_InputKindNotAccepted, "thresholds must be ascending");
+  auto indices = factory::MakeColumnBuilder<int>(StoreTypeInfo::Int32, static_cast<int>(values.size()));
+  for (std::size_t row = 0; row < values.size(); ++row) {
+    SpecialKind const kind = kinds[static_cast<int>(row)];
+    indices.GetValues()[row] =
+        static_cast<int>(std::ranges::upper_bound(limits, values[row]) - limits.begin());
+    if (kind != SpecialKind::None) indices.SetSpecial(static_cast<int>(row), kind);
+    if (std::isnan(values[row])) indices.SetSpecial(static_cast<int>(row), SpecialKind::Missing);
+  }
+  return indices.Finish();
+}
+
 }  // namespace
 
 BuiltinFamily BinFamily() {
   KeySegmentType const real = Segment(StoreType::Real64);
+  KeySegmentType const reals = ArrayOf(StoreType::Real64);
   return {
       "bins",
       {
@@ -33,6 +56,13 @@ BuiltinFamily BinFamily() {
                       R"({"Real64": 0}])",
            .registrations = {Multinary<CallBinRange>({real, real, real, real, real},
                                                      Segment(StoreType::Tuple))}},
+          {.name = "thresholdIndex",
+           .inputs = {"numbers", "thresholds"},
+           .help = "How many of the thresholds each number reaches; special rows stay special, NaN becomes "
+                   "special of kind 1. Thresholds that are not ascending throw 2.",
+           .example = R"("inputs": [{"Array": {"type": "Real64", "values": [-1, 0, 7, 12]}}, )"
+                      R"({"Array": {"type": "Real64", "values": [0, 10]}}])",
+           .registrations = {Multinary<CallThresholdIndex>({reals, reals}, ArrayOf(StoreType::Int32))}},
       }};
 }
 

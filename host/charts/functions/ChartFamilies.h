@@ -16,6 +16,7 @@ BuiltinFamily CalendarFamily();
 BuiltinFamily BinFamily();
 BuiltinFamily MapFamily();
 BuiltinFamily PeriodFamily();
+BuiltinFamily GapFamily();
 BuiltinFamily MathFamily();
 BuiltinFamily TextFamily();
 BuiltinFamily DatePartFamily();

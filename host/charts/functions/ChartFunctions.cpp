@@ -11,8 +11,9 @@ std::vector<BuiltinFamily> MakeFamilies(std::shared_ptr<services::TextMeasurer c
   return {TickFamily(),    LabelFamily(std::move(measurer)),
           PaletteFamily(), CalendarFamily(),
           BinFamily(),     MapFamily(),
-          PeriodFamily(),  MathFamily(),
-          TextFamily(),    DatePartFamily()};
+          PeriodFamily(),  GapFamily(),
+          MathFamily(),    TextFamily(),
+          DatePartFamily()};
 }
 
 }  // namespace

@@ -1,3 +1,5 @@
+#include <fmt/format.h>
+
 #include <cmath>
 
 #include "charts/functions/ChartFamilies.h"
@@ -36,6 +38,7 @@ class Degrees {
     return longitudeKinds_[row] == SpecialKind::None && latitudeKinds_[row] == SpecialKind::None &&
            std::isfinite(longitudes_.GetElement(row)) && std::isfinite(latitudes_.GetElement(row));
   }
+  MapPlace Get(int row) const { return {longitudes_.GetElement(row), latitudes_.GetElement(row)}; }
   MapPoint Project(int projection, int row) const {
     return ProjectDegrees(projection, longitudes_.GetElement(row), latitudes_.GetElement(row));
   }
@@ -47,31 +50,71 @@ class Degrees {
   ITypedArray<double> const& latitudes_;
 };
 
-Value CallMapView(Value const& longitudes, Value const& latitudes, Value const& projection,
-                  Value const& width, Value const& height) {
-  Degrees const degrees(longitudes, latitudes);
+Value MakeRange(DegreeRange const& range) {
+  return factory::MakeTuple({factory::MakeReal64(range.low), factory::MakeReal64(range.high),
+                             factory::MakeInt32(0), factory::MakeInt32(static_cast<int>(StoreType::Real64)),
+                             factory::MakeBool(false)});
+}
+
+DegreeRange ReadRange(Value const& range, char const* what) {
+  auto const& tuple = range->AsTuple();
+  DegreeRange const degrees{ReadNumber(tuple.GetMember(0)), ReadNumber(tuple.GetMember(1))};
+  if (!(degrees.low <= degrees.high && std::isfinite(degrees.low) && std::isfinite(degrees.high)))
+    ThrowError(OrtError_InputKindNotAccepted,
+               fmt::format("a range of {} needs two finite ends in order", what));
+  return degrees;
+}
+
+MapFrame ReadFrame(Value const& projection, Value const& width, Value const& height) {
   MapFrame const frame{ReadProjection(projection), ReadNumber(width), ReadNumber(height)};
   bool const isPane = frame.width > 0 && frame.height > 0 && std::isfinite(frame.width + frame.height);
   if (!isPane) ThrowError(OrtError_InputKindNotAccepted, "a map needs a width and a height above 0");
-  std::vector<MapPoint> points;
-  for (int row = 0; row < degrees.GetCount(); ++row) {
-    if (degrees.HasPlace(row)) points.push_back(degrees.Project(frame.projection, row));
-  }
-  MapView const view = FitMap(points, frame);
+  return frame;
+}
+
+Value MakeNumbers(std::initializer_list<std::pair<char const*, double>> numbers) {
   factory::NamedValues members;
-  auto const add = [&](char const* name, double value) {
-    members.emplace(OStringCore::fromUtf8(name), factory::MakeReal64(value));
-  };
-  add("world", view.world);
-  add("west", view.west);
-  add("north", view.north);
-  add("left", view.left);
-  add("right", view.right);
-  add("bottom", view.bottom);
-  add("top", view.top);
-  add("worldHeight", view.worldHeight);
-  add("shift", view.shift);
+  for (auto const& [name, number] : numbers)
+    members.emplace(OStringCore::fromUtf8(name), factory::MakeReal64(number));
   return factory::MakeKeyMap(std::move(members));
+}
+
+Value CallMapBounds(Value const& longitudes, Value const& latitudes, Value const& projection) {
+  Degrees const degrees(longitudes, latitudes);
+  std::vector<MapPlace> places;
+  for (int row = 0; row < degrees.GetCount(); ++row) {
+    if (degrees.HasPlace(row)) places.push_back(degrees.Get(row));
+  }
+  MapBounds const bounds = FindMapBounds(places, ReadProjection(projection));
+  factory::NamedValues members;
+  members.emplace(OStringCore(L"longitudes"), MakeRange(bounds.longitudes));
+  members.emplace(OStringCore(L"latitudes"), MakeRange(bounds.latitudes));
+  return factory::MakeKeyMap(std::move(members));
+}
+
+Value CallMapZoom(Value const& longitudes, Value const& latitudes, Value const& projection,
+                  Value const& width, Value const& height) {
+  MapZoom const zoom = FindMapZoom({ReadRange(longitudes, "longitudes"), ReadRange(latitudes, "latitudes")},
+                                   ReadFrame(projection, width, height));
+  return MakeNumbers({{"left", zoom.longitudes.low}, {"right", zoom.longitudes.high}, {"limit", zoom.limit}});
+}
+
+Value CallMapView(Value const& left, Value const& right, Value const& latitudes, Value const& projection,
+                  Value const& width, Value const& height) {
+  DegreeRange const shown{ReadNumber(left), ReadNumber(right)};
+  if (!(shown.high - shown.low > 0) || !std::isfinite(shown.high - shown.low))
+    ThrowError(OrtError_InputKindNotAccepted, "a map's right edge must be east of its left one");
+  MapView const view =
+      PlaceMap(shown, ReadRange(latitudes, "latitudes"), ReadFrame(projection, width, height));
+  return MakeNumbers({{"world", view.world},
+                      {"west", view.west},
+                      {"north", view.north},
+                      {"left", view.left},
+                      {"right", view.right},
+                      {"bottom", view.bottom},
+                      {"top", view.top},
+                      {"worldHeight", view.worldHeight},
+                      {"shift", view.shift}});
 }
 
 Value CallMapPixels(Value const& longitudes, Value const& latitudes, Value const& projection,
@@ -110,20 +153,44 @@ BuiltinFamily MapFamily() {
   KeySegmentType const numbers = ArrayOf(StoreType::Real64);
   KeySegmentType const kind = Segment(StoreType::Int32);
   KeySegmentType const keyMap = Segment(StoreType::KeyMap);
+  KeySegmentType const range = Segment(StoreType::Tuple);
   return {
       "maps",
       {
-          {.name = "mapView",
+          {.name = "mapBounds",
+           .inputs = {"longitudes", "latitudes", "projection"},
+           .help =
+               "The shortest range of longitudes that holds all places, across the date line where that is "
+               "shorter (then it ends beyond 180), and their range of latitudes as far as the projection "
+               "reaches (0 is Mercator, 1 takes degrees as they are); without places the whole map.",
+           .example = R"("inputs": [{"Array": {"type": "Real64", "values": [170, -170]}}, )"
+                      R"({"Array": {"type": "Real64", "values": [-5, 5]}}, {"Int32": 1}])",
+           .registrations = {Multinary<CallMapBounds>({numbers, numbers, kind}, keyMap)}},
+          {.name = "mapZoom",
            .inputs = {"longitudes", "latitudes", "projection", "width", "height"},
            .help =
-               "The part of a map (0 is Mercator, 1 takes degrees as they are) that shows all places in a "
-               "pane: \"world\", the pixels of the way around it; \"west\" and \"north\" of the pane in such "
-               "ways; its edges \"left\" and \"right\" and the projection's own, \"bottom\" and \"top\", in "
-               "degrees; \"worldHeight\" and \"shift\", the pixels between those and down to the pane.",
-           .example = R"("inputs": [{"Array": {"type": "Real64", "values": [170, -170]}}, )"
-                      R"({"Array": {"type": "Real64", "values": [-5, 5]}}, {"Int32": 1}, {"Real64": 200}, )"
-                      R"({"Real64": 100}])",
-           .registrations = {Multinary<CallMapView>({numbers, numbers, kind, real, real}, keyMap)}},
+               "The longitudes \"left\" and \"right\" that a pane would show in one of four zoom levels to "
+               "each doubling so as to hold the ranges, and \"limit\", the most degrees that it may show: a "
+               "whole turn, or more where the latitudes need it.",
+           .example =
+               R"("inputs": [{"Tuple": [{"Real64": -160}, {"Real64": 170}, {"Int32": 0}, {"Int32": 4}, )"
+               R"({"Bool": false}]}, {"Tuple": [{"Real64": -50}, {"Real64": 60}, {"Int32": 0}, )"
+               R"({"Int32": 4}, {"Bool": false}]}, {"Int32": 1}, {"Real64": 200}, {"Real64": 100}])",
+           .registrations = {Multinary<CallMapZoom>({range, range, kind, real, real}, keyMap)}},
+          {.name = "mapView",
+           .inputs = {"left", "right", "latitudes", "projection", "width", "height"},
+           .help =
+               "A pane between two longitudes, with the middle of the latitudes in its own where the map "
+               "does "
+               "not end before: \"world\", the pixels of the way around it; \"west\" and \"north\" of the "
+               "pane "
+               "in such ways; its edges \"left\" and \"right\" and the projection's own, \"bottom\" and "
+               "\"top\", in degrees; \"worldHeight\" and \"shift\", the pixels between those and down to the "
+               "pane.",
+           .example = R"("inputs": [{"Real64": 165}, {"Real64": 195}, {"Tuple": [{"Real64": -5}, )"
+                      R"({"Real64": 5}, {"Int32": 0}, {"Int32": 4}, {"Bool": false}]}, {"Int32": 1}, )"
+                      R"({"Real64": 200}, {"Real64": 100}])",
+           .registrations = {Multinary<CallMapView>({real, real, range, kind, real, real}, keyMap)}},
           {.name = "mapPixels",
            .inputs = {"longitudes", "latitudes", "projection", "view"},
            .help = "Where places lie in a pane with a view as mapView gives it, in pixels \"x\" and \"y\", "

@@ -1,9 +1,14 @@
 #pragma once
 
-#include <span>
 #include <vector>
 
 namespace ostrel::charts {
+
+/// Degrees.
+struct MapPlace {
+  double longitude = 0;
+  double latitude = 0;
+};
 
 /// A point of a map in worlds: 1 is the way around it, 0,0 the meridian's crossing with the equator; y
 /// upwards.
@@ -17,6 +22,23 @@ struct MapFrame {
   int projection = 0;
   double width = 0;
   double height = 0;
+};
+
+/// A range of degrees; one of longitudes may go on beyond 180.
+struct DegreeRange {
+  double low = 0;
+  double high = 0;
+};
+
+struct MapBounds {
+  DegreeRange longitudes;
+  DegreeRange latitudes;
+};
+
+/// The longitudes that a pane would show of a map, and the most that it may show.
+struct MapZoom {
+  DegreeRange longitudes;
+  double limit = 360;
 };
 
 /// Which part of a map is shown.
@@ -34,8 +56,16 @@ struct MapView {
 
 MapPoint ProjectDegrees(int projection, double longitude, double latitude);
 
-/// The view that holds all points with a margin: over the shortest stretch of longitudes, across the date
-/// line where that is shorter, in one of four zoom levels to each doubling. The whole map without points.
-MapView FitMap(std::vector<MapPoint> const& points, MapFrame const& frame);
+/// The shortest stretch of longitudes that holds all places, across the date line where that is shorter, and
+/// their latitudes as far as the projection reaches. Without places the whole map.
+MapBounds FindMapBounds(std::vector<MapPlace> const& places, int projection);
+
+/// How much of a map a pane shows in one of four zoom levels to each doubling, so that it holds the bounds as
+/// far as its shape allows. One world is enough unless the latitudes need a smaller scale.
+MapZoom FindMapZoom(MapBounds const& bounds, MapFrame const& frame);
+
+/// A pane over the longitudes, with the middle of the latitudes in its own as far as the map does not end
+/// before.
+MapView PlaceMap(DegreeRange const& longitudes, DegreeRange const& latitudes, MapFrame const& frame);
 
 }  // namespace ostrel::charts

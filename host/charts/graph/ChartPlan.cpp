@@ -134,7 +134,7 @@ class ScalePlanner {
         for (std::size_t i = 0; i < uses.size(); ++i) {
           LayerPlan& layer = pane.layers[uses[i].layer];
           layer.channels.push_back(
-              {.encoding = uses[i].encoding, .scaled = Keep(layer, name, scale.rows[i], true)});
+              {.encoding = uses[i].encoding, .scaled = Keep(layer, uses[i], name, scale.rows[i], true)});
         }
       }
     }
@@ -245,7 +245,7 @@ class ScalePlanner {
       LayerPlan& layer = pane.layers[uses[i].layer];
       NodeId const shift = graph.Keep(PlaceOffsets(graph, *placing.offset, i, bandwidth));
       layer.channels.push_back({.encoding = uses[i].encoding,
-                                .scaled = Keep(layer, placing.offset->name, shift, isShared),
+                                .scaled = Keep(layer, uses[i], placing.offset->name, shift, isShared),
                                 .bandwidth = OffsetBandwidth(graph, *placing.offset, bandwidth)});
     }
   }
@@ -255,12 +255,13 @@ class ScalePlanner {
     for (std::size_t i = 0; i < uses.size(); ++i) {
       LayerPlan& layer = pane.layers[uses[i].layer];
       PositionRows const& rows = scale.rows[i];
-      layer.channels.push_back({.encoding = uses[i].encoding,
-                                .position = &scale,
-                                .scaled = Keep(layer, scale.name, rows.positions, isShared),
-                                .numbers = Keep(layer, scale.name + " number", rows.numbers, isShared),
-                                .bandwidth = scale.bandwidth,
-                                .unscaled = Keep(layer, scale.name + " number", rows.unscaled, isShared)});
+      layer.channels.push_back(
+          {.encoding = uses[i].encoding,
+           .position = &scale,
+           .scaled = Keep(layer, uses[i], scale.name, rows.positions, isShared),
+           .numbers = Keep(layer, uses[i], scale.name + " number", rows.numbers, isShared),
+           .bandwidth = scale.bandwidth,
+           .unscaled = Keep(layer, uses[i], scale.name + " number", rows.unscaled, isShared)});
     }
     ResolveSpec const& resolve = compilation_.document.resolvePanes;
     Channel const channel = scale.space.isHorizontal ? Channel::X : Channel::Y;
@@ -268,9 +269,10 @@ class ScalePlanner {
   }
 
   // Those rows of a shared scale's column that the layer has in its pane.
-  NodeId Keep(LayerPlan const& layer, std::string const& name, NodeId column, bool isShared) {
+  NodeId Keep(LayerPlan const& layer, LayerUse const& use, std::string const& name, NodeId column,
+              bool isShared) {
     if (column < 0 || !isShared) return column;
-    return compilation_.graph.Keep(layer.rows->Keep(compilation_.graph, name, column));
+    return compilation_.graph.Keep(layer.rows->Keep(compilation_.graph, name, column, *rows_[use.layer]));
   }
 
   // Whether no pane stands on the axis' side of a pane.

@@ -59,8 +59,9 @@ NodeId GraphBuilder::Map(std::string const& name, char const* function, NodeId i
   return Add(name, function, core::EvaluationMode::Map, {input}, std::move(parameters));
 }
 
-NodeId GraphBuilder::Zip(std::string const& name, char const* function, NodeId first, NodeId second) {
-  return Add(name, function, core::EvaluationMode::Zip, {first, second}, {});
+NodeId GraphBuilder::Zip(std::string const& name, char const* function, NodeId first, NodeId second,
+                         std::vector<NodeId> parameters) {
+  return Add(name, function, core::EvaluationMode::Zip, {first, second}, std::move(parameters));
 }
 
 NodeId GraphBuilder::Call(std::string const& name, char const* function, std::vector<NodeId> inputs) {

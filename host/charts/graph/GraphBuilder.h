@@ -41,7 +41,8 @@ class GraphBuilder {
 
   NodeId Map(std::string const& name, char const* function, NodeId input,
              std::vector<NodeId> parameters = {});
-  NodeId Zip(std::string const& name, char const* function, NodeId first, NodeId second);
+  NodeId Zip(std::string const& name, char const* function, NodeId first, NodeId second,
+             std::vector<NodeId> parameters = {});
   /// Every step of a function folded over all rows, or over those of each group, from the initial value on,
   /// or from the zero of its type.
   NodeId Scan(std::string const& name, char const* function, NodeId column,

@@ -69,9 +69,10 @@ LayerRows::LayerRows(GraphBuilder& graph, std::shared_ptr<LayerRows> whole, Node
   }
 }
 
-NodeId LayerRows::Keep(GraphBuilder& graph, std::string const& name, NodeId column) const {
-  if (!whole_) return column;
-  return graph.Call(label_ + name, selector_, {whole_->Keep(graph, name, column), selection_});
+NodeId LayerRows::Keep(GraphBuilder& graph, std::string const& name, NodeId column,
+                       LayerRows const& of) const {
+  if (this == &of || !whole_) return column;
+  return graph.Call(label_ + name, selector_, {whole_->Keep(graph, name, column, of), selection_});
 }
 
 RowColumn const& LayerRows::GetColumn(GraphBuilder& graph, std::string const& field) {

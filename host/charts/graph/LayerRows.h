@@ -37,8 +37,8 @@ class LayerRows {
   DataTable const& GetTable() const { return *table_; }
   int GetRowCount() const { return rowCount_; }
   LayerRows& GetWhole() { return whole_ ? whole_->GetWhole() : *this; }
-  /// The column's rows that are kept of a column of all rows.
-  NodeId Keep(GraphBuilder& graph, std::string const& name, NodeId column) const;
+  /// Those rows of a column of other rows, of which these are some, or which these are.
+  NodeId Keep(GraphBuilder& graph, std::string const& name, NodeId column, LayerRows const& of) const;
 
   /// The column as it stands.
   RowColumn const& GetColumn(GraphBuilder& graph, std::string const& field);

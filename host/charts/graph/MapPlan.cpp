@@ -9,6 +9,8 @@ namespace {
 
 // Marks whose place is a little outside of a pane reach into it.
 constexpr double kReach = 20;
+// Of the places' extents on each side; what lies at an edge has room for its mark.
+constexpr double kMargin = 0.05;
 
 struct DegreeColumns {
   NodeId longitudes = -1;
@@ -43,10 +45,18 @@ class MapPlanner {
       latitudes.push_back(degrees.latitudes);
     }
     plan_.projection = graph_.Int(compilation_.document.projection == Projection::Mercator ? 0 : 1);
-    plan_.view = graph_.Call("map view", "mapView",
-                             {graph_.Call("longitudes", "concatenate", longitudes),
-                              graph_.Call("latitudes", "concatenate", latitudes), plan_.projection,
-                              graph_.Real(width_), graph_.Real(height_)});
+    NodeId const bounds = graph_.Call("map bounds", "mapBounds",
+                                      {graph_.Call("longitudes", "concatenate", longitudes),
+                                       graph_.Call("latitudes", "concatenate", latitudes), plan_.projection});
+    NodeId const x = Widen("longitude", bounds, [&](NodeId ranges, NodeId degrees) {
+      NodeId const none = graph_.Call("no latitudes", "head", {ranges, graph_.Int(0)});
+      return graph_.Call("longitudes with margin", "extendXRangesByDegree",
+                         {ranges, degrees, none, graph_.Bool(true)});
+    });
+    NodeId const y = Widen("latitude", bounds, [&](NodeId ranges, NodeId degrees) {
+      return graph_.Call("latitudes with margin", "extendYRangesByDegree", {ranges, degrees});
+    });
+    PlanEdges(x, y);
     plan_.world = graph_.Keep(View("world"));
     plan_.height = graph_.Keep(View("worldHeight"));
     plan_.shift = graph_.Keep(View("shift"));
@@ -72,6 +82,37 @@ class MapPlanner {
   MapPlan const& GetPlan() const { return plan_; }
 
  private:
+  // A range of the bounds with a margin.
+  template <class Extend>
+  NodeId Widen(std::string const& name, NodeId bounds, Extend const& extend) {
+    NodeId const range = graph_.Call(name + " range", "member", {bounds, graph_.Text(name + "s")});
+    auto const end = [&](char const* label, int place) {
+      return graph_.Call(name + label, "member", {range, graph_.Int(place)});
+    };
+    NodeId const length = graph_.Zip(name + " length", "subtract", end(" end", 1), end(" start", 0));
+    NodeId const degrees = graph_.Zip(name + " margin", "multiply", length, graph_.Real(kMargin));
+    NodeId const ranges = graph_.Call(name + " ranges", "repeat", {range, graph_.Int(1)});
+    return graph_.Call(name + "s of the map", "element", {extend(ranges, degrees), graph_.Int(0)});
+  }
+
+  // What a zoom level shows beyond the limit is taken off both edges alike, so that no place is shown twice.
+  void PlanEdges(NodeId longitudes, NodeId latitudes) {
+    NodeId const width = graph_.Real(width_);
+    NodeId const height = graph_.Real(height_);
+    NodeId const zoom =
+        graph_.Call("map zoom", "mapZoom", {longitudes, latitudes, plan_.projection, width, height});
+    auto const read = [&](char const* name) {
+      return graph_.Call(std::string("zoom ") + name, "member", {zoom, graph_.Text(name)});
+    };
+    NodeId const shown = graph_.Zip("shown longitudes", "subtract", read("right"), read("left"));
+    NodeId const left = graph_.Zip("left edge", "adjustLeftWrapped", shown, read("left"), {read("limit")});
+    NodeId const right =
+        graph_.Zip("right edge", "adjustRightWrapped", shown,
+                   graph_.Call("edges", "makeTuple", {left, read("right")}), {read("limit")});
+    plan_.view =
+        graph_.Call("map view", "mapView", {left, right, latitudes, plan_.projection, width, height});
+  }
+
   DegreeColumns ReadDegrees(LayerSpec const& spec, LayerRows& rows) {
     auto const read = [&](Channel channel, char const* name) {
       return FieldNumbers(compilation_, {spec.Find(channel), &rows, ""}, name);

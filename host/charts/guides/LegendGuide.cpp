@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "charts/functions/LabelVisibility.h"
+#include "charts/guides/StepLegend.h"
 #include "charts/marks/MarkTable.h"
 #include "ostrelrtcore/Factory.h"
 
@@ -267,6 +268,10 @@ Group BuildLegends(ChartPlan const& plan, Results const& results, Point at, Text
     if (top > 0) top += GuideStyle::kLegendGap;
     top = builder.AddTitle(legend.title, top);
     StyleScale const& first = *legend.scales.front();
+    if (first.steps >= 0) {
+      top = AddStepLegend(first, results, top, setter, group, extent);
+      continue;
+    }
     top = first.palette >= 0 ? builder.AddGradient(first, results, top)
                              : builder.AddEntries(ReadEntries(legend, results), top);
   }

@@ -94,6 +94,7 @@ MarkDefinition DefineArea() {
                        Channel::Detail, Channel::Order},
           .plan = Plan,
           .isStacked = true,
+          .joinsRows = true,
           .isFilled = true,
           .shape = SymbolShape::Square,
           .gap = "the area breaks there"};

@@ -35,7 +35,7 @@ class GeoshapePlan final : public MarkPlan {
     shift_ = map.shift;
     color_ = context.GetScaled(Channel::Color);
     MarkSpec const& mark = context.GetMark();
-    stroke_ = {OrtColor(0), mark.strokeWidth.value_or(1), {}};
+    stroke_ = {OrtColor(0), mark.strokeWidth.value_or(1), mark.strokeDash};
     if (!mark.stroke.empty())
       stroke_.color = ReadColor(context.GetCompilation().document, mark.path + ".stroke", mark.stroke);
   }
@@ -123,7 +123,7 @@ std::unique_ptr<MarkPlan> Plan(MarkContext& context) { return std::make_unique<G
 
 MarkDefinition DefineGeoshape() {
   MarkDefinition definition{.name = "geoshape",
-                            .properties = {"fill", "stroke", "strokeWidth", "filled"},
+                            .properties = {"fill", "stroke", "strokeWidth", "strokeDash", "filled"},
                             .channels = {Channel::Color},
                             .plan = Plan};
   definition.isMap = true;

@@ -96,6 +96,7 @@ MarkDefinition DefineLine() {
       .properties = {"stroke", "strokeWidth", "strokeDash", "interpolate", "point"},
       .channels = {Channel::X, Channel::Y, Channel::Color, Channel::Opacity, Channel::Detail, Channel::Order},
       .plan = Plan,
+      .joinsRows = true,
       .sample = LegendSample::Line,
       .gap = "the line breaks there"};
 }

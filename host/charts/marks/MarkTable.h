@@ -32,6 +32,8 @@ struct MarkDefinition {
   bool isMap = false;
   /// Whether rows of one place stand on one another where the document does not say.
   bool isStacked = false;
+  /// Whether a series' rows are joined, so that stacked series need a row at every place.
+  bool joinsRows = false;
   /// The share of a discrete value's step that is left free between marks; nullopt: marks are points.
   std::optional<double> bandGap = std::nullopt;
   /// Whether intervals, bins and units of time, are drawn from end to end, and how.

@@ -23,6 +23,7 @@ class EncodingJoiner {
     Join("scale.domainMin", into.domainMin, from.domainMin);
     Join("scale.domainMax", into.domainMax, from.domainMax);
     Join("scale.domainMid", into.domainMid, from.domainMid);
+    Join("scale.domainMid", into.findsMid, from.findsMid);
     Join("scale.range", into.range, from.range);
     Join("scale.zero", into.zero, from.zero);
     Join("scale.nice", into.nice, from.nice);
@@ -32,6 +33,7 @@ class EncodingJoiner {
     Join("scale.fit", into.fit, from.fit);
     Join("scale.base", into.base, from.base);
     Join("scale.scheme", into.scheme, from.scheme);
+    Join("scale.scheme.count", into.schemeCount, from.schemeCount);
     Join("sort", joined_.sort, further_.sort);
     Join("sort", joined_.isDescending, further_.isDescending);
     joined_.keepsDataOrder = joined_.keepsDataOrder || further_.keepsDataOrder;

@@ -284,6 +284,19 @@ void SetMiddle(GraphBuilder& graph, double middle, ScaledField& field) {
   field.maximum = graph.Zip(field.name + " maximum to middle", "Max", field.maximum, field.middle);
 }
 
+// Colours part at 0 where the domain reaches to both sides of it; numbers below 0 alone get the stronger
+// colours the lower they are.
+void FindMiddle(GraphBuilder& graph, ScaledField& field) {
+  NodeId const none = graph.Constant(
+      "none", factory::MakeSpecial(ort::core::StoreTypeInfo::Real64, ort::core::SpecialKind::Missing));
+  std::vector<NodeId> const inputs = {field.minimum, field.maximum, none};
+  if (graph.Peek(graph.Call(field.name + " is diverging", "isDivergingAuto", inputs))->GetBool()) {
+    SetMiddle(graph, 0, field);
+  } else if (graph.Peek(graph.Call(field.name + " is reversed", "isReversedAuto", inputs))->GetBool()) {
+    field.isReversed = !field.isReversed;
+  }
+}
+
 // From a centre to as far as the data reach on either side.
 void SetCenter(GraphBuilder& graph, double center, ScaledField& field) {
   constexpr int kMinimumToMaximum = 1;
@@ -338,6 +351,8 @@ double ReadFieldNumber(Compilation const& compilation, Encoding const& encoding,
 
 ScaleType ResolveScaleType(Encoding const& encoding) {
   if (encoding.scale.type) return *encoding.scale.type;
+  if (encoding.channel == Channel::Color && encoding.bin && !encoding.endField.empty())
+    return ScaleType::BinOrdinal;
   switch (encoding.type) {
     case FieldType::Quantitative:
       return ScaleType::Linear;
@@ -387,6 +402,7 @@ ScaledField ScaleField(Compilation& compilation, ScaleSource const& source, Doma
     bool const isSize = source.encoding.channel == Channel::Size;
     (isSize ? SetCenter : SetMiddle)(graph, *middle, field);
   }
+  if (source.encoding.scale.findsMid) FindMiddle(graph, field);
   field.lower = ToScaleSpace(graph, field, source.name + " minimum", field.minimum);
   field.upper = ToScaleSpace(graph, field, source.name + " maximum", field.maximum);
   return field;

@@ -3,54 +3,23 @@
 #include <algorithm>
 
 #include "charts/document/Readers.h"
+#include "charts/scales/ColorPalette.h"
 #include "charts/scales/GuideValues.h"
-#include "services/ValueConverter.h"
+#include "charts/scales/StepScale.h"
 
 namespace ostrel::charts {
 namespace {
 
 namespace factory = ort::core::factory;
-using ort::core::OrtColor;
 using ort::core::StoreTypeInfo;
 
 constexpr char const* kCategoricalScheme = "tableau10";
-constexpr char const* kSequentialScheme = "blues";
-constexpr char const* kDivergingScheme = "blueorange";
 constexpr int kSchemeStops = 9;
 constexpr double kLegendTickCount = 5;
 constexpr double kLegendLength = 160;  // of a colour ramp, pixels
 constexpr double kLabelFontSize = 10;
 
 bool IsContinuous(Encoding const& encoding) { return ResolveScaleType(encoding) != ScaleType::Ordinal; }
-
-OrtColor ReadColor(Compilation const& compilation, Encoding const& encoding, Literal const& literal) {
-  if (auto const* text = std::get_if<std::string>(&literal)) {
-    if (auto const color = services::ParseColor(OStringCore::fromUtf8(*text).view())) return *color;
-    ThrowDocumentError(compilation.document, encoding.path + ".scale.range",
-                       "\"" + *text + "\" is no colour");
-  }
-  ThrowDocumentError(compilation.document, encoding.path + ".scale.range", "expects colours");
-}
-
-// The palette as Int32 ARGB values: the document's own, or a named scheme.
-NodeId MakePalette(Compilation& compilation, Encoding const& encoding, std::string const& name, NodeId count,
-                   char const* defaultScheme, bool isReversed) {
-  GraphBuilder& graph = compilation.graph;
-  ScaleSpec const& scale = encoding.scale;
-  NodeId palette = -1;
-  if (!scale.range.empty()) {
-    auto colors = std::make_unique<std::vector<int>>();
-    for (Literal const& literal : scale.range) {
-      colors->push_back(ReadColor(compilation, encoding, literal).GetValue());
-    }
-    palette =
-        graph.Constant(name + " palette", factory::MakeArray<int>(StoreTypeInfo::Int32, std::move(colors)));
-  } else {
-    std::string const scheme = scale.scheme.empty() ? defaultScheme : scale.scheme;
-    palette = graph.Call(name + " palette", "colorScheme", {graph.Text(scheme), count});
-  }
-  return isReversed ? graph.Call(name + " reversed palette", "reverse", {palette}) : palette;
-}
 
 // Indices that start again from 0 where they reach the count.
 NodeId WrapIndices(GraphBuilder& graph, std::string const& name, NodeId indices, NodeId count) {
@@ -83,7 +52,8 @@ NodeId PlanEntries(Compilation& compilation, Encoding const& encoding, ScaledFie
 
 void KeepAll(GraphBuilder& graph, StyleScale const& scale) {
   for (NodeId const node : scale.rows) graph.Keep(node);
-  for (NodeId const node : {scale.entryLabels, scale.entries, scale.entryPlaces, scale.palette}) {
+  for (NodeId const node :
+       {scale.entryLabels, scale.entries, scale.entryPlaces, scale.palette, scale.steps}) {
     if (node >= 0) graph.Keep(node);
   }
 }
@@ -93,7 +63,7 @@ StyleScale PlanCategoricalColor(Compilation& compilation, ScaleSource const& sou
   Encoding const& encoding = source.encoding;
   CategoryField const field = IndexCategories(compilation, source);
   char const* const scheme = encoding.type == FieldType::Ordinal ? kSequentialScheme : kCategoricalScheme;
-  NodeId const palette = MakePalette(compilation, encoding, "color", field.count, scheme,
+  NodeId const palette = PlanPalette(compilation, encoding, "color", field.count, scheme,
                                      encoding.scale.reverse.value_or(false));
   NodeId const wide = graph.Map("color palette values", "toInt64", palette);
   NodeId const size = graph.Call("color palette size", "count", {palette});
@@ -117,8 +87,8 @@ StyleScale PlanContinuousColor(Compilation& compilation, ScaleSource const& sour
   Encoding const& encoding = source.encoding;
   ScaledField const field = ScaleField(compilation, source, {});
   StyleScale scale{.channel = Channel::Color, .encoding = encoding};
-  char const* const scheme = encoding.scale.domainMid ? kDivergingScheme : kSequentialScheme;
-  scale.palette = MakePalette(compilation, encoding, "color", graph.Int(kSchemeStops), scheme,
+  char const* const scheme = field.middle >= 0 ? kDivergingScheme : kSequentialScheme;
+  scale.palette = PlanPalette(compilation, encoding, "color", graph.Int(kSchemeStops), scheme,
                               IsReversed(encoding, field));
   for (std::size_t i = 0; i < source.uses.size(); ++i) {
     std::string const& label = source.uses[i].label;
@@ -224,6 +194,7 @@ StyleScale PlanScale(Compilation& compilation, ScaleSource const& source) {
     case Channel::Shape:
       return PlanShapeScale(compilation, source);
     default:
+      if (IsStepped(ResolveScaleType(source.encoding))) return PlanStepScale(compilation, source);
       return IsContinuous(source.encoding) ? PlanContinuousColor(compilation, source)
                                            : PlanCategoricalColor(compilation, source);
   }

@@ -18,6 +18,8 @@ struct StyleScale {
   NodeId entries = -1;      ///< the entries' styles
   NodeId entryPlaces = -1;  ///< of a continuous legend: the entries' places; outside of 0 to 1 not shown
   NodeId palette = -1;      ///< of a continuous colour legend: Int32 column of its stops
+  NodeId steps = -1;  ///< of a legend of colours in steps: Color column, from the lowest step up; its entries
+                      ///< are the numbers between the steps
 };
 
 /// The area of the largest symbol, as of a step of 20 pixels, in square pixels.

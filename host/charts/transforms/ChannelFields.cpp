@@ -172,6 +172,7 @@ class ChannelDeriver {
 
   // Bins of the data: the second position has their ends.
   void FindBinEnd(Encoding& encoding) {
+    if (!IsPosition(encoding.channel)) return;
     Channel const second = encoding.channel == Channel::X ? Channel::X2 : Channel::Y2;
     auto const end = std::ranges::find(drawn_.encodings, second, &Encoding::channel);
     if (end != drawn_.encodings.end()) encoding.endField = end->field;
@@ -291,6 +292,7 @@ class ChannelDeriver {
     }
     AddStackingOrder(stack);
     if (measure.derivedTitle.empty()) measure.derivedTitle = measure.field;
+    if (GetDefinition(layer_.mark).joinsRows) FillStack(measure);
     drawn_.rows = StackRows(graph_, stack, *drawn_.rows);
     if (stack.offset == StackOffset::Normalize && measure.axis.format.empty()) measure.axis.format = ".0%";
     measure.field = stack.end;
@@ -300,6 +302,22 @@ class ChannelDeriver {
     start.field = stack.start;
     start.type = measure.type;
     drawn_.encodings.push_back(std::move(start));
+  }
+
+  // Series stand on one another at all places, also where one of them has no row.
+  void FillStack(Encoding const& measure) {
+    GapSpec gaps{.path = measure.path + ".stack", .field = measure.field, .place = {}, .series = {}};
+    auto const add = [](std::vector<std::string>& fields, Encoding const& encoding) {
+      for (std::string const& field : {encoding.field, encoding.endField, encoding.sortField}) {
+        if (!field.empty() && std::ranges::find(fields, field) == fields.end()) fields.push_back(field);
+      }
+    };
+    Channel const place = measure.channel == Channel::X ? Channel::Y : Channel::X;
+    for (Encoding const& encoding : drawn_.encodings) {
+      if (encoding.channel == place) add(gaps.place, encoding);
+      if (Splits(encoding) || IsFacet(encoding.channel)) add(gaps.series, encoding);
+    }
+    if (!gaps.place.empty() && !gaps.series.empty()) drawn_.rows = FillGaps(graph_, gaps, drawn_.rows);
   }
 
   GraphBuilder& graph_;

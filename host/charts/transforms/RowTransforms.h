@@ -28,6 +28,19 @@ std::shared_ptr<LayerRows> BinRows(GraphBuilder& graph, BinTransform const& bin,
 std::shared_ptr<LayerRows> FloorRowsToTimeUnit(GraphBuilder& graph, TimeUnitTransform const& unit,
                                                LayerRows& rows);
 
+/// What rows are needed so that every series can be stacked at every place.
+struct GapSpec {
+  std::string path;
+  std::string field;                ///< the number that is stacked: 0 in new rows
+  std::vector<std::string> place;   ///< fields that are equal in the rows of a place
+  std::vector<std::string> series;  ///< fields that are equal in the rows of a series
+};
+
+/// Further rows behind the others, one for each place at which other series have a row and a series has none.
+/// What is neither its place nor its series' is missing there.
+std::shared_ptr<LayerRows> FillGaps(GraphBuilder& graph, GapSpec const& gaps,
+                                    std::shared_ptr<LayerRows> const& rows);
+
 /// Where the segments of stacked rows begin and end.
 struct StackSpec {
   std::string path;

@@ -53,6 +53,10 @@ Value Texts(std::vector<std::string> const& texts, std::vector<int> special = {}
 Value Real(double value) { return factory::MakeReal64(value); }
 Value Date(OrtDateTime date) { return factory::MakeDateTime(date); }
 Value Text(std::string const& text) { return factory::MakeString(OStringCore::fromUtf8(text)); }
+Value Degrees(double low, double high) {
+  return factory::MakeTuple(
+      {Real(low), Real(high), factory::MakeInt32(0), factory::MakeInt32(4), factory::MakeBool(false)});
+}
 Value SpecialReal() { return factory::MakeSpecial({StoreType::Real64, false}, kSpecial); }
 Value Font() {
   return factory::MakeTuple({Text("sans-serif"), Real(10), factory::MakeInt32(400), factory::MakeInt32(0)});
@@ -146,6 +150,8 @@ TEST(ChartFunctions, AnswerCalls) {
        {Dates({OrtDateTime(2016, 4, 1)}), Date(OrtDateTime(2015, 10, 1)), factory::MakeInt32(2016)},
        "2016-07-01T00:00:00.0000"},
       {"binRange", {Real(1.4), Real(9.3), Real(10), Real(0), Real(0)}, "1|10|1"},
+      {"thresholdIndex", {Reals({-1, 0, 7, 12, NAN}), Reals({0, 10})}, "0|1|1|2|<1>"},
+      {"thresholdIndex", {Reals({5}), Reals({})}, "0"},
   };
   for (auto const& [function, inputs, result] : cases) {
     EXPECT_EQ(Show(Call(function, inputs)), result) << function;
@@ -212,13 +218,18 @@ TEST(ChartFunctions, RefuseWithCodeAndMessage) {
       {"niceLinearDomain", {Real(0), SpecialReal(), Real(5)}, 55, "special Real64 read as Real64"},
       {"timeTicks", {Real(0), Real(1), SpecialReal()}, 55, "special Real64 read as Real64"},
       {"mapView",
-       {Reals({0}), Reals({0}), factory::MakeInt32(0), Real(0), Real(5)},
+       {Real(0), Real(9), Degrees(0, 1), factory::MakeInt32(0), Real(0), Real(5)},
        2,
        "a map needs a width and a height above 0"},
       {"mapView",
-       {Reals({0}), Reals({0}), factory::MakeInt32(2), Real(5), Real(5)},
-       55,
-       "a projection is 0 or 1"},
+       {Real(9), Real(9), Degrees(0, 1), factory::MakeInt32(0), Real(5), Real(5)},
+       2,
+       "a map's right edge must be east of its left one"},
+      {"mapZoom",
+       {Degrees(0, 1), Degrees(1, 0), factory::MakeInt32(0), Real(5), Real(5)},
+       2,
+       "a range of latitudes needs two finite ends in order"},
+      {"mapBounds", {Reals({0}), Reals({0}), factory::MakeInt32(2)}, 55, "a projection is 0 or 1"},
       {"mapPixels",
        {Reals({0}), Reals({0, 1}), factory::MakeInt32(0), factory::MakeKeyMap(factory::NamedValues())},
        259,
@@ -234,6 +245,7 @@ TEST(ChartFunctions, RefuseWithCodeAndMessage) {
        {Real(0), Real(1e6), Real(10), Real(1), Real(0)},
        2,
        "a step that makes more than 10,000 bins"},
+      {"thresholdIndex", {Reals({0}), Reals({1, 1})}, 2, "thresholds must be ascending"},
   };
   for (auto const& row : cases) {
     EXPECT_EQ(ErrorOf([&] { Call(row.function, row.inputs); }), Error(row.code, row.message)) << row.function;

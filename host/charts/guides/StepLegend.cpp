@@ -1,0 +1,51 @@
+#include "charts/guides/StepLegend.h"
+
+#include "charts/functions/LabelVisibility.h"
+
+namespace ostrel::charts {
+namespace {
+
+using namespace GuideStyle;
+using ort::core::OrtColor;
+
+constexpr double kTick = 3;
+
+void AddBoxes(StyleScale const& scale, Results const& results, double top, Group& group, Extent& extent) {
+  auto const& colors = results[scale.steps]->AsTypedArray<OrtColor>();
+  double const height = kGradientLength / colors.GetCount();
+  for (int step = 0; step < colors.GetCount(); ++step) {
+    double const bottom = top + kGradientLength - step * height;
+    group.nodes.emplace_back(
+        RectMark{{0, bottom - height, kGradientThickness, height}, colors.GetElement(step)});
+  }
+  extent.Add({group.origin.x, group.origin.y + top, kGradientThickness, kGradientLength});
+}
+
+}  // namespace
+
+double AddStepLegend(StyleScale const& scale, Results const& results, double top, TextSetter const& setter,
+                     Group& group, Extent& extent) {
+  AddBoxes(scale, results, top, group, extent);
+  auto const& places = results[scale.entryPlaces]->AsTypedArray<double>();
+  auto const& labels = results[scale.entryLabels]->AsTypedArray<ort::core::RIndirectString>();
+  std::vector<double> heights;
+  for (double const place : places.GetValues()) heights.push_back(top + kGradientLength * (1 - place));
+  std::vector<double> const sizes(heights.size(), kLabelFontSize);
+  auto const shown = VisibleLabels(heights, sizes, kLegendRowGap, LabelStrategy::Greedy);
+  for (std::size_t i = 0; i < heights.size(); ++i) {
+    if (shown[i] == 0) continue;
+    double const right = kGradientThickness + kTick;
+    group.nodes.emplace_back(
+        RuleMarks{{{{kGradientThickness, heights[i]}, {right, heights[i]}}}, {AxisColor(), 1, {}}});
+    TextMark label;
+    label.text = labels.GetElement(static_cast<int>(i)).Get().toUtf8();
+    label.at = {right + kTick, heights[i]};
+    label.baseline = TextBaseline::Middle;
+    label.font = setter.MakeFont(kLabelFontSize);
+    label.color = FaintTextColor();
+    setter.Add(group, label, extent, kLabelLimit);
+  }
+  return top + kGradientLength;
+}
+
+}  // namespace ostrel::charts
