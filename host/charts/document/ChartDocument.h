@@ -80,7 +80,7 @@ struct ScaleSpec {
   std::optional<double> base;
   std::string scheme;
   std::optional<double> schemeCount;  ///< of steps
-  std::optional<bool> isBand;  ///< "band" or "point"
+  std::optional<bool> isBand;         ///< "band" or "point"
   std::optional<double> padding;
   std::optional<double> paddingInner;
   std::optional<double> paddingOuter;

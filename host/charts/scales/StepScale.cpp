@@ -85,10 +85,10 @@ NodeId PlaceSteps(GraphBuilder& graph, Steps const& steps, std::string const& na
   NodeId const ranges = graph.Call(
       name + " halves", "concatenate",
       {half(" left half", steps.low, steps.center), half(" right half", steps.center, steps.high)});
-  NodeId const half_of =
+  NodeId const sides =
       graph.Constant(name + " half", factory::MakeArray<int>(StoreTypeInfo::Int32, std::move(halves)));
-  return graph.Zip(name, "interpolateIndexedRange", MakeNumbers(graph, name + " fractions", fractions),
-                   half_of, {ranges});
+  return graph.Zip(name, "interpolateIndexedRange", MakeNumbers(graph, name + " fractions", fractions), sides,
+                   {ranges});
 }
 
 // Numbers that need more decimals than tell the steps apart are rounded, unless the document has a format.
