@@ -13,4 +13,12 @@ std::size_t GetThreadNumber() noexcept {
   return t_number;
 }
 
+void Pause() noexcept {
+#if defined(__x86_64__)
+  __builtin_ia32_pause();
+#elif defined(__aarch64__)
+  __asm__ volatile("yield");
+#endif
+}
+
 }  // namespace runtime::detail

@@ -13,11 +13,15 @@ namespace runtime {
 namespace detail {
 // A number of the calling thread; threads are numbered as they come.
 OSTREL_API std::size_t GetThreadNumber() noexcept;
+// Leaves the processor to whoever shares it for a moment, without a call into the system.
+OSTREL_API void Pause() noexcept;
 }  // namespace detail
 
 // A reader/writer lock for data that is read far more often than written: a reader takes one part of it,
 // mostly one that no other thread is using, so that readers do not wait for each other's cache lines; a
-// writer takes all parts. Counters stand beside each part, for the readers that hold it.
+// writer takes all parts. What is done under it takes less time than to put a thread to sleep and wake it, so
+// who finds it taken tries again for a while before waiting. Counters stand beside each part, for the readers
+// that hold it.
 template <class Counters>
 class StripedLock {
   struct alignas(64) Stripe {
@@ -29,7 +33,7 @@ class StripedLock {
   class Reader {
    public:
     explicit Reader(StripedLock& lock) : stripe_(lock.stripes_[detail::GetThreadNumber() % kStripes]) {
-      stripe_.lock.LockForRead();
+      if (!Try([&] { return stripe_.lock.TryLockForRead(); })) stripe_.lock.LockForRead();
     }
     ~Reader() { stripe_.lock.Unlock(); }
     Reader(Reader const&) = delete;
@@ -45,7 +49,9 @@ class StripedLock {
   class Writer {
    public:
     explicit Writer(StripedLock& lock) : lock_(lock) {
-      for (Stripe& stripe : lock_.stripes_) stripe.lock.LockForWrite();
+      for (Stripe& stripe : lock_.stripes_) {
+        if (!Try([&] { return stripe.lock.TryLockForWrite(); })) stripe.lock.LockForWrite();
+      }
     }
     ~Writer() {
       for (Stripe& stripe : lock_.stripes_) stripe.lock.Unlock();
@@ -65,6 +71,17 @@ class StripedLock {
 
  private:
   static constexpr std::size_t kStripes = 8;
+  // Some microseconds.
+  static constexpr int kTries = 100;
+
+  template <class TryLock>
+  static bool Try(TryLock const& tryLock) {
+    for (int i = 0; i < kTries; ++i) {
+      if (tryLock()) return true;
+      detail::Pause();
+    }
+    return false;
+  }
 
   std::array<Stripe, kStripes> stripes_;
 };

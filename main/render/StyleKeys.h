@@ -11,7 +11,7 @@ namespace runtime {
 
 // What a row of a text style table says about a composition, apart from the wrap mode. A column that the
 // table does not have counts as zeros.
-struct StyleKey {
+struct StyleKey : std::enable_shared_from_this<StyleKey> {
   // All that the runs of the style are laid out by.
   std::shared_ptr<ort::core::StoreValue> textFont;
   double ascent = 0;

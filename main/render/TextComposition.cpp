@@ -35,7 +35,7 @@ TextComposition::TextComposition(TextComposer& composer, FormattedText const& te
   hash_ = Mix(size_, settings_);
   auto const& runs = text.GetRuns();
   if (runs.empty()) return;
-  firstStyle_ = composer.GetStyleKeys().Get(runs.front().styleIndex);
+  firstStyle_ = composer.GetStyleKeys().Get(runs.front().styleIndex).get();
   hash_ = Mix(hash_, firstStyle_->hash);
   for (TextRun const& run : runs) {
     hash_ = Mix(hash_, StringHash::OfText(run.text.view()) + run.styleIndex);
@@ -53,6 +53,7 @@ TextComposition::TextComposition(TextComposition const& other)
       size_(other.size_),
       settings_(other.settings_),
       firstStyle_(other.firstStyle_),
+      ownFirstStyle_(firstStyle_ == nullptr ? nullptr : firstStyle_->shared_from_this()),
       ownText_(other.ownText_ ? other.ownText_ : std::make_shared<FormattedText const>(*other.text_)),
       laterStyles_(other.laterStyles_) {
   SetText(*ownText_);

@@ -20,7 +20,8 @@ class TextComposer;
 // what every run's style says to the layout (text_font, ascent, font_height, leading); the size; and the
 // composer's settings, with the wrap mode that is in force.
 //
-// A key refers to the text it was made for, which must live as long; a copy of it has a text of its own.
+// A key refers to the text and the composer it was made for, which must live as long; a copy of it keeps
+// alive what it needs.
 class OSTREL_API TextComposition {
  public:
   // Throws 55 for a style that the composer's table does not have.
@@ -46,7 +47,10 @@ class OSTREL_API TextComposition {
   std::u16string_view firstText_;
   std::size_t runCount_ = 0;
   FormattedText const* text_ = nullptr;
-  std::shared_ptr<StyleKey const> firstStyle_;  // null for a text without runs
+  // Null for a text without runs. A look-up takes no reference, whose count other threads' look-ups would
+  // wait for.
+  StyleKey const* firstStyle_ = nullptr;
+  std::shared_ptr<StyleKey const> ownFirstStyle_;
   std::shared_ptr<FormattedText const> ownText_;
   std::vector<std::shared_ptr<StyleKey const>> laterStyles_;  // of the second run on; none for a single style
 };
