@@ -101,7 +101,7 @@ struct AxisSpec {
   TitleSpec title;
   std::string format;
   std::optional<double> labelAngle;
-  std::optional<double> labelLimit;
+  std::optional<double> labelLimit;  ///< of a label's lines, pixels; 0 for none
   std::optional<double> tickCount;
   std::optional<TickInterval> tickInterval;
   std::vector<Literal> values;
@@ -113,6 +113,7 @@ struct LegendSpec {
   bool isHidden = false;  ///< "legend": null
   TitleSpec title;
   std::string format;
+  std::optional<double> labelLimit;  ///< pixels; 0 for none
   std::vector<Literal> values;
   std::optional<double> tickCount;
 };
@@ -180,8 +181,9 @@ struct MarkSpec {
   std::optional<double> fontSize;
   bool isBold = false;
   std::string text;
-  std::string fit;             ///< what becomes of a text that its cell has no room for
-  bool isRightToLeft = false;  ///< "dir": a text that is cut keeps its end
+  std::optional<double> limit;        ///< of a text's lines, pixels; 0 for none
+  std::string fit;                    ///< what becomes of a text that its cell has no room for
+  std::optional<bool> isRightToLeft;  ///< "dir"; else by each text's first letter
 };
 
 /// A mark and its channels: a part of a view that is drawn over the parts before it.

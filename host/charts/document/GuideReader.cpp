@@ -86,6 +86,7 @@ AxisSpec ReadAxis(JsonValue const& value) {
       .Title("title", axis.title)
       .Text("format", axis.format)
       .Number("labelAngle", axis.labelAngle, kDegrees)
+      .Number("labelLimit", axis.labelLimit, kNotNegative)
       .On("tickCount",
           [&](JsonValue const& count) {
             if (count.Get().is_number()) {
@@ -97,7 +98,6 @@ AxisSpec ReadAxis(JsonValue const& value) {
       .Literals("values", axis.values)
       .Bool("grid", axis.grid)
       .OneOf("orient", axis.orient, std::span<NamedValue<char const*> const>(kAxisSides))
-      .Refuse("labelLimit", "is not supported; shorten the labels or set labelAngle")
       .Refuse("labelExpr", "is not supported; compute the labels in the data or use format")
       .Refuse("formatType", "is not supported; the field's type tells it")
       .Refuse("tickMinStep", "is not supported; use tickCount or values")
@@ -112,6 +112,7 @@ LegendSpec ReadLegend(JsonValue const& value) {
   JsonObjectReader(value)
       .Title("title", legend.title)
       .Text("format", legend.format)
+      .Number("labelLimit", legend.labelLimit, kNotNegative)
       .Literals("values", legend.values)
       .Number("tickCount", legend.tickCount, kTickCount)
       .Refuse("orient", "is not supported; legends stand right of the chart")

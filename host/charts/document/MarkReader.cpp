@@ -148,6 +148,7 @@ MarkSpec ReadMark(JsonValue const& value) {
       .OneOf("baseline", mark.baseline, std::span<NamedValue<char const*> const>(kBaselines))
       .Number("fontSize", mark.fontSize, kPositive)
       .On("fontWeight", [&mark](JsonValue const& weight) { ReadWeight(weight, mark); })
+      .Number("limit", mark.limit, kNotNegative)
       .OneOf("fit", mark.fit, std::span<NamedValue<char const*> const>(kFits))
       .OneOf("dir", mark.isRightToLeft, std::span<NamedValue<bool> const>(kDirections))
       .On("text", [&mark](JsonValue const& text) { mark.text = text.ReadLines(); })

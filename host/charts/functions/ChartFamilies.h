@@ -11,6 +11,7 @@ using ort::core::builtins::BuiltinFamily;
 
 BuiltinFamily TickFamily();
 BuiltinFamily LabelFamily(std::shared_ptr<services::TextMeasurer const> measurer);
+BuiltinFamily TextBoxFamily(std::shared_ptr<services::TextMeasurer const> measurer);
 BuiltinFamily PaletteFamily();
 BuiltinFamily CalendarFamily();
 BuiltinFamily BinFamily();

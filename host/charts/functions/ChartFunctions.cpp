@@ -7,20 +7,17 @@ namespace {
 
 using namespace ort::core;
 
-std::vector<BuiltinFamily> MakeFamilies(std::shared_ptr<services::TextMeasurer const> measurer) {
-  return {TickFamily(),    LabelFamily(std::move(measurer)),
-          PaletteFamily(), CalendarFamily(),
-          BinFamily(),     MapFamily(),
-          PeriodFamily(),  GapFamily(),
-          MathFamily(),    TextFamily(),
-          DatePartFamily()};
+std::vector<BuiltinFamily> MakeFamilies(std::shared_ptr<services::TextMeasurer const> const& measurer) {
+  return {TickFamily(), LabelFamily(measurer), TextBoxFamily(measurer), PaletteFamily(), CalendarFamily(),
+          BinFamily(),  MapFamily(),           PeriodFamily(),          GapFamily(),     MathFamily(),
+          TextFamily(), DatePartFamily()};
 }
 
 }  // namespace
 
 void RegisterChartFunctions(FunctionRegistry& registry,
                             std::shared_ptr<services::TextMeasurer const> measurer) {
-  for (auto const& family : MakeFamilies(std::move(measurer))) builtins::RegisterFamily(registry, family);
+  for (auto const& family : MakeFamilies(measurer)) builtins::RegisterFamily(registry, family);
 }
 
 std::vector<FunctionDocumentation> const& GetChartFunctionDocumentation() {

@@ -2,7 +2,9 @@
 
 #include "charts/functions/ChartFamilies.h"
 #include "charts/functions/LabelVisibility.h"
+#include "charts/functions/TextBoxes.h"
 #include "charts/functions/TickFormat.h"
+#include "charts/texts/TextDirection.h"
 #include "ostrelrtcore/builtins/Columns.h"
 #include "services/BreakHints.h"
 #include "services/DateFormat.h"
@@ -63,6 +65,18 @@ Value HintBreaks(Value const& texts) {
       texts, [](RIndirectString const& text) { return services::InsertZeroWidthSpaces(text.Get()); });
 }
 
+Value ReadFromRight(Value const& texts) {
+  RowKinds const kinds(RequireColumn(*texts, StoreType::String, "texts"));
+  auto const& rows = texts->AsTypedArray<RIndirectString>();
+  auto builder = factory::MakeColumnBuilder<uint8>(StoreTypeInfo::Bool, rows.GetCount());
+  for (int row = 0; row < rows.GetCount(); ++row) {
+    bool const isText = kinds[row] == SpecialKind::None;
+    builder.GetValues()[static_cast<std::size_t>(row)] =
+        isText && ReadsFromRight(rows.GetElement(row).Get()) ? 1 : 0;
+  }
+  return builder.Finish();
+}
+
 Value FormatTicks(Value const& ticks, Value const& pattern) {
   TickFormat const format(ReadNumbers(ticks, "ticks"), ReadText(pattern).view());
   return FormatRows<double>(ticks, [&](double tick) { return format.Format(tick); });
@@ -87,6 +101,15 @@ Value MeasureTexts(Value const& texts, Value const& font, TextMeasurer const& me
   auto const request = services::ReadFont(font);
   return MapRows<double, RIndirectString>(texts, StoreTypeInfo::Real64, [&](RIndirectString const& text) {
     return measurer.MeasureTextWidth(text.Get().view(), request);
+  });
+}
+
+/// Of a text the widest part between blanks.
+Value MeasureWords(Value const& texts, Value const& font, TextMeasurer const& measurer) {
+  RequireColumn(*texts, StoreType::String, "texts");
+  auto const request = services::ReadFont(font);
+  return MapRows<double, RIndirectString>(texts, StoreTypeInfo::Real64, [&](RIndirectString const& text) {
+    return MeasureWidestWord(text.Get().view(), request, measurer);
   });
 }
 
@@ -197,6 +220,12 @@ BuiltinFamily LabelFamily(std::shared_ptr<TextMeasurer const> measurer) {
            .example =
                R"("inputs": [{"Array": {"type": "String", "values": ["British Indian", "英領インド洋地域"]}}])",
            .registrations = {Multinary<HintBreaks>({ArrayOf(String)}, ArrayOf(String))}},
+          {.name = "readsFromRight",
+           .inputs = {"texts"},
+           .help = "Whether each text is read from the right, by its first letter of a direction; a "
+                   "special row is not.",
+           .example = R"("inputs": [{"Array": {"type": "String", "values": ["abc", "אבג"]}}])",
+           .registrations = {Multinary<ReadFromRight>({ArrayOf(String)}, ArrayOf(Bool))}},
           {.name = "joinTexts",
            .inputs = {"first", "others..."},
            .help = "Each row's texts one after the other; a scalar counts for every row, a special row is "
@@ -216,6 +245,20 @@ BuiltinFamily LabelFamily(std::shared_ptr<TextMeasurer const> measurer) {
                               {},
                               [measurer] {
                                 return std::make_unique<MeasureFunctor<MeasureTexts, 2>>(measurer);
+                              }}}},
+          {.name = "measureWords",
+           .inputs = {"texts", "font"},
+           .help = "The width in pixels of each text's widest word, which ends at blanks and at U+200B, in a "
+                   "font: a tuple of family, size, weight and slant.",
+           .example = R"("inputs": [{"Array": {"type": "String", "values": ["far off"]}}, {"Tuple": )"
+                      R"([{"String": "sans-serif"}, {"Real64": 10}, {"Int32": 400}, {"Int32": 0}]}])",
+           .registrations = {{Arity::Multinary,
+                              0,
+                              {ArrayOf(String), Segment(Tuple)},
+                              ArrayOf(Real64),
+                              {},
+                              [measurer] {
+                                return std::make_unique<MeasureFunctor<MeasureWords, 2>>(measurer);
                               }}}},
           {.name = "measureFont",
            .inputs = {"font"},

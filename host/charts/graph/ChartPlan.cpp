@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "charts/document/Readers.h"
+#include "charts/graph/TitlePlan.h"
 #include "charts/guides/GuideStyle.h"
 #include "charts/marks/MarkContext.h"
 #include "charts/marks/MarkTable.h"
@@ -226,6 +227,7 @@ class ScalePlanner {
                       std::optional<OffsetScale> const& offset) {
     AxisSpace space{.isHorizontal = isHorizontal,
                     .length = length.length.value_or(kDefaultLength),
+                    .paneCount = isHorizontal ? plan_.grid.columnCount : plan_.grid.rowCount,
                     .step = std::nullopt,
                     .bandGap = offset ? kGapBetweenGroups : FindBandGap(compilation_.document),
                     .labelFontSize = GuideStyle::kLabelFontSize,
@@ -338,6 +340,7 @@ ChartPlan PlanChart(Compilation& compilation, std::vector<std::shared_ptr<DataTa
                                    {options.width ? options.width : document.width, document.widthStep});
   plan.height = scales.PlanPosition(Channel::Y, "y",
                                     {options.height ? options.height : document.height, document.heightStep});
+  PlanTitles(compilation, plan);
   scales.PlanStyle(Channel::Color, "color");
   scales.PlanStyle(Channel::Size, "size");
   scales.PlanStyle(Channel::Opacity, "opacity");

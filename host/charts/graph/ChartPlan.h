@@ -40,6 +40,8 @@ struct ChartPlan {
   std::vector<std::unique_ptr<PositionScale>> positions;
   std::vector<StylePlan> styles;
   PaneGrid grid;
+  TitleText title;
+  TitleText subtitle;
   std::optional<MapPlan> map;
   std::vector<PanePlan> panes;
 };

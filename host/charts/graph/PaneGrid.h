@@ -2,6 +2,7 @@
 
 #include "charts/graph/Compilation.h"
 #include "charts/graph/LayerRows.h"
+#include "charts/texts/TextNodes.h"
 
 namespace ostrel::charts {
 
@@ -9,6 +10,9 @@ namespace ostrel::charts {
 struct PaneHeader {
   Encoding const* encoding = nullptr;
   std::vector<std::string> labels;  ///< one for each row, column or pane
+  /// How they are set; -1 where they are not shown.
+  TitleText composedLabels = {};
+  TitleText title = {};
 };
 
 /// Rows of a layer whose panes a channel tells.

@@ -1,29 +1,26 @@
 #include "charts/guides/AxisGuide.h"
 
-#include <cmath>
-#include <numbers>
+#include "charts/texts/ComposedTexts.h"
 
 namespace ostrel::charts {
 namespace {
 
 struct Tick {
+  int row;
   double position;
-  std::string label;
   bool isShown;
 };
 
 std::vector<Tick> ReadTicks(PositionScale const& scale, Results const& results) {
   auto const& positions = results[scale.tickPositions]->AsTypedArray<double>();
-  auto const& labels = results[scale.tickLabels]->AsTypedArray<ort::core::RIndirectString>();
-  auto const& shown = results[scale.shownLabels]->AsTypedArray<bool>();
+  auto const& shown = results[scale.labels.shown]->AsTypedArray<bool>();
   std::vector<Tick> ticks;
   for (int row = 0; row < positions.GetCount(); ++row) {
     if (positions.IsSpecial(row)) continue;
     double const position = positions.GetElement(row);
     // A given tick may lie outside of the domain; a half pixel is rounding.
     if (!(position >= -0.5 && position <= scale.space.length + 0.5)) continue;
-    bool const isShown = !labels.IsSpecial(row) && !shown.IsSpecial(row) && shown.GetElement(row);
-    ticks.push_back({position, labels.GetElement(row).Get().toUtf8(), isShown});
+    ticks.push_back({row, position, !shown.IsSpecial(row) && shown.GetElement(row)});
   }
   return ticks;
 }
@@ -60,39 +57,26 @@ class Side {
   bool isFar_;
 };
 
-TextMark PlaceLabel(Side const& side, Tick const& tick, double angle, TextSetter const& setter) {
+void AddLabels(PositionScale const& scale, Results const& results, Side const& side,
+               std::vector<Tick> const& ticks, Group& axis, Extent& extent) {
   using namespace GuideStyle;
-  TextMark label;
-  label.text = tick.label;
-  label.at = side.At(tick.position, kTickSize + kLabelPadding);
-  label.font = setter.MakeFont(kLabelFontSize);
-  label.color = FaintTextColor();
-  label.angle = angle;
-  if (!side.IsHorizontal()) {
-    label.anchor = side.Outwards() < 0 ? TextAnchor::End : TextAnchor::Start;
-    label.baseline = TextBaseline::Middle;
-    return label;
+  TextMark look;
+  look.color = FaintTextColor();
+  look.angle = scale.labels.slant;
+  for (NodeId const node : scale.labels.composed) {
+    ComposedTexts const labels(results[node]);
+    for (Tick const& tick : ticks) {
+      if (!tick.isShown || !labels.HasText(tick.row)) continue;
+      look.at = side.At(tick.position, kTickSize + kLabelPadding);
+      labels.Add(axis, tick.row, scale.labels.style, look, extent);
+    }
   }
-  double const lean = std::sin(angle * std::numbers::pi / 180) * side.Outwards();
-  if (std::abs(lean) < 0.1) {
-    label.anchor = TextAnchor::Middle;
-    label.baseline = side.Outwards() > 0 ? TextBaseline::Top : TextBaseline::Bottom;
-  } else {
-    label.anchor = lean > 0 ? TextAnchor::Start : TextAnchor::End;
-    label.baseline = TextBaseline::Middle;
-  }
-  return label;
 }
 
 }  // namespace
 
-bool IsFarAxis(PositionScale const& scale) {
-  std::string const& orient = scale.encoding.axis.orient;
-  return scale.space.isHorizontal ? orient != "top" : orient == "right";
-}
-
 AxisGuide BuildAxis(PositionScale const& scale, Results const& results, double width, double height,
-                    AxisParts const& parts, TextSetter const& setter, Extent& extent) {
+                    AxisParts const& parts, Extent& extent) {
   using namespace GuideStyle;
   AxisGuide guide;
   guide.grid.role = "grid " + scale.name;
@@ -118,35 +102,21 @@ AxisGuide BuildAxis(PositionScale const& scale, Results const& results, double w
     guide.grid.nodes.emplace_back(std::move(gridLines));
   if (!parts.hasLabels) return guide;
   guide.axis.nodes.emplace_back(std::move(lines));
-  for (Tick const& tick : ticks) {
-    if (tick.isShown)
-      setter.Add(guide.axis, PlaceLabel(side, tick, spec.labelAngle.value_or(0), setter), own, kLabelLimit);
-  }
+  AddLabels(scale, results, side, ticks, guide.axis, own);
   extent.Add(own.GetRect());
-  if (parts.hasTitle) AddAxisTitle(scale, width, height, own.GetRect(), setter, guide.axis, extent);
+  if (parts.hasTitle) AddAxisTitle(scale, results, width, height, own.GetRect(), guide.axis, extent);
   return guide;
 }
 
-void AddAxisTitle(PositionScale const& scale, double width, double height, Rect const& inner,
-                  TextSetter const& setter, Group& axis, Extent& extent) {
+void AddAxisTitle(PositionScale const& scale, Results const& results, double width, double height,
+                  Rect const& inner, Group& axis, Extent& extent) {
   using namespace GuideStyle;
-  Side const side(scale, width, height);
-  TextMark title;
-  title.text = scale.encoding.axis.title.text;
-  if (title.text.empty()) return;
-  title.font = setter.MakeFont(kTitleFontSize, true);
-  title.color = TextColor();
-  title.anchor = TextAnchor::Middle;
-  double const middle = side.GetLength() / 2;
+  double const middle = Side(scale, width, height).GetLength() / 2;
   bool const isFar = IsFarAxis(scale);
-  if (side.IsHorizontal()) {
-    title.at = {middle, isFar ? inner.Bottom() + kTitlePadding : inner.y - kTitlePadding};
-  } else {
-    title.at = {isFar ? inner.Right() + kTitlePadding : inner.x - kTitlePadding, middle};
-    title.angle = -90;
-  }
-  title.baseline = isFar ? TextBaseline::Top : TextBaseline::Bottom;
-  setter.Add(axis, title, extent);
+  Point const at = scale.space.isHorizontal
+                       ? Point{middle, isFar ? inner.Bottom() + kTitlePadding : inner.y - kTitlePadding}
+                       : Point{isFar ? inner.Right() + kTitlePadding : inner.x - kTitlePadding, middle};
+  AddTitle(axis, results, scale.title, at, TextColor(), extent);
 }
 
 }  // namespace ostrel::charts

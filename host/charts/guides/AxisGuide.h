@@ -21,14 +21,11 @@ struct AxisParts {
 /// Draws the axis of an evaluated position scale around a plotting area of the given size, and adds the room
 /// that it takes up to the extent. Nothing for a hidden axis.
 AxisGuide BuildAxis(PositionScale const& scale, Results const& results, double width, double height,
-                    AxisParts const& parts, TextSetter const& setter, Extent& extent);
-
-/// Whether a scale's axis stands right of or below the plotting area.
-bool IsFarAxis(PositionScale const& scale);
+                    AxisParts const& parts, Extent& extent);
 
 /// Writes a scale's title outside of everything that lies within `inner`, in the middle of an area of that
 /// size.
-void AddAxisTitle(PositionScale const& scale, double width, double height, Rect const& inner,
-                  TextSetter const& setter, Group& axis, Extent& extent);
+void AddAxisTitle(PositionScale const& scale, Results const& results, double width, double height,
+                  Rect const& inner, Group& axis, Extent& extent);
 
 }  // namespace ostrel::charts

@@ -21,9 +21,11 @@ inline constexpr double kLegendOffset = 18;  ///< between the plotting area and 
 inline constexpr double kLegendGap = 16;     ///< between two legends
 inline constexpr double kLegendRowGap = 3;
 inline constexpr double kLegendTitlePadding = 5;
-inline constexpr double kTitleLineGap = 2;    ///< between the lines of a title
-inline constexpr double kLabelLimit = 180;    ///< longer labels are cut
-inline constexpr double kTitleLimit = 1'200;  ///< longer lines of titles are cut
+inline constexpr double kTitleLineGap = 2;             ///< between the lines of a title
+inline constexpr double kLabelLimit = 180;             ///< of the lines of labels
+inline constexpr double kNoLimit = 100'000;            ///< of a document's limit 0
+inline constexpr double kLeastTitleLength = 150;       ///< lines of axis titles and headers may be that long
+inline constexpr double kLeastChartTitleLength = 300;  ///< and those of a chart's title
 inline constexpr int kMostLegendEntries = 30;
 inline constexpr double kOuterPadding = 10;
 inline constexpr double kLabelFontSize = 10;
@@ -58,7 +60,7 @@ class Extent {
   double bottom_;
 };
 
-/// Texts of guides and the room they take up.
+/// Texts that need no composing, and the room they take up.
 class TextSetter {
  public:
   TextSetter(services::TextMeasurer const& measurer, std::string family)
@@ -70,11 +72,9 @@ class TextSetter {
   double MeasureWidth(std::string const& text, TextFont const& font) const;
   /// The rectangle around a text as it is turned and anchored.
   Rect MeasureRect(TextMark const& text) const;
-  /// The text, or as much of its beginning as the limit, in pixels, has room for before an ellipsis.
-  std::string Limit(std::string const& text, TextFont const& font, double limit) const;
-  /// Adds the text, line under line and each within the limit, to a group, and its room, moved by the group's
-  /// origin, to the extent. Gives that room in the group's coordinates.
-  Rect Add(Group& group, TextMark const& text, Extent& extent, double limit = GuideStyle::kTitleLimit) const;
+  /// Adds a text of one line to a group, and its room, moved by the group's origin, to the extent. Gives that
+  /// room in the group's coordinates.
+  Rect Add(Group& group, TextMark const& text, Extent& extent) const;
 
  private:
   services::TextMeasurer const& measurer_;

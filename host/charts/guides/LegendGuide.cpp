@@ -8,6 +8,7 @@
 #include "charts/functions/LabelVisibility.h"
 #include "charts/guides/StepLegend.h"
 #include "charts/marks/MarkTable.h"
+#include "charts/texts/ComposedTexts.h"
 #include "ostrelrtcore/Factory.h"
 
 namespace ostrel::charts {
@@ -22,16 +23,15 @@ constexpr double kSampleSize = 100;
 
 // What one line of a legend shows.
 struct Entry {
-  std::string label;
+  int row;  // of its label
   OrtColor color;
   double size;
   double opacity;
   SymbolShape shape;
 };
 
-// One legend: its title and the scales that share it.
+// One legend: the scales that share it, of which the first one tells title and labels.
 struct LegendContent {
-  std::string title;
   LayerPlan const* layer;
   std::vector<StyleScale const*> scales;
 };
@@ -67,7 +67,7 @@ std::vector<LegendContent> CollectLegends(ChartPlan const& plan, Results const& 
     if (shared != legends.end()) {
       shared->scales.push_back(&scale);
     } else {
-      legends.push_back({spec.title.text, &plan.panes[0].layers[layer], {&scale}});
+      legends.push_back({&plan.panes[0].layers[layer], {&scale}});
     }
   }
   return legends;
@@ -117,15 +117,15 @@ struct Entries {
 
 Entries ReadEntries(LegendContent const& legend, Results const& results) {
   MarkLook const& look = legend.layer->look;
-  Texts const& labels = ReadLabels(*legend.scales.front(), results);
+  int const count = ReadLabels(*legend.scales.front(), results).GetCount();
   Entries entries;
-  for (int row = 0; row < labels.GetCount(); ++row) {
+  for (int row = 0; row < count; ++row) {
     if (!IsEntryShown(legend, results, row)) continue;
     if (entries.shown.size() == GuideStyle::kMostLegendEntries) {
       ++entries.moreCount;
       continue;
     }
-    Entry entry{labels.GetElement(row).Get().toUtf8(), look.color, kSampleSize, look.opacity, look.shape};
+    Entry entry{row, look.color, kSampleSize, look.opacity, look.shape};
     for (StyleScale const* scale : legend.scales) SetStyle(*scale, results, row, entry);
     entries.shown.push_back(std::move(entry));
   }
@@ -151,17 +151,13 @@ class LegendBuilder {
         isOfLines_(GetDefinition(layer.spec->mark).sample == LegendSample::Line),
         extent_(extent) {}
 
-  double AddTitle(std::string const& text, double top) {
-    if (text.empty()) return top;
-    TextMark title;
-    title.text = text;
-    title.at = {0, top};
-    title.baseline = TextBaseline::Top;
-    title.font = setter_.MakeFont(GuideStyle::kTitleFontSize, true);
-    return setter_.Add(group_, title, extent_).Bottom() + GuideStyle::kLegendTitlePadding;
+  double AddTitle(TitleText const& title, Results const& results, double top) {
+    if (title.composed < 0) return top;
+    Rect const room = charts::AddTitle(group_, results, title, {0, top}, GuideStyle::TextColor(), extent_);
+    return room.Bottom() + GuideStyle::kLegendTitlePadding;
   }
 
-  double AddEntries(Entries const& entries, double top) {
+  double AddEntries(Entries const& entries, ComposedTexts const& labels, double top) {
     double widest = 10;
     for (Entry const& entry : entries.shown) widest = std::max(widest, std::sqrt(entry.size));
     if (isOfLines_) widest = 16;
@@ -170,11 +166,11 @@ class LegendBuilder {
       double const rowHeight = isOfLines_ ? least : std::max(std::sqrt(entry.size), least);
       double const middle = top + rowHeight / 2;
       AddSample(entry, {widest / 2, middle}, widest);
-      AddLabel(entry.label, {widest + 6, middle});
+      AddLabel(labels, entry.row, {widest + 6, middle});
       top += rowHeight + GuideStyle::kLegendRowGap;
     }
     if (entries.moreCount > 0) {
-      AddLabel(DescribeMore(entries.moreCount), {widest + 6, top + least / 2});
+      AddRemark(DescribeMore(entries.moreCount), {widest + 6, top + least / 2});
       top += least + GuideStyle::kLegendRowGap;
     }
     return top - GuideStyle::kLegendRowGap;
@@ -198,13 +194,13 @@ class LegendBuilder {
   void AddGradientLabels(StyleScale const& scale, Results const& results, double top) {
     using namespace GuideStyle;
     auto const& places = results[scale.entryPlaces]->AsTypedArray<double>();
-    Texts const& labels = ReadLabels(scale, results);
+    ComposedTexts const labels(results[scale.entryTexts]);
     std::vector<double> heights;
-    std::vector<std::string> texts;
+    std::vector<int> rows;
     for (int row = 0; row < places.GetCount(); ++row) {
-      if (!IsEntryShown({{}, nullptr, {&scale}}, results, row)) continue;
+      if (!IsEntryShown({nullptr, {&scale}}, results, row)) continue;
       heights.push_back(top + kGradientLength * (1 - places.GetElement(row)));
-      texts.push_back(labels.GetElement(row).Get().toUtf8());
+      rows.push_back(row);
     }
     std::vector<double> const sizes(heights.size(), kLabelFontSize);
     auto const shown = VisibleLabels(heights, sizes, kLegendRowGap, LabelStrategy::Greedy);
@@ -213,18 +209,25 @@ class LegendBuilder {
       RuleMarks tick{{{{kGradientThickness, heights[i]}, {kGradientThickness + 3, heights[i]}}},
                      {AxisColor(), 1, {}}};
       group_.nodes.emplace_back(std::move(tick));
-      AddLabel(texts[i], {kGradientThickness + 6, heights[i]});
+      AddLabel(labels, rows[i], {kGradientThickness + 6, heights[i]});
     }
   }
 
-  void AddLabel(std::string const& text, Point at) {
-    TextMark label;
-    label.text = text;
-    label.at = at;
-    label.baseline = TextBaseline::Middle;
-    label.font = setter_.MakeFont(GuideStyle::kLabelFontSize);
-    label.color = GuideStyle::FaintTextColor();
-    setter_.Add(group_, label, extent_, GuideStyle::kLabelLimit);
+  void AddLabel(ComposedTexts const& labels, int row, Point at) {
+    TextMark look;
+    look.at = at;
+    look.color = GuideStyle::FaintTextColor();
+    labels.Add(group_, row, kLegendLabelStyle, look, extent_);
+  }
+
+  void AddRemark(std::string const& text, Point at) {
+    TextMark remark;
+    remark.text = text;
+    remark.at = at;
+    remark.baseline = TextBaseline::Middle;
+    remark.font = kLegendLabelStyle.MakeFont();
+    remark.color = GuideStyle::FaintTextColor();
+    setter_.Add(group_, remark, extent_);
   }
 
   void AddSample(Entry const& entry, Point middle, double width) {
@@ -266,14 +269,15 @@ Group BuildLegends(ChartPlan const& plan, Results const& results, Point at, Text
   for (LegendContent const& legend : CollectLegends(plan, results)) {
     LegendBuilder builder(group, setter, *legend.layer, extent);
     if (top > 0) top += GuideStyle::kLegendGap;
-    top = builder.AddTitle(legend.title, top);
     StyleScale const& first = *legend.scales.front();
+    top = builder.AddTitle(first.title, results, top);
     if (first.steps >= 0) {
-      top = AddStepLegend(first, results, top, setter, group, extent);
+      top = AddStepLegend(first, results, top, group, extent);
       continue;
     }
     top = first.palette >= 0 ? builder.AddGradient(first, results, top)
-                             : builder.AddEntries(ReadEntries(legend, results), top);
+                             : builder.AddEntries(ReadEntries(legend, results),
+                                                  ComposedTexts(results[first.entryTexts]), top);
   }
   return group;
 }

@@ -1,6 +1,7 @@
 #include "charts/guides/StepLegend.h"
 
 #include "charts/functions/LabelVisibility.h"
+#include "charts/texts/ComposedTexts.h"
 
 namespace ostrel::charts {
 namespace {
@@ -23,11 +24,11 @@ void AddBoxes(StyleScale const& scale, Results const& results, double top, Group
 
 }  // namespace
 
-double AddStepLegend(StyleScale const& scale, Results const& results, double top, TextSetter const& setter,
-                     Group& group, Extent& extent) {
+double AddStepLegend(StyleScale const& scale, Results const& results, double top, Group& group,
+                     Extent& extent) {
   AddBoxes(scale, results, top, group, extent);
   auto const& places = results[scale.entryPlaces]->AsTypedArray<double>();
-  auto const& labels = results[scale.entryLabels]->AsTypedArray<ort::core::RIndirectString>();
+  ComposedTexts const labels(results[scale.entryTexts]);
   std::vector<double> heights;
   for (double const place : places.GetValues()) heights.push_back(top + kGradientLength * (1 - place));
   std::vector<double> const sizes(heights.size(), kLabelFontSize);
@@ -37,13 +38,10 @@ double AddStepLegend(StyleScale const& scale, Results const& results, double top
     double const right = kGradientThickness + kTick;
     group.nodes.emplace_back(
         RuleMarks{{{{kGradientThickness, heights[i]}, {right, heights[i]}}}, {AxisColor(), 1, {}}});
-    TextMark label;
-    label.text = labels.GetElement(static_cast<int>(i)).Get().toUtf8();
-    label.at = {right + kTick, heights[i]};
-    label.baseline = TextBaseline::Middle;
-    label.font = setter.MakeFont(kLabelFontSize);
-    label.color = FaintTextColor();
-    setter.Add(group, label, extent, kLabelLimit);
+    TextMark look;
+    look.at = {right + kTick, heights[i]};
+    look.color = FaintTextColor();
+    labels.Add(group, static_cast<int>(i), kLegendLabelStyle, look, extent);
   }
   return top + kGradientLength;
 }

@@ -1,13 +1,12 @@
 #include <fmt/format.h>
-#include <fmt/ranges.h>
 
 #include <cmath>
 
 #include "charts/marks/BubbleOverlaps.h"
-#include "charts/marks/CircleLabel.h"
 #include "charts/marks/MarkContext.h"
 #include "charts/marks/Marks.h"
-#include "charts/marks/TileLabel.h"
+#include "charts/marks/TextColor.h"
+#include "charts/texts/ComposedTexts.h"
 
 // The mark packedBubbles: circles side by side whose areas are the values of a field, as large as the plot
 // has room for, with what the channel text says inside them.
@@ -24,6 +23,17 @@ constexpr double kLargestRadius = 1000;
 constexpr double kVisibleDepth = 0.1;
 // Circles narrower than this have no label.
 constexpr double kLeastLabelled = 18;
+constexpr double kMargin = 2;        // between a label and its circle, pixels
+constexpr double kFontShare = 0.16;  // of the diameter
+constexpr int kMostLines = 4;
+
+// A label's sizes, from the one that looks best to the smallest that can be read.
+std::vector<TextStyle> ListStyles() {
+  std::vector<TextStyle> styles;
+  for (double const size : {13, 12, 11, 10, 9, 8})
+    styles.push_back({.fontSize = size, .along = TextAnchor::Middle, .across = TextAnchor::Middle});
+  return styles;
+}
 
 // Columns of the rows that are drawn, -1 where the channel has no field.
 struct BubbleColumns {
@@ -34,6 +44,7 @@ struct BubbleColumns {
   NodeId color = -1;
   NodeId opacity = -1;
   NodeId text = -1;
+  NodeId label = -1;  // the composed texts
   NodeId tooltip = -1;
 };
 
@@ -109,21 +120,15 @@ class BubblePlan final : public MarkPlan {
     labels.role = "labels";
     Extent extent(Rect{});
     auto const& texts = scene.results[columns_.text]->AsTypedArray<RIndirectString>();
-    auto const& diameters = scene.results[columns_.diameter]->AsTypedArray<double>();
+    ComposedTexts const composed(scene.results[columns_.label]);
+    std::vector<TextStyle> const styles = ListStyles();
+    TextMark look;
     for (int row = 0; row < texts.GetCount(); ++row) {
-      double const diameter = diameters.GetElement(row);
-      if (diameter < kLeastLabelled || texts.IsSpecial(row)) continue;
-      auto const label = FitIntoCircle(texts.GetElement(row).Get().toUtf8(), diameter, scene.setter);
-      if (!label) continue;
-      TextMark text;
-      text.text = fmt::format("{}", fmt::join(label->lines, "\n"));
-      text.at = {marks.x->AsTypedArray<double>().GetElement(row),
+      if (texts.IsSpecial(row) || !composed.IsTelling(row, texts.GetElement(row).Get())) continue;
+      look.at = {marks.x->AsTypedArray<double>().GetElement(row),
                  marks.y->AsTypedArray<double>().GetElement(row)};
-      text.anchor = TextAnchor::Middle;
-      text.baseline = TextBaseline::Middle;
-      text.font = label->font;
-      text.color = ChooseTextColor(OnWhite(Read(marks.color, row), Read(marks.opacity, row)));
-      scene.setter.Add(labels, text, extent);
+      look.color = ChooseTextColor(OnWhite(Read(marks.color, row), Read(marks.opacity, row)));
+      composed.Add(labels, row, styles[composed.GetStyle(row)], look, extent);
     }
     return labels;
   }
@@ -248,6 +253,17 @@ void PackIntoPlot(MarkContext& context, NodeId numbers, BubbleColumns& columns) 
   columns.area = graph.Keep(graph.Zip("areas", "multiply", columns.diameter, columns.diameter));
 }
 
+// What is said within the circles.
+void PlanLabels(GraphBuilder& graph, BubbleColumns& columns) {
+  if (columns.text < 0) return;
+  NodeId const room = graph.Zip("room in circles", "subtract", columns.diameter, graph.Real(2 * kMargin));
+  NodeId const hasRoom =
+      graph.Zip("is labelled", "greaterOrEqual", columns.diameter, graph.Real(kLeastLabelled));
+  NodeId const texts = graph.Call("texts of circles", "choose", {hasRoom, columns.text, graph.Text("")});
+  columns.label = graph.Keep(ComposeInShapes(graph, "labels", texts, {room, room, true}, ListStyles(),
+                                             kMostLines, kFontShare, runtime::DotsRight));
+}
+
 NodeId GetTexts(MarkContext& context, Channel channel) {
   Encoding const* const encoding = context.GetSpec().Find(channel);
   if (encoding == nullptr || encoding->field.empty()) return -1;
@@ -262,6 +278,7 @@ std::unique_ptr<MarkPlan> Plan(MarkContext& context) {
                         .text = rows.Arrange(GetTexts(context, Channel::Text), "texts"),
                         .tooltip = rows.Arrange(GetTexts(context, Channel::Tooltip), "tooltips")};
   PackIntoPlot(context, rows.GetNumbers(), columns);
+  PlanLabels(context.GetGraph(), columns);
   return std::make_unique<BubblePlan>(columns, rows.HasArea(), size, context.GetLook());
 }
 

@@ -5,7 +5,7 @@
 #include "charts/marks/Marks.h"
 #include "charts/marks/Tooltips.h"
 #include "charts/scales/DomainRoom.h"
-#include "charts/scales/GuideValues.h"
+#include "charts/texts/ComposedTexts.h"
 
 // The mark text: a text at every row that all scales can place.
 namespace ostrel::charts {
@@ -15,7 +15,6 @@ using ort::core::OrtColor;
 using ort::core::RIndirectString;
 
 constexpr double kFontSize = 11;
-constexpr double kTextLimit = 1'000;
 constexpr double kLineHeight = 1.2;  // of the font's size
 constexpr double kMargin = 2;        // pixels between a text and the end of its pane
 
@@ -24,15 +23,25 @@ TextAnchor FindAnchor(MarkSpec const& mark) {
   return mark.align == "right" ? TextAnchor::End : TextAnchor::Middle;
 }
 
-TextBaseline FindBaseline(MarkSpec const& mark) {
-  if (mark.baseline == "top") return TextBaseline::Top;
-  if (mark.baseline == "bottom") return TextBaseline::Bottom;
-  return mark.baseline == "alphabetic" ? TextBaseline::Alphabetic : TextBaseline::Middle;
+// An alphabetic baseline is that of the first line, told from its top.
+TextAnchor FindBaseline(MarkSpec const& mark) {
+  if (mark.baseline == "top" || mark.baseline == "alphabetic") return TextAnchor::Start;
+  return mark.baseline == "bottom" ? TextAnchor::End : TextAnchor::Middle;
+}
+
+TextStyle MakeStyle(MarkSpec const& mark) {
+  return {.fontSize = mark.fontSize.value_or(kFontSize),
+          .isBold = mark.isBold,
+          .turn = FindDirection(mark.angle.value_or(0)).turn,
+          .along = FindAnchor(mark),
+          .across = FindBaseline(mark),
+          .isRightToLeft = mark.isRightToLeft};
 }
 
 class TextPlan final : public MarkPlan {
  public:
-  TextPlan(MarkContext& context, NodeId texts) : mark_(context.GetMark()), look_(context.GetLook()) {
+  TextPlan(MarkContext& context, NodeId texts)
+      : mark_(context.GetMark()), look_(context.GetLook()), style_(MakeStyle(context.GetMark())) {
     NodeId const x = context.GetPosition(Channel::X);
     NodeId const y = context.GetPosition(Channel::Y);
     color_ = context.GetScaled(Channel::Color);
@@ -40,34 +49,53 @@ class TextPlan final : public MarkPlan {
     x_ = context.KeepPlaced("text x", x, placed);
     y_ = context.KeepPlaced("text y", y, placed);
     color_ = context.KeepPlaced("text color", color_, placed);
-    texts_ = context.KeepPlaced("texts", texts, placed);
+    PlanTextsOfRows(context.GetGraph(), context.KeepPlaced("texts", texts, placed));
   }
 
   void Build(MarkScene const& scene) const override {
     auto const& x = scene.results[x_]->AsTypedArray<double>();
     auto const& y = scene.results[y_]->AsTypedArray<double>();
-    auto const& texts = scene.results[texts_]->AsTypedArray<RIndirectString>();
     auto const* colors = color_ < 0 ? nullptr : &scene.results[color_]->AsTypedArray<OrtColor>();
-    TextMark mark;
-    mark.anchor = FindAnchor(mark_);
-    mark.baseline = FindBaseline(mark_);
-    mark.angle = mark_.angle.value_or(0);
-    mark.font = scene.setter.MakeFont(mark_.fontSize.value_or(kFontSize), mark_.isBold);
-    for (int row = 0; row < x.GetCount(); ++row) {
-      mark.text = texts.GetElement(row).Get().toUtf8();
-      mark.at = {x.GetElement(row) + mark_.dx.value_or(0), y.GetElement(row) + mark_.dy.value_or(0)};
-      mark.color = Fade(colors != nullptr ? colors->GetElement(row) : look_.color, look_.opacity);
-      scene.setter.Add(scene.group, mark, scene.extent, kTextLimit);
+    TextMark look;
+    look.angle = FindDirection(mark_.angle.value_or(0)).slant;
+    double const angle = mark_.angle.value_or(0) * std::numbers::pi / 180;
+    Point const shift{mark_.dx.value_or(0) + ascent_ * std::sin(angle),
+                      mark_.dy.value_or(0) - ascent_ * std::cos(angle)};
+    for (NodeId const node : composed_) {
+      ComposedTexts const texts(scene.results[node]);
+      for (int row = 0; row < x.GetCount(); ++row) {
+        if (!texts.HasText(row)) continue;
+        look.at = {x.GetElement(row) + shift.x, y.GetElement(row) + shift.y};
+        look.color = Fade(colors != nullptr ? colors->GetElement(row) : look_.color, look_.opacity);
+        texts.Add(scene.group, row, style_, look, scene.extent);
+      }
     }
   }
 
  private:
+  // Lines end where the text says; with a limit, what is longer is shortened.
+  void PlanTextsOfRows(GraphBuilder& graph, NodeId texts) {
+    double const limit = mark_.limit.value_or(0);
+    NodeId const length = graph.Real(limit > 0 ? limit : GuideStyle::kNoLimit);
+    NodeId const any = graph.Real(GuideStyle::kNoLimit);
+    bool const isTurned = style_.turn != TextTurn::None;
+    NodeId const fromRight = mark_.isRightToLeft.value_or(false)
+                                 ? graph.Call("texts from the right", "readsFromRight", {texts})
+                                 : -1;
+    composed_ = ComposeByDirection(graph, "composed texts", MakeSingleRuns(graph, "texts", texts, style_),
+                                   fromRight, {isTurned ? any : length, isTurned ? length : any});
+    for (NodeId const node : composed_) graph.Keep(node);
+    if (mark_.baseline == "alphabetic") ascent_ = MeasureAscent(graph, style_);
+  }
+
   MarkSpec mark_;
   MarkLook look_;
-  NodeId x_ = -1;  // columns of the placed rows
+  TextStyle style_;
+  double ascent_ = 0;  // from an alphabetic baseline to the line's top
+  NodeId x_ = -1;      // columns of the placed rows
   NodeId y_ = -1;
-  NodeId color_ = -1;  // -1 where the channel has no field
-  NodeId texts_ = -1;
+  NodeId color_ = -1;             // -1 where the channel has no field
+  std::vector<NodeId> composed_;  // each text is empty in all nodes but one
 };
 
 // The text of each row.
@@ -125,7 +153,8 @@ RowReach Reach(MarkContext& context, Channel channel) {
 
 MarkDefinition DefineText() {
   return {.name = "text",
-          .properties = {"dx", "dy", "angle", "align", "baseline", "fontSize", "fontWeight", "text", "fill"},
+          .properties = {"dx", "dy", "angle", "align", "baseline", "fontSize", "fontWeight", "text", "fill",
+                         "limit", "dir"},
           .channels = {Channel::X, Channel::Y, Channel::XOffset, Channel::YOffset, Channel::Color,
                        Channel::Text, Channel::Detail},
           .plan = Plan,

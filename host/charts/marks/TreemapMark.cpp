@@ -3,8 +3,9 @@
 #include <cmath>
 
 #include "charts/marks/Marks.h"
-#include "charts/marks/TileLabel.h"
+#include "charts/marks/TextColor.h"
 #include "charts/marks/TreemapNodes.h"
+#include "charts/texts/ComposedTexts.h"
 
 // The mark treemap: nested rectangles whose areas are in proportion to the sizes of rows, with a labelled
 // strip at the top of each group.
@@ -17,7 +18,11 @@ using ort::core::RIndirectString;
 OrtColor const kGroupColor(static_cast<int>(0xFFE6E6E6));
 OrtColor const kBorderColor(static_cast<int>(0xFFFFFFFF));
 constexpr double kBorderWidth = 1;
-constexpr double kHeaderFontSize = 11;
+constexpr double kPadding = 4;  // between a tile's sides and its label, pixels
+constexpr double kPaddingDown = 3;
+constexpr int kMostLines = 4;
+constexpr TextStyle kHeaderStyle{.fontSize = 11, .isBold = true, .across = TextAnchor::Middle};
+constexpr TextStyle kLeafStyle{.fontSize = GuideStyle::kLabelFontSize};
 
 // The columns of evaluated tiles.
 class Tiles {
@@ -35,9 +40,8 @@ class Tiles {
     return {left_[at], top_[at], right_[at] - left_[at], bottom_[at] - top_[at]};
   }
   // Empty where there is none.
-  std::string GetLabel(int row) const {
-    if (labels_ == nullptr || labels_->IsSpecial(row)) return {};
-    return labels_->GetElement(row).Get().toUtf8();
+  OStringCore GetLabel(int row) const {
+    return labels_ == nullptr || labels_->IsSpecial(row) ? OStringCore() : labels_->GetElement(row).Get();
   }
 
  private:
@@ -75,6 +79,7 @@ class TreemapPlan final : public MarkPlan {
     for (NodeId const node : ListNodes()) {
       if (node >= 0) context.GetGraph().Keep(node);
     }
+    PlanLabels(context.GetGraph());
   }
 
   void Build(MarkScene const& scene) const override {
@@ -92,8 +97,8 @@ class TreemapPlan final : public MarkPlan {
     leaves.stroke = border_;
     if (nodes_.tooltips >= 0) leaves.tooltips = results[nodes_.tooltips];
     scene.group.nodes.emplace_back(std::move(leaves));
-    if (nodes_.groups.left >= 0) LabelGroups(scene);
-    LabelLeaves(scene);
+    if (headers_ >= 0) LabelGroups(scene);
+    if (leafLabels_ >= 0) LabelLeaves(scene);
   }
 
   void DescribeLeftOut(Results const& results, std::vector<std::string>& sentences) const override {
@@ -119,41 +124,71 @@ class TreemapPlan final : public MarkPlan {
     return nodes;
   }
 
+  // What the tiles say, within their padding and on as many lines as they have room for.
+  NodeId ComposeLabels(GraphBuilder& graph, std::string const& name, TreemapTiles const& tiles,
+                       NodeId heights, TextStyle const& style, int mostLines,
+                       runtime::TextFitStyle fit) const {
+    auto const reduce = [&](char const* what, NodeId length, double padding) {
+      return graph.Zip(name + what, "subtract", length, graph.Real(2 * padding));
+    };
+    auto const measure = [&](char const* what, NodeId from, NodeId to) {
+      return graph.Zip(name + what, "subtract", to, from);
+    };
+    if (heights < 0)
+      heights = reduce(" room down", measure(" heights", tiles.top, tiles.bottom), kPaddingDown);
+    NodeId const widths = reduce(" room across", measure(" widths", tiles.left, tiles.right), kPadding);
+    return graph.Keep(
+        ComposeInShapes(graph, name, tiles.label, {widths, heights}, {style}, mostLines, 1, fit));
+  }
+
+  void PlanLabels(GraphBuilder& graph) {
+    if (nodes_.groups.label >= 0) {
+      headers_ = ComposeLabels(graph, "headers", nodes_.groups, nodes_.headerHeights, kHeaderStyle, 1,
+                               runtime::DotsRight);
+    }
+    if (nodes_.leaves.label >= 0) {
+      leafLabels_ = ComposeLabels(graph, "labels of leaves", nodes_.leaves, -1, kLeafStyle, kMostLines,
+                                  hasNumbers_ ? runtime::HideIfOverflow : runtime::DotsRight);
+    }
+  }
+
   void LabelGroups(MarkScene const& scene) const {
     Tiles const groups(nodes_.groups, scene.results);
+    ComposedTexts const labels(scene.results[headers_]);
     auto const& heights = scene.results[nodes_.headerHeights]->AsTypedArray<double>();
-    TextMark style;
-    style.font = scene.setter.MakeFont(kHeaderFontSize, true);
-    style.color = GuideStyle::TextColor();
+    TextMark look;
+    look.color = GuideStyle::TextColor();
     for (int row = 0; row < groups.GetCount(); ++row) {
-      Rect strip = groups.GetRect(row);
-      strip.height = heights.GetElement(row);
-      AddTileLabel(scene, groups.GetLabel(row), strip, style);
+      Rect const tile = groups.GetRect(row);
+      look.at = {tile.x + kPadding, tile.y + heights.GetElement(row) / 2};
+      if (labels.IsTelling(row, groups.GetLabel(row)))
+        labels.Add(scene.group, row, kHeaderStyle, look, scene.extent);
     }
   }
 
   void LabelLeaves(MarkScene const& scene) const {
     Tiles const leaves(nodes_.leaves, scene.results);
+    ComposedTexts const labels(scene.results[leafLabels_]);
     auto const* const colors =
         nodes_.color < 0 ? nullptr : &scene.results[nodes_.color]->AsTypedArray<OrtColor>();
-    TextMark style;
-    style.font = scene.setter.MakeFont(GuideStyle::kLabelFontSize);
+    TextMark look;
     for (int row = 0; row < leaves.GetCount(); ++row) {
-      style.color = ChooseTextColor(colors == nullptr ? look_.color : colors->GetElement(row));
-      Rect line = leaves.GetRect(row);
-      line.height = std::min(line.height, kLeafLineHeight);
-      AddTileLabel(scene, leaves.GetLabel(row), line, style, hasNumbers_);
+      Rect const tile = leaves.GetRect(row);
+      look.at = {tile.x + kPadding, tile.y + kPaddingDown};
+      look.color = ChooseTextColor(colors == nullptr ? look_.color : colors->GetElement(row));
+      if (labels.IsTelling(row, leaves.GetLabel(row)))
+        labels.Add(scene.group, row, kLeafStyle, look, scene.extent);
     }
   }
-
-  static constexpr double kLeafLineHeight = 18;
 
   TreemapNodes nodes_;
   MarkLook look_;
   Stroke border_;
   int rowCount_;
   std::string sizeField_;
-  bool hasNumbers_ = false;  // the leaves' labels
+  bool hasNumbers_ = false;  // the leaves' labels, which are not shortened
+  NodeId headers_ = -1;      // composed texts; -1 without
+  NodeId leafLabels_ = -1;
 };
 
 std::unique_ptr<MarkPlan> Plan(MarkContext& context) { return std::make_unique<TreemapPlan>(context); }

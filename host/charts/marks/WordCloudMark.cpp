@@ -1,7 +1,6 @@
 #include <fmt/format.h>
 
 #include <cmath>
-#include <limits>
 
 #include "charts/marks/Marks.h"
 #include "charts/marks/WordCloudNodes.h"
@@ -52,7 +51,7 @@ class WordCloudPlan final : public MarkPlan {
       word.angle = angles[i];
       word.font = scene.setter.MakeFont(sizes[i]);
       word.color = Fade(colors == nullptr ? look_.color : colors->GetElement(row), look_.opacity);
-      scene.setter.Add(scene.group, word, extent, std::numeric_limits<double>::infinity());
+      scene.setter.Add(scene.group, word, extent);
     }
   }
 

@@ -83,11 +83,4 @@ GuideValues PlanGuideValues(Compilation& compilation, Encoding const& encoding, 
   return values;
 }
 
-NodeId MakeLabelFont(GraphBuilder& graph, double size) {
-  return graph.Constant(
-      "label font",
-      factory::MakeTuple({factory::MakeString(OStringCore::fromUtf8(kFontFamily)), factory::MakeReal64(size),
-                          factory::MakeInt32(400), factory::MakeInt32(0)}));
-}
-
 }  // namespace ostrel::charts

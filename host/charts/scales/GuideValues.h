@@ -25,7 +25,4 @@ struct GuideValues {
 GuideValues PlanGuideValues(Compilation& compilation, Encoding const& encoding, ScaledField const& field,
                             GuideRequest const& request);
 
-/// The font tuple: family, size, weight, slant.
-NodeId MakeLabelFont(GraphBuilder& graph, double size);
-
 }  // namespace ostrel::charts

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 
+#include "charts/guides/GuideStyle.h"
 #include "charts/scales/GuideValues.h"
 
 namespace ostrel::charts {
@@ -11,8 +11,6 @@ namespace {
 
 // Pixels for one tick where the document does not say how many.
 constexpr double kPixelsPerTick = 40;
-constexpr double kLabelGapAlong = 6;
-constexpr double kLabelGapAcross = 2;
 
 double DefaultTickCount(Encoding const& encoding, AxisSpace const& space) {
   return encoding.axis.tickCount.value_or(std::ceil(space.length / kPixelsPerTick));
@@ -28,44 +26,32 @@ Range PixelRange(AxisSpace const& space, bool isReversed) {
   return space.isHorizontal != isReversed ? Range{0, space.length} : Range{space.length, 0};
 }
 
-// How far labels reach along the axis, turned by their angle.
-NodeId LabelExtents(GraphBuilder& graph, PositionScale const& scale) {
-  double const angle = scale.encoding.axis.labelAngle.value_or(0) * std::numbers::pi / 180;
-  double const along = std::abs(scale.space.isHorizontal ? std::cos(angle) : std::sin(angle));
-  double const across = std::abs(scale.space.isHorizontal ? std::sin(angle) : std::cos(angle));
-  // Parallel slanted labels pass each other a line apart.
-  if (scale.space.isHorizontal && across > 0.1 && along > 0.1) {
-    NodeId const zero = graph.Zip(scale.name + " no widths", "multiply", scale.labelWidths, graph.Real(0));
-    return graph.Zip(scale.name + " label extents", "add", zero,
-                     graph.Real(scale.space.labelFontSize / across));
-  }
-  NodeId const widths =
-      graph.Zip(scale.name + " widths along", "multiply", scale.labelWidths, graph.Real(along));
-  return graph.Zip(scale.name + " label extents", "add", widths,
-                   graph.Real(across * scale.space.labelFontSize));
-}
-
-// Labels side by side that don't fit into their steps stand upright.
-void TurnLongLabels(GraphBuilder& graph, PositionScale& scale) {
-  if (!scale.space.isHorizontal || scale.step < 0 || scale.encoding.axis.labelAngle) return;
-  auto const& widths = graph.Peek(scale.labelWidths)->AsTypedArray<double>();
-  auto const values = widths.GetValues();
-  double const room = graph.Peek(scale.step)->GetReal64() - kLabelGapAlong;
-  if (std::ranges::any_of(values, [&](double width) { return width > room; }))
-    scale.encoding.axis.labelAngle = -90;
-}
-
 void PlanLabels(GraphBuilder& graph, PositionScale& scale) {
-  NodeId const widths = graph.Call(scale.name + " whole label widths", "measureTexts",
-                                   {scale.tickLabels, MakeLabelFont(graph, scale.space.labelFontSize)});
-  scale.labelWidths =
-      graph.Map(scale.name + " label widths", "clampMax", widths, {graph.Real(scale.space.labelLimit)});
-  TurnLongLabels(graph, scale);
-  double const gap = scale.space.isHorizontal ? kLabelGapAlong : kLabelGapAcross;
-  char const* const strategy = scale.scaleType == ScaleType::Log ? "greedy" : "parity";
-  scale.shownLabels =
-      graph.Call(scale.name + " shown labels", "visibleLabels",
-                 {scale.tickPositions, LabelExtents(graph, scale), graph.Real(gap), graph.Text(strategy)});
+  AxisSpec const& axis = scale.encoding.axis;
+  double const limit = axis.labelLimit.value_or(scale.space.labelLimit);
+  AxisLabelRequest request{.name = scale.name,
+                           .isHorizontal = scale.space.isHorizontal,
+                           .isFar = IsFarAxis(scale),
+                           .texts = scale.tickLabels,
+                           .positions = scale.tickPositions,
+                           .step = std::nullopt,
+                           .angle = axis.labelAngle,
+                           .limit = limit > 0 ? limit : GuideStyle::kNoLimit,
+                           .fontSize = scale.space.labelFontSize,
+                           .isLog = scale.scaleType == ScaleType::Log};
+  if (scale.step >= 0) request.step = graph.Peek(scale.step)->GetReal64();
+  scale.labels = PlanAxisLabels(graph, request);
+}
+
+void PlanTitle(GraphBuilder& graph, PositionScale& scale) {
+  AxisSpace const& space = scale.space;
+  TextStyle const style{.fontSize = GuideStyle::kTitleFontSize,
+                        .isBold = true,
+                        .turn = space.isHorizontal ? TextTurn::None : TextTurn::Anticlockwise,
+                        .along = TextAnchor::Middle,
+                        .across = IsFarAxis(scale) ? TextAnchor::Start : TextAnchor::End};
+  scale.title = ComposeTitle(graph, scale.name + " title", scale.encoding.axis.title.text, style,
+                             std::max(space.length * space.paneCount, GuideStyle::kLeastTitleLength));
 }
 
 NodeId PlaceScaled(GraphBuilder& graph, PositionScale const& scale, std::string const& name, NodeId scaled,
@@ -160,6 +146,11 @@ void PlanDiscrete(Compilation& compilation, ScaleSource const& source, PositionS
 
 }  // namespace
 
+bool IsFarAxis(PositionScale const& scale) {
+  std::string const& orient = scale.encoding.axis.orient;
+  return scale.space.isHorizontal ? orient != "top" : orient == "right";
+}
+
 NodeId PlaceNumbers(GraphBuilder& graph, PositionScale const& scale, std::string const& name,
                     NodeId numbers) {
   return PlaceScaled(graph, scale, name, ToScaleSpace(graph, scale.field, name, numbers), false);
@@ -183,8 +174,8 @@ void PlanPositions(Compilation& compilation, ScaleSource const& source, Position
     PlanContinuous(compilation, source, scale);
   }
   PlanLabels(compilation.graph, scale);
-  for (NodeId const node : {scale.tickPositions, scale.tickLabels, scale.labelWidths, scale.shownLabels})
-    compilation.graph.Keep(node);
+  PlanTitle(compilation.graph, scale);
+  compilation.graph.Keep(scale.tickPositions);
   for (PositionRows const& rows : scale.rows) {
     for (NodeId const node : {rows.positions, rows.numbers, rows.unscaled}) {
       if (node >= 0) compilation.graph.Keep(node);

@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include "charts/scales/AxisLabels.h"
 #include "charts/scales/CategoryField.h"
 #include "charts/scales/ScaledField.h"
 
@@ -11,10 +12,11 @@ namespace ostrel::charts {
 struct AxisSpace {
   bool isHorizontal = true;
   double length = 0;              ///< pixels
+  int paneCount = 1;              ///< panes that the axis' title stands along
   std::optional<double> step;     ///< pixels of one value of a discrete scale, in place of the length
   std::optional<double> bandGap;  ///< the share of a step between two bands; nullopt: the values are points
   double labelFontSize = 10;
-  double labelLimit = 180;  ///< pixels; longer labels are cut
+  double labelLimit = 180;  ///< of a label's lines, pixels, where the document gives none
 };
 
 /// Where a channel's rows stand on a position scale.
@@ -33,10 +35,10 @@ struct PositionScale {
   std::vector<PositionRows> rows;  ///< one for each use of the scale
   NodeId tickPositions = -1;       ///< Real64 column, pixels
   NodeId tickLabels = -1;          ///< String column
-  NodeId labelWidths = -1;         ///< Real64 column, pixels
-  NodeId shownLabels = -1;         ///< Bool column
-  ScaledField field;               ///< of a continuous scale
-  double start = 0;                ///< pixels of a continuous domain's lower and upper end
+  AxisLabels labels;
+  TitleText title;
+  ScaledField field;  ///< of a continuous scale
+  double start = 0;   ///< pixels of a continuous domain's lower and upper end
   double end = 0;
   NodeId step = -1;       ///< Real64 scalar: pixels of one value of a discrete scale
   NodeId bandwidth = -1;  ///< Real64 scalar: those of the step that marks fill
@@ -47,6 +49,9 @@ struct PositionScale {
 /// planned.
 PositionScale PlanPositionDomain(Compilation& compilation, ScaleSource const& source, AxisSpace const& space);
 void PlanPositions(Compilation& compilation, ScaleSource const& source, PositionScale& scale);
+
+/// Whether a scale's axis stands right of or below the plotting area.
+bool IsFarAxis(PositionScale const& scale);
 
 /// Pixels of further data numbers, a bar's zero for instance, on a continuous scale.
 NodeId PlaceNumbers(GraphBuilder& graph, PositionScale const& scale, std::string const& name, NodeId numbers);

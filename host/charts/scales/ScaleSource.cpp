@@ -47,6 +47,7 @@ class EncodingJoiner {
     axis.isHidden = false;
     Join("axis.format", axis.format, further_.axis.format);
     Join("axis.labelAngle", axis.labelAngle, further_.axis.labelAngle);
+    Join("axis.labelLimit", axis.labelLimit, further_.axis.labelLimit);
     Join("axis.tickCount", axis.tickCount, further_.axis.tickCount);
     Join("axis.tickCount", axis.tickInterval, further_.axis.tickInterval);
     Join("axis.values", axis.values, further_.axis.values);
@@ -55,6 +56,7 @@ class EncodingJoiner {
     LegendSpec& legend = joined_.legend;
     legend.isHidden = false;
     Join("legend.format", legend.format, further_.legend.format);
+    Join("legend.labelLimit", legend.labelLimit, further_.legend.labelLimit);
     Join("legend.values", legend.values, further_.legend.values);
     Join("legend.tickCount", legend.tickCount, further_.legend.tickCount);
   }

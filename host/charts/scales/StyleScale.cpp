@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "charts/document/Readers.h"
+#include "charts/guides/GuideStyle.h"
 #include "charts/scales/ColorPalette.h"
 #include "charts/scales/GuideValues.h"
 #include "charts/scales/StepScale.h"
@@ -17,7 +18,6 @@ constexpr char const* kCategoricalScheme = "tableau10";
 constexpr int kSchemeStops = 9;
 constexpr double kLegendTickCount = 5;
 constexpr double kLegendLength = 160;  // of a colour ramp, pixels
-constexpr double kLabelFontSize = 10;
 
 bool IsContinuous(Encoding const& encoding) { return ResolveScaleType(encoding) != ScaleType::Ordinal; }
 
@@ -43,7 +43,7 @@ NodeId PlanEntries(Compilation& compilation, Encoding const& encoding, ScaledFie
                                               .count = encoding.legend.tickCount.value_or(kLegendTickCount),
                                               .length = kLegendLength,
                                               .isHorizontal = false,
-                                              .font = MakeLabelFont(graph, kLabelFontSize)});
+                                              .font = MakeLabelFont(graph, kLegendLabelStyle.fontSize)});
   scale.entryLabels = values.labels;
   NodeId const scaled = ToScaleSpace(graph, field, name, values.numbers);
   scale.entryPlaces = ToFraction(graph, field, name + " place", scaled, false);
@@ -53,7 +53,7 @@ NodeId PlanEntries(Compilation& compilation, Encoding const& encoding, ScaledFie
 void KeepAll(GraphBuilder& graph, StyleScale const& scale) {
   for (NodeId const node : scale.rows) graph.Keep(node);
   for (NodeId const node :
-       {scale.entryLabels, scale.entries, scale.entryPlaces, scale.palette, scale.steps}) {
+       {scale.entryLabels, scale.entryTexts, scale.entries, scale.entryPlaces, scale.palette, scale.steps}) {
     if (node >= 0) graph.Keep(node);
   }
 }
@@ -185,6 +185,18 @@ StyleScale PlanShapeScale(Compilation& compilation, ScaleSource const& source) {
   return scale;
 }
 
+// Each label on one line, shortened to the legend's limit.
+NodeId ComposeLabels(GraphBuilder& graph, ScaleSource const& source, StyleScale const& scale) {
+  // Of all values of a field a legend shows the first ones; of others it may pass some over.
+  bool const isAll = scale.isCategorical && source.encoding.legend.values.empty();
+  NodeId const labels = isAll ? graph.Call(source.name + " legend labels shown", "head",
+                                           {scale.entryLabels, graph.Int(GuideStyle::kMostLegendEntries)})
+                              : scale.entryLabels;
+  double const limit = source.encoding.legend.labelLimit.value_or(GuideStyle::kLabelLimit);
+  return ComposeTexts(graph, source.name + " legend texts", labels, kLegendLabelStyle,
+                      MakeBox(graph, kLegendLabelStyle, limit > 0 ? limit : GuideStyle::kNoLimit, 1));
+}
+
 StyleScale PlanScale(Compilation& compilation, ScaleSource const& source) {
   switch (source.encoding.channel) {
     case Channel::Size:
@@ -204,6 +216,10 @@ StyleScale PlanScale(Compilation& compilation, ScaleSource const& source) {
 
 StyleScale PlanStyleScale(Compilation& compilation, ScaleSource const& source) {
   StyleScale scale = PlanScale(compilation, source);
+  scale.entryTexts = ComposeLabels(compilation.graph, source, scale);
+  scale.title =
+      ComposeTitle(compilation.graph, source.name + " legend title", source.encoding.legend.title.text,
+                   {.fontSize = GuideStyle::kTitleFontSize, .isBold = true}, GuideStyle::kLabelLimit);
   KeepAll(compilation.graph, scale);
   return scale;
 }

@@ -4,6 +4,7 @@
 
 #include "charts/scales/CategoryField.h"
 #include "charts/scales/ScaledField.h"
+#include "charts/texts/TextNodes.h"
 
 namespace ostrel::charts {
 
@@ -15,6 +16,8 @@ struct StyleScale {
   std::vector<NodeId> rows =
       {};                   ///< for each use a style for each row: Color, Real64 or Int32 (shape) column
   NodeId entryLabels = -1;  ///< String column, one for each entry of the legend
+  NodeId entryTexts = -1;   ///< the labels as composeText sets them
+  TitleText title = {};
   NodeId entries = -1;      ///< the entries' styles
   NodeId entryPlaces = -1;  ///< of a continuous legend: the entries' places; outside of 0 to 1 not shown
   NodeId palette = -1;      ///< of a continuous colour legend: Int32 column of its stops
@@ -24,6 +27,9 @@ struct StyleScale {
 
 /// The area of the largest symbol, as of a step of 20 pixels, in square pixels.
 inline constexpr double kLargestSymbol = 361;
+
+/// How the labels of legends are set: from the middle of their left end.
+inline constexpr TextStyle kLegendLabelStyle{.fontSize = 10, .across = TextAnchor::Middle};
 
 /// The scale of a channel of styles.
 StyleScale PlanStyleScale(Compilation& compilation, ScaleSource const& source);

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "charts/guides/AxisGuide.h"
+#include "charts/texts/ComposedTexts.h"
 
 namespace ostrel::charts {
 namespace {
@@ -61,8 +62,7 @@ void BuildPane(ChartPlan const& plan, PanePlan const& pane, bool hasTitles, Resu
   for (auto const& [scale, hasLabels] : pane.axes) {
     double const offset = FindOffset(*scale, placed, plan, extent.GetRect());
     axes.push_back(BuildAxis(*scale, results, plan.width, plan.height,
-                             {.hasLabels = hasLabels, .hasTitle = hasTitles, .offset = offset}, setter,
-                             extent));
+                             {.hasLabels = hasLabels, .hasTitle = hasTitles, .offset = offset}, extent));
     if (hasLabels && !scale->encoding.axis.isHidden) placed.push_back(scale);
   }
   for (AxisGuide& axis : axes) AddGroup(plot, std::move(axis.grid));
@@ -132,27 +132,20 @@ class GridBuilder {
       BuildPane(plan_, pane, false, results_, setter_, built.group, built.extent);
       panes_.push_back(std::move(built));
     }
-    if (plan_.grid.panes && ShowsLabels(*plan_.grid.panes)) AddPaneHeaders(*plan_.grid.panes);
+    if (plan_.grid.panes) AddPaneHeaders(plan_.grid.panes->composedLabels);
   }
 
-  static bool ShowsLabels(PaneHeader const& header) {
-    HeaderSpec const& spec = header.encoding->header;
-    return !spec.isHidden && spec.labels.value_or(true);
-  }
-
-  TextMark MakeLabel(std::string const& text, Point at) const {
-    TextMark label;
-    label.text = text;
-    label.at = at;
-    label.font = setter_.MakeFont(GuideStyle::kLabelFontSize);
-    label.color = GuideStyle::TextColor();
-    label.anchor = TextAnchor::Middle;
-    label.baseline = TextBaseline::Bottom;
-    return label;
+  // One label of a header, in its place.
+  void AddLabel(TitleText const& labels, std::size_t label, Point at, Group& group, Extent& extent) const {
+    TextMark look;
+    look.at = at;
+    look.color = GuideStyle::TextColor();
+    ComposedTexts(results_[labels.composed]).Add(group, static_cast<int>(label), labels.style, look, extent);
   }
 
   // The headers of a row of panes stand on one line.
-  void AddPaneHeaders(PaneHeader const& header) {
+  void AddPaneHeaders(TitleText const& labels) {
+    if (labels.composed < 0) return;
     std::vector<double> tops(static_cast<std::size_t>(plan_.grid.rowCount), 0.0);
     auto const topOf = [&](BuiltPane const& built) -> double& {
       return tops[static_cast<std::size_t>(built.plan->row)];
@@ -160,7 +153,7 @@ class GridBuilder {
     for (BuiltPane const& built : panes_) topOf(built) = std::min(topOf(built), built.extent.GetRect().y);
     for (std::size_t i = 0; i < panes_.size(); ++i) {
       Point const at{plan_.width / 2, topOf(panes_[i]) - GuideStyle::kHeaderPadding};
-      setter_.Add(panes_[i].group, MakeLabel(header.labels[i], at), panes_[i].extent, plan_.width);
+      AddLabel(labels, i, at, panes_[i].group, panes_[i].extent);
     }
   }
 
@@ -202,43 +195,33 @@ class GridBuilder {
       if (!axis.scale->encoding.axis.isHidden) titled.push_back(axis.scale);
     }
     for (PositionScale const* scale : titled)
-      AddAxisTitle(*scale, GridWidth(), GridHeight(), extent_.GetRect(), setter_, headers_, extent_);
+      AddAxisTitle(*scale, results_, GridWidth(), GridHeight(), extent_.GetRect(), headers_, extent_);
   }
 
   void AddRowHeaders(PaneHeader const& header) {
     double const right = extent_.GetRect().x - GuideStyle::kHeaderPadding;
-    for (int row = 0; ShowsLabels(header) && row < plan_.grid.rowCount; ++row) {
-      TextMark label =
-          MakeLabel(header.labels[static_cast<std::size_t>(row)], {right, Top(row) + plan_.height / 2});
-      label.angle = -90;
-      setter_.Add(headers_, label, extent_, plan_.height);
+    for (int row = 0; header.composedLabels.composed >= 0 && row < plan_.grid.rowCount; ++row) {
+      AddLabel(header.composedLabels, static_cast<std::size_t>(row), {right, Top(row) + plan_.height / 2},
+               headers_, extent_);
     }
     AddTitle(header, false);
   }
 
   void AddColumnHeaders(PaneHeader const& header) {
     double const bottom = extent_.GetRect().y - GuideStyle::kHeaderPadding;
-    for (int column = 0; ShowsLabels(header) && column < plan_.grid.columnCount; ++column) {
-      TextMark const label = MakeLabel(header.labels[static_cast<std::size_t>(column)],
-                                       {Left(column) + plan_.width / 2, bottom});
-      setter_.Add(headers_, label, extent_, plan_.width);
+    for (int column = 0; header.composedLabels.composed >= 0 && column < plan_.grid.columnCount; ++column) {
+      AddLabel(header.composedLabels, static_cast<std::size_t>(column),
+               {Left(column) + plan_.width / 2, bottom}, headers_, extent_);
     }
     AddTitle(header, true);
   }
 
   void AddTitle(PaneHeader const& header, bool isAbove) {
     using namespace GuideStyle;
-    Encoding const& encoding = *header.encoding;
-    if (encoding.header.isHidden) return;
-    TitleSpec const& given = encoding.header.title.isGiven ? encoding.header.title : encoding.title;
     Rect const used = extent_.GetRect();
-    TextMark title = MakeLabel(given.isGiven ? given.text : DefaultTitle(encoding), {});
-    if (title.text.empty()) return;
-    title.font = setter_.MakeFont(kTitleFontSize, true);
-    title.at = isAbove ? Point{GridWidth() / 2, used.y - kHeaderPadding}
-                       : Point{used.x - kHeaderPadding, GridHeight() / 2};
-    title.angle = isAbove ? 0 : -90;
-    setter_.Add(headers_, title, extent_);
+    Point const at = isAbove ? Point{GridWidth() / 2, used.y - kHeaderPadding}
+                             : Point{used.x - kHeaderPadding, GridHeight() / 2};
+    charts::AddTitle(headers_, results_, header.title, at, TextColor(), extent_);
   }
 
   ChartPlan const& plan_;

@@ -4,27 +4,22 @@
 
 #include "charts/guides/LegendGuide.h"
 #include "charts/scene/PaneBuilder.h"
+#include "charts/texts/ComposedTexts.h"
 
 namespace ostrel::charts {
 namespace {
 
-void AddTitles(ChartDocument const& document, TextSetter const& setter, Group& plot, Extent& extent) {
+void AddTitles(ChartPlan const& plan, Results const& results, Group& plot, Extent& extent) {
   using namespace GuideStyle;
   Group titles;
   titles.role = "title";
   double bottom = extent.GetRect().y - kChartTitlePadding;
-  auto const add = [&](std::string const& text, double size, bool isBold, ort::core::OrtColor color) {
-    if (text.empty()) return;
-    TextMark mark;
-    mark.text = text;
-    mark.at = {0, bottom};
-    mark.baseline = TextBaseline::Bottom;
-    mark.font = setter.MakeFont(size, isBold);
-    mark.color = color;
-    bottom = setter.Add(titles, mark, extent).y - kTitleLineGap;
+  auto const add = [&](TitleText const& title, ort::core::OrtColor color) {
+    if (title.composed >= 0)
+      bottom = AddTitle(titles, results, title, {0, bottom}, color, extent).y - kTitleLineGap;
   };
-  add(document.subtitle, kTitleFontSize, false, FaintTextColor());
-  add(document.title, kChartTitleFontSize, true, TextColor());
+  add(plan.subtitle, FaintTextColor());
+  add(plan.title, TextColor());
   if (!titles.nodes.empty()) plot.nodes.emplace_back(std::make_unique<Group>(std::move(titles)));
 }
 
@@ -38,7 +33,7 @@ Scene BuildScene(ChartDocument const& document, ChartPlan const& plan, Results c
   BuildPanes(plan, results, setter, plot, extent);
   Point const legendPlace{extent.GetRect().Right() + GuideStyle::kLegendOffset, 0};
   AddGroup(plot, BuildLegends(plan, results, legendPlace, setter, extent));
-  AddTitles(document, setter, plot, extent);
+  AddTitles(plan, results, plot, extent);
 
   Rect const used = extent.GetRect();
   Scene scene;

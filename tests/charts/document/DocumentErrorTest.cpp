@@ -550,8 +550,8 @@ TEST(DocumentErrors, Ranges) {
 TEST(DocumentErrors, GuidesAndOrder) {
   ExpectOfX({
       {R"("axis": false)", "$.encoding.x.axis: expects an object, not false"},
-      {R"("axis": {"labelLimit": 5})",
-       "$.encoding.x.axis.labelLimit: is not supported; shorten the labels or set labelAngle"},
+      {R"("axis": {"labelLimit": -5})",
+       "$.encoding.x.axis.labelLimit: expects a number of at least 0, not -5"},
       {R"("axis": {"labelAngle": 361})",
        "$.encoding.x.axis.labelAngle: expects a number from -360 to 360, not 361"},
       {R"("axis": {"tickCount": "year"})",

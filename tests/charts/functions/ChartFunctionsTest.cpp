@@ -126,6 +126,8 @@ TEST(ChartFunctions, AnswerCalls) {
        "2020-01|<9>|2020-02"},
       {"formatDates", {Dates({OrtDateTime(2020, 1, 1), OrtDateTime(2020, 2, 1)}), Text("")}, "2020|February"},
       {"measureTexts", {Texts({"10", "", "200"}, {1}), Font()}, "20|<9>|30"},
+      {"measureWords", {Texts({"far off", "", "a\u200bbcd", " "}, {1}), Font()}, "30|<9>|30|0"},
+      {"readsFromRight", {Texts({"abc", "אבג", "1 ש!", ""}, {3})}, "F|T|T|F"},
       {"visibleLabels", {Reals({0, 10, 20}), Reals({12, 12, 12}), Real(2), Text("parity")}, "T|F|T"},
       {"visibleLabels", {Reals({0, 10, 20}, {0}), Reals({9, 9, 9}), Real(1), Text("greedy")}, "F|T|T"},
       {"visibleLabels", {Reals({0, 10, 20}), Reals({9, 9, 9}, {1}), Real(1), Text("greedy")}, "T|F|T"},

@@ -41,16 +41,32 @@ TEST(TextTable, TextsWrapAndAreShortenedToTheirCells) {
   };
   std::string const toTheRight = draw(R"(,"dir":"ltr")");
   EXPECT_EQ(toTheRight.substr(toTheRight.size() - 2), "..");
-  EXPECT_EQ(draw(R"(,"dir":"rtl")").substr(0, 2), "..");
+  EXPECT_EQ(draw(R"(,"dir":"rtl")").substr(0, 5), "\u200E..");
 }
 
 TEST(TextTable, LinesStandInTheirCellsByTheirAlignment) {
+  struct {
+    char const* properties;
+    char const* text;
+    double x;
+    TextAnchor anchor;
+  } const cases[] = {
+      {R"(,"align":"left")", "alpha", 4, TextAnchor::Start},
+      {R"(,"align":"center")", "alpha", 50, TextAnchor::Middle},
+      {R"(,"align":"right")", "alpha", 96, TextAnchor::End},
+      // Where nothing is said lines begin where they are read from.
+      {"", "alpha", 4, TextAnchor::Start},
+      {"", "אבג", 96, TextAnchor::End},
+      {R"(,"dir":"rtl")", "alpha", 96, TextAnchor::End},
+      {R"(,"dir":"ltr")", "אבג", 4, TextAnchor::Start},
+  };
   ChartDrawing const drawing;
-  for (auto const& [align, x] : {std::pair("left", 4.0), {"center", 25.0}, {"right", 46.0}}) {
-    Scene const scene = drawing.Draw(MakeOneText(std::string(R"(,"align":")") + align + '"', "alpha")).scene;
+  for (auto const& c : cases) {
+    Scene const scene = drawing.Draw(MakeOneText(c.properties, c.text)).scene;
     auto const marks = FindMarks<TextMark>(scene, "marks");
     ASSERT_EQ(marks.size(), 1U);
-    EXPECT_DOUBLE_EQ(marks[0]->at.x, x) << align;
+    EXPECT_DOUBLE_EQ(marks[0]->at.x, c.x) << c.properties << ' ' << c.text;
+    EXPECT_EQ(marks[0]->anchor, c.anchor) << c.properties << ' ' << c.text;
     EXPECT_GT(marks[0]->at.y, 0);
     EXPECT_LT(marks[0]->at.y, 100);
   }

@@ -1,0 +1,62 @@
+#include "charts/graph/TitlePlan.h"
+
+#include <algorithm>
+
+#include "charts/guides/GuideStyle.h"
+#include "ostrelrtcore/Factory.h"
+
+namespace ostrel::charts {
+namespace {
+
+using ort::core::RIndirectString;
+
+constexpr int kMostHeaderLines = 2;
+
+Value MakeTexts(std::vector<std::string> const& texts) {
+  auto column = std::make_unique<std::vector<RIndirectString>>();
+  for (std::string const& text : texts) column->emplace_back(OStringCore::fromUtf8(text));
+  return ort::core::factory::MakeArray<RIndirectString>(ort::core::StoreTypeInfo::String, std::move(column));
+}
+
+// A header stands above panes, or left of them and reads upwards.
+void PlanHeader(GraphBuilder& graph, std::string const& name, PaneHeader& header, bool isAbove,
+                double paneLength, double gridLength) {
+  HeaderSpec const& spec = header.encoding->header;
+  if (spec.isHidden) return;
+  TextStyle style{.fontSize = GuideStyle::kLabelFontSize,
+                  .turn = isAbove ? TextTurn::None : TextTurn::Anticlockwise,
+                  .along = TextAnchor::Middle,
+                  .across = TextAnchor::End};
+  if (spec.labels.value_or(true)) {
+    NodeId const texts = graph.Constant(name + " labels", MakeTexts(header.labels));
+    NodeId const breakable = graph.Call(name + " breakable", "hintBreaks", {texts});
+    TextBox const box = MakeBox(graph, style, paneLength, kMostHeaderLines, runtime::WordWrap);
+    header.composedLabels = {graph.Keep(ComposeTexts(graph, name + " headers", breakable, style, box)),
+                             style};
+  }
+  TitleSpec const& given = spec.title.isGiven ? spec.title : header.encoding->title;
+  style.fontSize = GuideStyle::kTitleFontSize;
+  style.isBold = true;
+  header.title =
+      ComposeTitle(graph, name + " title", given.isGiven ? given.text : DefaultTitle(*header.encoding), style,
+                   std::max(gridLength, GuideStyle::kLeastTitleLength));
+}
+
+}  // namespace
+
+void PlanTitles(Compilation& compilation, ChartPlan& plan) {
+  GraphBuilder& graph = compilation.graph;
+  double const width = plan.width * plan.grid.columnCount;
+  double const height = plan.height * plan.grid.rowCount;
+  double const length = std::max(width, GuideStyle::kLeastChartTitleLength);
+  TextStyle style{.fontSize = GuideStyle::kChartTitleFontSize, .isBold = true, .across = TextAnchor::End};
+  plan.title = ComposeTitle(graph, "title", compilation.document.title, style, length);
+  style.fontSize = GuideStyle::kTitleFontSize;
+  style.isBold = false;
+  plan.subtitle = ComposeTitle(graph, "subtitle", compilation.document.subtitle, style, length);
+  if (plan.grid.rows) PlanHeader(graph, "row", *plan.grid.rows, false, plan.height, height);
+  if (plan.grid.columns) PlanHeader(graph, "column", *plan.grid.columns, true, plan.width, width);
+  if (plan.grid.panes) PlanHeader(graph, "pane", *plan.grid.panes, true, plan.width, width);
+}
+
+}  // namespace ostrel::charts
