@@ -33,12 +33,6 @@ Numbers RowsOf(Value const& layout, wchar_t const* name) {
   return {rows.begin(), rows.end()};
 }
 
-TEST_F(BubbleFunctions, StandInTheirOrderUnderTheirTypes) {
-  EXPECT_EQ(ListRegistrations(registry_.GetMultinaryFunctions()),
-            "layoutBubbles(Array of Real64)KeyMap[] 0\n"
-            "pixelScaleBubbles(KeyMap Array of Real64 KeyMap)KeyMap[] 0\n");
-}
-
 TEST_F(BubbleFunctions, FewCirclesStandWhereTheyShould) {
   struct {
     Value sizes;

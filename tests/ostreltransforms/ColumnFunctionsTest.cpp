@@ -25,68 +25,6 @@ class ColumnFunctions : public testing::Test {
 Value Instant(int day) { return factory::MakeDateTime(OrtDateTime(2020, 3, day)); }
 Value Date(int day) { return factory::MakeDate(OrtDateTime(2020, 3, day)); }
 
-TEST_F(ColumnFunctions, StandInTheirOrderUnderTheirTypes) {
-  EXPECT_EQ(
-      ListRegistrations(registry_.GetMultinaryFunctions()),
-      "computeAxisExtents(Array of Tuple Array of Tuple Array of Bool Array of Int32 Bool)KeyMap[] 0\n"
-      "extendRangeColumn(Array of Tuple Array of Real64 Array of Real64 Real64 Real64 Bool Bool)Array "
-      "of Tuple[] 0\n"
-      "extendRangeWithOverflow(Tuple Real64 Real64 Real64 Real64)Tuple[] 0\n"
-      "calcPixelOverflow(Array of Real64 Array of Real64 Array of Real64 Int32 Real64 Tuple Real64 "
-      "Bool)Tuple[] 0\n"
-      "calcReflineOverflow(Array of Real64 Array of Real64 Array of Real64 Array of Int32 Real64 Bool "
-      "Tuple Real64 Bool)KeyMap[] 0\n"
-      "extendXRangesByDegree(Array of Tuple Real64 Array of Tuple Bool)Array of Tuple[] 0\n"
-      "extendYRangesByDegree(Array of Tuple Real64)Array of Tuple[] 0\n"
-      "zeroAlignFoldedAxes(Array of Tuple Array of Int32 Array of Bool Array of Bool Bool)Array of "
-      "Tuple[] 0\n"
-      "syncFoldedAxes(Table Array of Int32 Array of Tuple Array of Int32 Array of Int32 Real64 Real64 "
-      "Bool)Array of Tuple[] 0\n"
-      "adjustAxesForLockedScales(Array of Tuple Array of Real64 Array of Bool Array of Int32 Array of "
-      "Bool Array of Bool Array of Real64 Real64 Real64 Bool Array of Tuple Bool Array of Real64 Array "
-      "of Real64 Real64)Array of Tuple[] 0\n"
-      "adjustDomainForStepping(Real64 Real64 Real64 Int32)KeyMap[] 0\n"
-      "rangeUnitsPerPixel(Array of Tuple Array of Bool Array of Real64 Array of Real64 Real64)Array of "
-      "Real64[] 0\n"
-      "resolveMinMaxDataTypeMismatch(Real64 Real64 Int32)Tuple[] 0\n"
-      "calcLogTicks(Real64 Real64 Int32 Bool Int32 Tuple Tuple Real64 Real64)Array of Real64[] 0\n"
-      "temporalTickFrequency(Int32 Real32 Int32 Array of Int32)Int32[] 0\n"
-      "findLargestGap(Array of Int32)Tuple[] 0\n"
-      "daysDifference(DateTime DateTime)Int64[] 0\n"
-      "hoursDifference(DateTime DateTime)Int64[] 0\n"
-      "minutesDifference(DateTime DateTime)Int64[] 0\n"
-      "secondsDifference(DateTime DateTime)Int64[] 0\n"
-      "daysToWeekStart(DateTime Int32)Int32[] 0\n"
-      "fiscalYear(Int32 DateTime)Int32[] 0\n"
-      "hasTime(DateTime Bool Bool Bool Bool)Bool[] 0\n"
-      "startOfPeriod(Int32 DateTime Int32 Int32)DateTime[] 0\n"
-      "accumulate(Array of Int64)Array of Int64[] 0\n"
-      "accumulate(Array of Real64)Array of Real64[] 0\n"
-      "interpolate(Real64 Int32 Int32)Int32[] 0\n"
-      "interpolate(Real64 Int64 Int64)Int64[] 0\n"
-      "interpolate(Real64 Real32 Real32)Real32[] 0\n"
-      "interpolate(Real64 Real64 Real64)Real64[] 0\n"
-      "interpolate(Real64 DateTime DateTime)DateTime[] 0\n"
-      "resolveSizeEncodingParameters(Real64 Real64 Real64 Real64 Real64 Real64 Real64 Int32 Bool Bool "
-      "Int32)KeyMap[] 0\n"
-      "min_multi_r64(Array of Real64)Real64[] 0\n"
-      "max_multi_r64(Array of Real64)Real64[] 0\n"
-      "min_multi_i64(Array of Int64)Int64[] 0\n"
-      "max_multi_i64(Array of Int64)Int64[] 0\n"
-      "min_multi_datetime(Array of DateTime)DateTime[] 0\n"
-      "max_multi_datetime(Array of DateTime)DateTime[] 0\n"
-      "columnNotEmpty(Array Bool)Bool[] 0\n"
-      "excludeHiddenMarks(Array of Int32 Array of Bool Array of Int32 Array of Bool Array of Int32 "
-      "Array of Bool Array of Bool Bool)Array of Bool[] 0\n"
-      "wrapMaps(Array of Real64 Array of Real64 Real64 Real64 Real64 Real64 Int32 Real64 Real64 Real64 "
-      "Real64)KeyMap[] 0\n"
-      "updateToSizeForMappedImages(Array of Real64 Array of Real64 Array of Real64 Array of Real64 Tuple "
-      "Tuple Bool)KeyMap[] 0\n"
-      "toKeyMap(Table)KeyMap[] 0\n"
-      "computeTreemapNodesLayout(Array of Int32 Array of Real64 Real64 Real64 Array of Real64 "
-      "Array of Real64)KeyMap[] 0\n");
-}
-
 TEST_F(ColumnFunctions, TotalsStandInEveryRow) {
   constexpr int64 kMost = std::numeric_limits<int64>::max();
   auto const nothing = [](StoreTypeInfo const& type, int count) {

@@ -50,32 +50,6 @@ class ReduceFunctions : public testing::Test {
   FunctionRegistry registry_;
 };
 
-TEST_F(ReduceFunctions, StandInTheirOrderUnderTheirTypes) {
-  EXPECT_EQ(TestValues::ListRegistrations(registry_.GetBinaryFunctions()),
-            "bitor(Int32 Int32)Int32[] 0\n"
-            "bitor(Int64 Int64)Int64[] 0\n"
-            "toUniformValue(Int32 Int32)Int32[]! 2\n"
-            "isDistinctPrev(Bool String)Bool[]! 2\n"
-            "isDistinctPrev(Bool Int32)Bool[]! 2\n"
-            "isDistinctPrev(Bool Int64)Bool[]! 2\n"
-            "isDistinctPrev(Bool Real32)Bool[]! 2\n"
-            "isDistinctPrev(Bool Real64)Bool[]! 2\n"
-            "isPreviousValueNull(Bool String)Bool[]! 3\n"
-            "isPreviousValueNull(Bool Int32)Bool[]! 3\n"
-            "isPreviousValueNull(Bool Int64)Bool[]! 3\n"
-            "isPreviousValueNull(Bool Real32)Bool[]! 3\n"
-            "isPreviousValueNull(Bool Real64)Bool[]! 3\n"
-            "isPreviousValueNull(Bool DateTime)Bool[]! 3\n"
-            "tc_curr_stack_value(Real64 Real64)Real64[]! 3\n"
-            "tc_prev_stack_value(Real64 Real64)Real64[]! 3\n"
-            "wrap_x_for_maps(Real64 Real64)Real64[] 0\n"
-            "end(Real32 Real32)Real32[] 0\n"
-            "end(Int32 Int32)Int32[] 0\n"
-            "incOnNew(Int32 Int32)Int32[]! 2\n"
-            "maxAxisSize(Real64 Tuple)Real64[] 0\n"
-            "isAxisLocked(Bool Tuple)Bool[] 0\n");
-}
-
 TEST_F(ReduceFunctions, PlainOnesFollowTheirRows) {
   auto const integer = StoreTypeInfo::Int32, real = StoreTypeInfo::Real64;
   ExpectBinary<int, int, int>(Find(TransformNames::BITOR_REDUCE, integer, integer), {1, INT_MIN}, {6, 1},

@@ -73,21 +73,6 @@ TEST(Registration, ChecksNameTheFunctionAndTheFault) {
   }
 }
 
-TEST(Registration, KeepOnlyUniqueHasTwoEntriesUnderOneName) {
-  FunctionRegistry registry;
-  RegisterOstrelFilterFunctions(registry);
-  auto const entries = registry.GetUnaryFunctions().Find(OStringCore(TransformNames::KEEP_ONLY_UNIQUE));
-  ASSERT_EQ(entries.size(), 2U);
-  StoreTypeInfo const inputs[] = {StoreTypeInfo::Int32, StoreTypeInfo::String};
-  for (std::size_t i = 0; i < 2; ++i) {
-    EXPECT_EQ(entries[i].GetKey().GetInputTypes(), std::vector<KeySegmentType>{inputs[i]});
-    EXPECT_EQ(entries[i].GetOutput(), KeySegmentType(StoreTypeInfo::Bool));
-    EXPECT_EQ(entries[i].GetType(), UnaryFunctionType::Operation);
-    EXPECT_TRUE(entries[i].IsOrderDependent());
-    EXPECT_TRUE(entries[i].GetParameters().empty());
-  }
-}
-
 TEST(Registration, TransformFunctionsAreTheFamiliesInTheirOrder) {
   FunctionRegistry whole, parts;
   RegisterOstrelTransformFunctions(whole);

@@ -73,25 +73,4 @@ inline void ExpectEqual(Value const& got, Value const& expected, std::string con
   EXPECT_TRUE(got->Equals(*expected)) << place;
 }
 
-// A family's registrations in their order, one after the other: "name(inputs)output[parameters]"; a flag for
-// order-dependence is "!".
-template <class Registry>
-std::string ListRegistrations(Registry const& functions) {
-  std::string text;
-  auto const append = [&text](std::vector<KeySegmentType> const& segments) {
-    for (auto const& segment : segments) {
-      text += (&segment == segments.data() ? "" : " ") + segment.ToString().toUtf8();
-    }
-  };
-  for (auto const& entry : functions.GetEntries()) {
-    text += entry.GetKey().GetName().toUtf8() + "(";
-    append(entry.GetKey().GetInputTypes());
-    text += ")" + entry.GetOutput().ToString().toUtf8() + "[";
-    append(entry.GetParameters());
-    text += std::string("]") + (entry.IsOrderDependent() ? "!" : "") + " " +
-            std::to_string(static_cast<int>(entry.GetType())) + "\n";
-  }
-  return text;
-}
-
 }  // namespace TestValues

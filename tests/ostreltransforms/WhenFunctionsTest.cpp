@@ -30,16 +30,6 @@ Value Texts(std::vector<wchar_t const*> const& texts) {
 }
 Value Instant(int day) { return factory::MakeDateTime(OrtDateTime(2020, 3, day)); }
 
-TEST_F(WhenFunctions, StandInTheirOrderUnderTheirTypes) {
-  EXPECT_EQ(ListRegistrations(registry_.GetMultinaryFunctions()),
-            "isDivergingAuto(Real64 Real64 Real64)Bool[] 0\n"
-            "isReversedAuto(Real64 Real64 Real64)Bool[] 0\n"
-            "straddlesZero(Real64 Real64)Bool[] 0\n"
-            "arrayContains(Array of Int32 Int32)Bool[] 0\n"
-            "shouldAdjustFontSize(Real64 Real64 Array of Real64)Bool[] 0\n"
-            "areRowsDistinct(Table)Bool[] 0\n");
-}
-
 TEST_F(WhenFunctions, RangesAreComparedWithZeroAndTheCentre) {
   struct {
     wchar_t const* name;

@@ -119,13 +119,6 @@ class WordleFunctions : public testing::Test {
   FunctionRegistry registry_;
 };
 
-TEST_F(WordleFunctions, StandInTheirOrderUnderTheirTypes) {
-  EXPECT_EQ(ListRegistrations(registry_.GetMultinaryFunctions()),
-            "layoutWordCloudCells(Array of Real64 Array of Real64 Array of Real64 Real64 Real64 Real64 "
-            "Real64)KeyMap[] 0\n"
-            "wordleScale(Array of Real64 Array of Real64 Real64 Real64)Real64[] 0\n");
-}
-
 TEST_F(WordleFunctions, FewWordsGoWhereTheRuleTellsThem) {
   struct {
     char const* what;

@@ -31,28 +31,6 @@ class ZipWithFunctions : public testing::Test {
   FunctionRegistry registry_;
 };
 
-TEST_F(ZipWithFunctions, StandInTheirOrderUnderTheirTypes) {
-  EXPECT_EQ(TestValues::ListRegistrations(registry_.GetBinaryFunctions()),
-            "Min(Int64 Int64)Int64[] 0\n"
-            "Min(Real64 Real64)Real64[] 0\n"
-            "Max(Int64 Int64)Int64[] 0\n"
-            "Max(Real64 Real64)Real64[] 0\n"
-            "BitOr(Int32 Int32)Int32[] 0\n"
-            "addToRight(Real64 Bool)Real64[Real64] 2\n"
-            "applySteppingForDivergingPalette(Real64 Bool)Real64[Real64 Real64] 2\n"
-            "adjustTotalColor(Color Bool)Color[Color] 2\n"
-            "iif(Bool Tuple)Int32[] 0\n"
-            "/special(Real64 Real64)Real64[] 3\n"
-            "groupByRunningSum(Int32 Real32)Real32[]! 2\n"
-            "invlerpMultiPane(Real64 Int32)Real64[Array of Real64 Array of Real64] 3\n"
-            "concatIntegers(Int32 Int32)Int64[] 0\n"
-            "calcMarkHalfSize(Real64 Int32)Real64[Real64] 2\n"
-            "interpolateIndexedRange(Real64 Int32)Real64[Array of Tuple] 2\n"
-            "extendRangesToIncludeZero(Tuple Bool)Tuple[] 0\n"
-            "adjustLeftWrapped(Real64 Real64)Real64[Real64] 2\n"
-            "adjustRightWrapped(Real64 Tuple)Real64[Real64] 2\n");
-}
-
 TEST_F(ZipWithFunctions, MinAndMaxGiveTheSecondOnATieAndBesideNaN) {
   std::vector<double> const a = {kNaN, 1, 0.0, -0.0, 3, -kInfinity, kNaN, 5};
   std::vector<double> const b = {1, kNaN, -0.0, 0.0, 4, kInfinity, kNaN, -5};

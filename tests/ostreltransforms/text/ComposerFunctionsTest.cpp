@@ -21,16 +21,6 @@ class ComposerFunctions : public testing::Test {
   FunctionRegistry registry_;
 };
 
-TEST_F(ComposerFunctions, StandInTheirOrderUnderTheirTypes) {
-  EXPECT_EQ(ListRegistrations(registry_.GetMultinaryFunctions()),
-            "composeShapes(Array of Int32 Array of Int32 Array of Int32 Array of Real64 Array of Real64 "
-            "Real64 Real64 Int32 Int32)KeyMap[] 0\n"
-            "composeText(Array of Int32 Array of Int32 Array of String Array of Int32 Table Real64 Real64 "
-            "Int32 Int32)KeyMap[] 0\n"
-            "buildIndexKeysetInt32(Array of Int32)KeySet of Int32 to Array[] 0\n"
-            "updateTextStyleTable(Table)Table[] 0\n");
-}
-
 // "key: rows" for each key, special ones as "!kind: rows".
 std::string WriteIndex(Value const& keySet) {
   std::string text;
