@@ -40,7 +40,7 @@ double GetX(double longitude) { return WrapLongitude(longitude) * OMath::PI / 18
 double GetInverseOfX(double x) { return WrapLongitude(x / kRadius * 180 / OMath::PI); }
 
 double GetY(double latitude, double eccentricity) {
-  double const phi = ClampLatitude(std::fabs(latitude)) * (OMath::PI / 180);
+  double const phi = ClampLatitude(std::fabs(latitude)) * OMath::PI / 180;
   double tangent = TangentOfQuarterTurnAnd(phi / 2);
   if (eccentricity != 0) {
     double const s = eccentricity * std::sin(phi);
