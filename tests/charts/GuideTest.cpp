@@ -76,6 +76,35 @@ std::string ManyCategories(int count) {
   return rows;
 }
 
+// Rows of hidden entries neither stack nor widen the axis; the others keep their colors.
+TEST(Guides, LegendsHideMarks) {
+  ChartDrawing const drawing;
+  auto const draw = [&](std::string const& legend) {
+    return drawing
+        .Draw(MakeDocument("\"bar\"", R"("u" 4 "p"|"u" 6 "q"|"v" 2 "r"|"v" 3 null)",
+                           R"("x":{"field":"f0","type":"nominal"},"y":{"field":"f1","type":"quantitative"},)"
+                           R"("color":{"field":"f2","type":"nominal")" +
+                               legend + "}"))
+        .scene;
+  };
+  auto const describe = [](Scene const& scene) {
+    std::string text;
+    for (SymbolMarks const* sample : FindMarks<SymbolMarks>(scene, "legend"))
+      text += fmt::format(" {:x}@{:.3g}", static_cast<unsigned>(sample->color.constant.GetValue()),
+                          sample->opacity.constant);
+    return ReadTexts(scene, "legend") + text + " " + ReadTexts(scene, "axis y");
+  };
+  EXPECT_EQ(describe(draw("")), "f2|p|q|r ff4c78a8@1 fff58518@1 ffe45756@1 0|5|10|f1");
+  EXPECT_EQ(describe(draw(R"(,"legend":{"hidden":["q"]})")),
+            "f2|p|q|r ff4c78a8@1 fff58518@0.25 ffe45756@1 0|2|4|f1");
+  EXPECT_EQ(describe(draw(R"(,"scale":{"domain":["r","q","p"]},"legend":{"hidden":["p","q"]})")),
+            "f2|r|q|p ff4c78a8@1 fff58518@0.25 ffe45756@0.25 0|2|4|f1");
+  EXPECT_EQ(
+      drawing.DescribeError(MakeDocument(
+          "\"point\"", R"("u"|"u")", R"("color":{"field":"f0","type":"nominal","legend":{"hidden":["u"]}})")),
+      "chart.vl.json: $: no row of $.data.values is left by the values that legends hide");
+}
+
 TEST(Guides, AThousandCategoriesStayReadable) {
   ChartDrawing const drawing;
   Scene const scene = drawing

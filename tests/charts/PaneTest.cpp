@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "ChartDrawing.h"
-#include "charts/guides/GuideStyle.h"
+#include "TextRooms.h"
 
 namespace ostrel::charts {
 namespace {
@@ -122,18 +122,6 @@ TEST(Panes, TellOfRowsWithoutAPane) {
   for (int i = 0; i <= 400; ++i) rows += fmt::format("{}{}", i == 0 ? "" : "|", i);
   EXPECT_EQ(drawing.DescribeError(MakeDocument("\"point\"", rows, R"("row":{"field":"f0"})")),
             "chart.vl.json: $.encoding.row.field: 401 values of field 'f0' are more panes than 400");
-}
-
-void CollectRooms(Group const& group, Point origin, TextSetter const& setter, std::vector<Rect>& rooms) {
-  origin = {origin.x + group.origin.x, origin.y + group.origin.y};
-  for (SceneNode const& node : group.nodes) {
-    if (auto const* child = std::get_if<std::unique_ptr<Group>>(&node))
-      CollectRooms(**child, origin, setter, rooms);
-    auto const* text = std::get_if<TextMark>(&node);
-    if (text == nullptr) continue;
-    Rect const rect = setter.MeasureRect(*text);
-    rooms.push_back({rect.x + origin.x, rect.y + origin.y, rect.width, rect.height});
-  }
 }
 
 TEST(Panes, TextsDoNotOverlap) {
@@ -286,6 +274,88 @@ TEST(Layers, ShareTheZeroOfTheirScales) {
                  "chart.vl.json: $.layer[1].encoding.y.scale.type: has no zero to align; use \"linear\", or "
                  "leave resolve.zero out");
   }
+}
+
+// Both layers stand on one domain; a label that the first one's marks have gets room in it.
+TEST(Layers, ShareTheDomainOfTheirScales) {
+  ChartDrawing const drawing;
+  auto const draw = [&](std::string const& scale, std::string const& domain) {
+    std::string const document =
+        R"({"width":100,"height":60,"data":{"values":[{"a":0,"b":0},{"a":90,"b":-5},{"a":20,"b":10}]},)"
+        R"("resolve":{"scale":{"y":"independent"})" +
+        domain +
+        R"(},"layer":[)"
+        R"({"mark":"point","encoding":{"y":{"field":"a","type":"quantitative"}}},)"
+        R"({"mark":"point","encoding":{"y":{"field":"b","type":"quantitative","scale":)" +
+        scale + R"(}}}]})";
+    return DescribePlaces(drawing.Draw(document).scene);
+  };
+  std::string const shared = R"(,"domain":{"y":"shared"})";
+  // From -5 to 90.
+  EXPECT_EQ(draw(R"({"nice":false})", shared), "57 0 44 / 57 60 51");
+  EXPECT_EQ(draw(R"({"domain":[-30,90]})", shared), "45 0 35 / 45 48 40");
+  EXPECT_EQ(draw(R"({"nice":false,"reverse":true})", shared), "57 0 44 / 3 0 9");
+  EXPECT_EQ(draw("{}", R"(,"domain":{"y":"independent"})"), draw("{}", ""));
+}
+
+// The units of a pixel on both axes of every pane: "0.5 0.5 | ...".
+std::string DescribeUnits(Scene const& scene) {
+  std::string text;
+  for (Group const* pane : FindPanes(scene)) {
+    auto const& symbols = std::get<SymbolMarks>(FindGroup(*pane, "marks")->nodes.front());
+    auto const& x = symbols.x->AsTypedArray<double>();
+    auto const& y = symbols.y->AsTypedArray<double>();
+    text += fmt::format("{}{:.3f} {:.3f}", text.empty() ? "" : " | ",
+                        10 / (x.GetElement(1) - x.GetElement(0)), 10 / (y.GetElement(0) - y.GetElement(1)));
+  }
+  return text;
+}
+
+// The first two rows of each pane are ten apart in both fields; the greatest extents need most.
+TEST(Scales, ShareTheAmountOfAPixel) {
+  ChartDrawing const drawing;
+  auto const draw = [&](std::string const& resolve) {
+    return DescribeUnits(
+        drawing
+            .Draw(
+                R"({"width":100,"height":50,"data":{"values":[{"g":"p","a":0,"b":0},{"g":"p","a":10,"b":10},)"
+                R"({"g":"p","a":50,"b":0},{"g":"q","a":5,"b":100},{"g":"q","a":15,"b":110},)"
+                R"({"g":"q","a":5,"b":140}]},"mark":"point","encoding":{)"
+                R"("column":{"field":"g","type":"nominal"},)"
+                R"("x":{"field":"a","type":"quantitative","scale":{"zero":false,"nice":false}},)"
+                R"("y":{"field":"b","type":"quantitative","scale":{"zero":false,"nice":false}}},)"
+                R"("resolve":{)" +
+                resolve + "}}")
+            .scene);
+  };
+  std::string const own = R"("scale":{"x":"independent","y":"independent"})";
+  EXPECT_EQ(draw(own), "0.500 0.200 | 0.100 0.800");
+  EXPECT_EQ(draw(own + R"(,"unit":{"x":"shared"})"), "0.500 0.200 | 0.500 0.800");
+  EXPECT_EQ(draw(own + R"(,"unit":{"x":"shared","y":"shared"})"), "0.800 0.800 | 0.800 0.800");
+  EXPECT_EQ(draw(R"("unit":{"x":"shared","y":"shared"})"), "2.800 2.800 | 2.800 2.800");
+}
+
+TEST(Scales, RefuseToShareWhatTheyDoNotHave) {
+  ChartDrawing const drawing;
+  auto const describe = [&](std::string const& y, std::string const& resolve) {
+    return drawing.DescribeError(R"({"data":{"values":[{"a":1,"b":"2"}]},"mark":"point","encoding":{)"
+                                 R"("x":{"field":"a","type":"quantitative"},"y":{"field":"b",)" +
+                                 y + R"(}},"resolve":{)" + resolve + "}}");
+  };
+  std::string const both = R"("unit":{"x":"shared","y":"shared"})";
+  std::string const number = R"("type":"quantitative")";
+  EXPECT_EQ(describe(number, both), "no error");
+  EXPECT_EQ(
+      describe(number, R"("unit":{"y":"shared"})"),
+      "chart.vl.json: $.resolve.unit: one scale has nothing to share its unit with; name x and y, or give "
+      "panes scales of their own");
+  EXPECT_EQ(describe(R"("type":"nominal")", both),
+            "chart.vl.json: $.encoding.y.type: has no unit to share; use \"quantitative\" or \"temporal\"");
+  EXPECT_EQ(describe(number + R"(,"scale":{"type":"log"})", both),
+            "chart.vl.json: $.encoding.y.scale.type: differs from that of $.encoding.x, with which it shares "
+            "its unit");
+  EXPECT_EQ(describe(number, R"("domain":{"y":"shared"})"),
+            "chart.vl.json: $.resolve.domain.y: layers of one scale share its domain; set resolve.scale");
 }
 
 }  // namespace

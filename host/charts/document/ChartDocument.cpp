@@ -125,12 +125,20 @@ void CheckResolve(JsonValue const& root, ChartDocument& document) {
         fmt::format("{}: {}.zero.{}: panes have their zeros where their scales have them; leave it out",
                     document.path.string(), panes.path, NameOf(channel)));
   }
-  ResolveSpec const& layers = document.resolveLayers;
-  for (Channel const channel : layers.sharedZeros) {
-    if (layers.HasOwnScale(channel)) continue;
-    throw DocumentError(fmt::format("{}: {}.zero.{}: layers of one scale share its zero; set resolve.scale",
-                                    document.path.string(), layers.path, NameOf(channel)));
+  for (Channel const channel : panes.sharedDomains) {
+    throw DocumentError(fmt::format("{}: {}.domain.{}: panes of one domain share their scale; set scale",
+                                    document.path.string(), panes.path, NameOf(channel)));
   }
+  ResolveSpec const& layers = document.resolveLayers;
+  auto const requireOwnScales = [&](std::vector<Channel> const& channels, char const* what) {
+    for (Channel const channel : channels) {
+      if (layers.HasOwnScale(channel)) continue;
+      throw DocumentError(fmt::format("{}: {}.{}.{}: layers of one scale share its {}; set resolve.scale",
+                                      document.path.string(), layers.path, what, NameOf(channel), what));
+    }
+  };
+  requireOwnScales(layers.sharedZeros, "zero");
+  requireOwnScales(layers.sharedDomains, "domain");
   for (Channel const channel : layers.independentAxes) {
     if (layers.HasOwnScale(channel)) continue;
     throw DocumentError(fmt::format("{}: {}.axis.{}: layers share an axis with its scale; set resolve.scale",

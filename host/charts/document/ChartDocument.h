@@ -115,6 +115,7 @@ struct LegendSpec {
   std::string format;
   std::optional<double> labelLimit;  ///< pixels; 0 for none
   std::vector<Literal> values;
+  std::vector<Literal> hidden;  ///< values whose rows are not drawn; their entries stay, faded
   std::optional<double> tickCount;
 };
 
@@ -205,11 +206,15 @@ struct ResolveSpec {
   std::string path;  ///< "$.resolve"
   std::vector<Channel> independentScales;
   std::vector<Channel> independentAxes;
-  std::vector<Channel> sharedZeros;  ///< the zeros of independent scales stand at one height
+  std::vector<Channel> sharedZeros;    ///< the zeros of independent scales stand at one height
+  std::vector<Channel> sharedDomains;  ///< independent scales have axes of their own for one domain
+  std::vector<Channel> sharedUnits;    ///< a pixel is one amount on all of their scales
 
   bool HasOwnScale(Channel channel) const;
   bool HasOwnAxis(Channel channel) const;
   bool SharesZero(Channel channel) const;
+  bool SharesDomain(Channel channel) const;
+  bool SharesUnit(Channel channel) const;
 };
 
 /// How degrees become places of a map.

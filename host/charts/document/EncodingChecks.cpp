@@ -241,6 +241,10 @@ void CheckGuides(JsonValue const& value, Encoding const& encoding) {
   bool const hasDates = !encoding.timeUnit.empty();
   CheckGuide(value, "axis", encoding.type, hasDates, encoding.axis.values);
   CheckGuide(value, "legend", encoding.type, hasDates, encoding.legend.values);
+  bool const isOfColorsOrShapes = encoding.channel == Channel::Color || encoding.channel == Channel::Shape;
+  bool const isDerived = hasDates || encoding.bin || encoding.aggregate;
+  if (!encoding.legend.hidden.empty() && (!IsDiscrete(encoding.type) || !isOfColorsOrShapes || isDerived))
+    value.FailAt("legend.hidden", "is for colors and shapes of nominal and ordinal fields of the data");
   if (encoding.axis.tickInterval && encoding.type != FieldType::Temporal)
     value.FailAt("axis.tickCount", "an interval of time is for temporal fields only; use a number");
   auto const& side = encoding.axis.orient;

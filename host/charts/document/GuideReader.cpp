@@ -42,22 +42,28 @@ bool ResolveSpec::HasOwnAxis(Channel channel) const {
   return Contains(independentScales, channel) || Contains(independentAxes, channel);
 }
 bool ResolveSpec::SharesZero(Channel channel) const { return Contains(sharedZeros, channel); }
+bool ResolveSpec::SharesDomain(Channel channel) const { return Contains(sharedDomains, channel); }
+bool ResolveSpec::SharesUnit(Channel channel) const { return Contains(sharedUnits, channel); }
 
 ResolveSpec ReadResolve(JsonValue const& value) {
   static constexpr Channel kScales[] = {Channel::X,    Channel::Y,       Channel::Color,
                                         Channel::Size, Channel::Opacity, Channel::Shape};
   ResolveSpec resolve;
   resolve.path = value.GetPath();
+  auto const readShared = [](std::vector<Channel>& channels) {
+    return [&channels](JsonValue const& words) {
+      channels = ReadChannels(words, std::span(kScales).first<2>(), false);
+    };
+  };
   JsonObjectReader(value)
       .On("scale", [&](JsonValue const& scale) { resolve.independentScales = ReadChannels(scale, kScales); })
       .On("axis",
           [&](JsonValue const& axis) {
             resolve.independentAxes = ReadChannels(axis, std::span(kScales).first<2>());
           })
-      .On("zero",
-          [&](JsonValue const& zero) {
-            resolve.sharedZeros = ReadChannels(zero, std::span(kScales).first<2>(), false);
-          })
+      .On("zero", readShared(resolve.sharedZeros))
+      .On("domain", readShared(resolve.sharedDomains))
+      .On("unit", readShared(resolve.sharedUnits))
       .Refuse("legend", "is not supported; every scale has its legend, so set scale")
       .Read();
   return resolve;
@@ -114,6 +120,7 @@ LegendSpec ReadLegend(JsonValue const& value) {
       .Text("format", legend.format)
       .Number("labelLimit", legend.labelLimit, kNotNegative)
       .Literals("values", legend.values)
+      .Literals("hidden", legend.hidden)
       .Number("tickCount", legend.tickCount, kTickCount)
       .Refuse("orient", "is not supported; legends stand right of the chart")
       .Refuse("type", "is not supported; the field's type tells it")

@@ -9,7 +9,7 @@
 #include "charts/guides/GuideStyle.h"
 #include "charts/marks/MarkContext.h"
 #include "charts/marks/MarkTable.h"
-#include "charts/scales/DomainRoom.h"
+#include "charts/scales/LinkedDomains.h"
 #include "charts/scales/OffsetScale.h"
 #include "charts/transforms/ChannelFields.h"
 #include "charts/transforms/RowTransforms.h"
@@ -106,25 +106,13 @@ class ScalePlanner {
   ScalePlanner(Compilation& compilation, std::vector<std::shared_ptr<LayerRows>> const& rows, ChartPlan& plan)
       : compilation_(compilation), rows_(rows), plan_(plan) {}
 
-  // Gives the length of the channel's axis: as asked for, or what the steps of discrete values need.
-  double PlanPosition(Channel channel, char const* name, LengthRequest request) {
-    bool const isHorizontal = channel == Channel::X;
-    auto const groups = GroupUses(compilation_.document, channel, isHorizontal ? Channel::X2 : Channel::Y2);
-    auto const offsets = GroupUses(compilation_.document, isHorizontal ? Channel::XOffset : Channel::YOffset);
-    bool const isShared = !compilation_.document.resolvePanes.HasOwnScale(channel);
-    // Panes with scales of their own have one length all the same.
-    if (!isShared && !request.length) request.length = kDefaultLength;
-    std::vector<Placing> placings;
-    if (isShared) placings = AddScales({channel, name, groups, offsets, request}, rows_);
-    for (std::size_t pane = 0; pane < plan_.panes.size(); ++pane) {
-      if (!isShared)
-        placings = AddScales({channel, name, groups, offsets, request}, plan_.grid.cells[pane].layers);
-      for (std::size_t i = 0; i < groups.size(); ++i) {
-        PlaceUses(groups[i], *placings[i].scale, plan_.panes[pane], isShared);
-        if (placings[i].offset) PlaceOffsetUses(offsets[i], placings[i], plan_.panes[pane], isShared);
-      }
-    }
-    return placings.empty() ? request.length.value_or(kDefaultLength) : placings.front().scale->space.length;
+  // Sets the pane's width and height: as asked for, or what the steps of discrete values need.
+  void PlanPositions(LengthRequest const& width, LengthRequest const& height) {
+    ChannelScales x = PlanDomains(Channel::X, "x", width);
+    ChannelScales y = PlanDomains(Channel::Y, "y", height);
+    ShareUnits(x, y);
+    plan_.width = PlaceAll(x);
+    plan_.height = PlaceAll(y);
   }
 
   void PlanStyle(Channel channel, char const* name) {
@@ -153,34 +141,59 @@ class ScalePlanner {
     return JoinUses(compilation_, name, std::move(uses));
   }
 
-  // The scales of one position channel, as the document asks for them.
-  struct PositionRequest {
-    Channel channel;
-    char const* name;
-    std::vector<std::vector<LayerUse>> const& groups;
-    std::vector<std::vector<LayerUse>> const& offsets;  // places side by side, of the first groups
-    LengthRequest const& length;
-  };
-
   struct Placing {
     PositionScale* scale = nullptr;
     std::optional<OffsetScale> offset;
   };
 
-  // The scales of all groups of uses. Those after the first have their axis on the other side and leave the
-  // grid to it.
-  std::vector<Placing> AddScales(PositionRequest const& request,
-                                 std::vector<std::shared_ptr<LayerRows>> const& rows) {
-    bool const isHorizontal = request.channel == Channel::X;
+  // The scales of one pane, or those of all panes: one for each group of uses.
+  struct PaneScales {
     std::vector<ScaleSource> sources;
     std::vector<Placing> placings;
-    std::vector<PositionScale*> scales;
+  };
+
+  // The scales of one position channel, as the document asks for them.
+  struct ChannelScales {
+    Channel channel;
+    char const* name;
+    std::vector<std::vector<LayerUse>> groups;
+    std::vector<std::vector<LayerUse>> offsets;  // places side by side, of the first groups
+    LengthRequest length;
+    bool isShared = true;
+    std::vector<PaneScales> panes = {};  // a single one where panes share them
+  };
+
+  ChannelScales PlanDomains(Channel channel, char const* name, LengthRequest length) {
+    ChartDocument const& document = compilation_.document;
+    bool const isHorizontal = channel == Channel::X;
+    bool const isShared = !document.resolvePanes.HasOwnScale(channel);
+    // Panes with scales of their own have one length all the same.
+    if (!isShared && !length.length) length.length = kDefaultLength;
+    ChannelScales scales{channel,
+                         name,
+                         GroupUses(document, channel, isHorizontal ? Channel::X2 : Channel::Y2),
+                         GroupUses(document, isHorizontal ? Channel::XOffset : Channel::YOffset),
+                         length,
+                         isShared};
+    if (isShared) {
+      scales.panes.push_back(AddScales(scales, rows_));
+    } else {
+      for (PaneCell const& cell : plan_.grid.cells) scales.panes.push_back(AddScales(scales, cell.layers));
+    }
+    return scales;
+  }
+
+  // The domains of all groups of uses. Scales after the first have their axis on the other side and leave the
+  // grid to it.
+  PaneScales AddScales(ChannelScales const& request, std::vector<std::shared_ptr<LayerRows>> const& rows) {
+    bool const isHorizontal = request.channel == Channel::X;
+    PaneScales added;
     for (std::size_t i = 0; i < request.groups.size(); ++i) {
-      ScaleSource& source = sources.emplace_back(MakeSource(request.name, request.groups[i], rows));
+      ScaleSource& source = added.sources.emplace_back(MakeSource(request.name, request.groups[i], rows));
       AxisSpec& axis = source.encoding.axis;
       if (i > 0 && axis.orient.empty()) axis.orient = isHorizontal ? "top" : "right";
       if (i > 0 && !axis.grid) axis.grid = false;
-      Placing& placing = placings.emplace_back();
+      Placing& placing = added.placings.emplace_back();
       if (i < request.offsets.size()) {
         placing.offset = PlanOffsetScale(
             compilation_, MakeSource(isHorizontal ? "x offset" : "y offset", request.offsets[i], rows));
@@ -188,23 +201,79 @@ class ScalePlanner {
       plan_.positions.push_back(std::make_unique<PositionScale>(
           PlanPositionDomain(compilation_, source, MakeSpace(isHorizontal, request.length, placing.offset))));
       placing.scale = plan_.positions.back().get();
-      scales.push_back(placing.scale);
-      if (source.encoding.scale.fit.value_or(false)) Fit(request, i, rows, *placing.scale);
     }
-    if (compilation_.document.resolveLayers.SharesZero(request.channel)) AlignZeros(compilation_, scales);
-    for (std::size_t i = 0; i < scales.size(); ++i) {
-      PlanPositions(compilation_, sources[i], *scales[i]);
-      if (placings[i].offset && scales[i]->bandwidth < 0) {
-        ThrowDocumentError(compilation_.document, request.offsets[i].front().encoding->path,
-                           fmt::format("needs a nominal or ordinal {} to stand in", request.name));
-      }
-    }
-    return placings;
+    WidenDomains(request, rows, added);
+    return added;
   }
 
-  // Gives a continuous domain room for the marks that would reach out of the pane.
-  void Fit(PositionRequest const& request, std::size_t group,
-           std::vector<std::shared_ptr<LayerRows>> const& rows, PositionScale& scale) {
+  void WidenDomains(ChannelScales const& request, std::vector<std::shared_ptr<LayerRows>> const& rows,
+                    PaneScales const& added) {
+    ResolveSpec const& resolve = compilation_.document.resolveLayers;
+    bool const sharesDomain = resolve.SharesDomain(request.channel);
+    std::vector<PositionScale*> scales;
+    std::vector<SharedScale> shared;
+    for (std::size_t i = 0; i < added.placings.size(); ++i) {
+      PositionScale& scale = *added.placings[i].scale;
+      scales.push_back(&scale);
+      SharedScale& own = shared.emplace_back();
+      own.scale = &scale;
+      if (!scale.encoding.scale.fit.value_or(false)) continue;
+      std::vector<RowReach> const reaches = FindReaches(request, i, rows, scale);
+      if (!sharesDomain) FitMarks(compilation_, scale, reaches);
+      // A scale of its own is that of one layer.
+      if (!reaches.empty()) own.reach = reaches.front();
+    }
+    if (sharesDomain) ShareDomain(compilation_, shared);
+    if (resolve.SharesZero(request.channel)) AlignZeros(compilation_, scales);
+  }
+
+  // Lets a pixel be one amount on the scales of the channels that the document names.
+  void ShareUnits(ChannelScales const& x, ChannelScales const& y) {
+    ChartDocument const& document = compilation_.document;
+    std::vector<PositionScale*> scales;
+    std::string path;
+    for (ChannelScales const* channel : {&x, &y}) {
+      for (ResolveSpec const* resolve : {&document.resolvePanes, &document.resolveLayers}) {
+        if (resolve->SharesUnit(channel->channel)) path = resolve->path + ".unit";
+      }
+      if (!document.resolvePanes.SharesUnit(channel->channel) &&
+          !document.resolveLayers.SharesUnit(channel->channel))
+        continue;
+      for (PaneScales const& pane : channel->panes) {
+        for (Placing const& placing : pane.placings) scales.push_back(placing.scale);
+      }
+    }
+    if (!path.empty()) ShareUnit(compilation_, path, scales);
+  }
+
+  // Gives the length of the channel's axis.
+  double PlaceAll(ChannelScales& scales) {
+    for (PaneScales& pane : scales.panes) {
+      for (std::size_t i = 0; i < pane.placings.size(); ++i) {
+        Placing const& placing = pane.placings[i];
+        ostrel::charts::PlanPositions(compilation_, pane.sources[i], *placing.scale);
+        if (placing.offset && placing.scale->bandwidth < 0) {
+          ThrowDocumentError(compilation_.document, scales.offsets[i].front().encoding->path,
+                             fmt::format("needs a nominal or ordinal {} to stand in", scales.name));
+        }
+      }
+    }
+    for (std::size_t pane = 0; pane < plan_.panes.size(); ++pane) {
+      auto const& placings = scales.panes[scales.isShared ? 0 : pane].placings;
+      for (std::size_t i = 0; i < placings.size(); ++i) {
+        PlaceUses(scales.groups[i], *placings[i].scale, plan_.panes[pane], scales.isShared);
+        if (placings[i].offset)
+          PlaceOffsetUses(scales.offsets[i], placings[i], plan_.panes[pane], scales.isShared);
+      }
+    }
+    auto const& first = scales.panes.front().placings;
+    return first.empty() ? scales.length.length.value_or(kDefaultLength) : first.front().scale->space.length;
+  }
+
+  // What the layers of a scale draw around their rows.
+  std::vector<RowReach> FindReaches(ChannelScales const& request, std::size_t group,
+                                    std::vector<std::shared_ptr<LayerRows>> const& rows,
+                                    PositionScale const& scale) {
     std::vector<RowReach> reaches;
     for (std::size_t i = 0; i < request.groups[group].size(); ++i) {
       LayerUse const& use = request.groups[group][i];
@@ -220,7 +289,7 @@ class ScalePlanner {
       RowReach& reach = reaches.emplace_back(definition.reach(context, request.channel));
       reach.numbers = scale.field.rows[i].numbers;
     }
-    FitMarks(compilation_, scale, reaches);
+    return reaches;
   }
 
   AxisSpace MakeSpace(bool isHorizontal, LengthRequest const& length,
@@ -336,10 +405,8 @@ ChartPlan PlanChart(Compilation& compilation, std::vector<std::shared_ptr<DataTa
   }
   plan.panes = MakePanes(document, plan.grid);
   ScalePlanner scales(compilation, rows, plan);
-  plan.width = scales.PlanPosition(Channel::X, "x",
-                                   {options.width ? options.width : document.width, document.widthStep});
-  plan.height = scales.PlanPosition(Channel::Y, "y",
-                                    {options.height ? options.height : document.height, document.heightStep});
+  scales.PlanPositions({options.width ? options.width : document.width, document.widthStep},
+                       {options.height ? options.height : document.height, document.heightStep});
   PlanTitles(compilation, plan);
   scales.PlanStyle(Channel::Color, "color");
   scales.PlanStyle(Channel::Size, "size");

@@ -21,6 +21,9 @@ using ort::core::StoreTypeInfo;
 // Of symbols whose size no field tells, in square pixels.
 constexpr double kSampleSize = 100;
 
+// How much of its opacity an entry keeps whose marks are hidden.
+constexpr double kFaded = 0.25;
+
 // What one line of a legend shows.
 struct Entry {
   int row;  // of its label
@@ -28,6 +31,7 @@ struct Entry {
   double size;
   double opacity;
   SymbolShape shape;
+  bool isHidden = false;
 };
 
 // One legend: the scales that share it, of which the first one tells title and labels.
@@ -126,7 +130,12 @@ Entries ReadEntries(LegendContent const& legend, Results const& results) {
       continue;
     }
     Entry entry{row, look.color, kSampleSize, look.opacity, look.shape};
-    for (StyleScale const* scale : legend.scales) SetStyle(*scale, results, row, entry);
+    for (StyleScale const* scale : legend.scales) {
+      SetStyle(*scale, results, row, entry);
+      if (scale->hiddenEntries < 0) continue;
+      entry.isHidden = entry.isHidden || results[scale->hiddenEntries]->AsTypedArray<bool>().GetElement(row);
+    }
+    if (entry.isHidden) entry.opacity *= kFaded;
     entries.shown.push_back(std::move(entry));
   }
   return entries;
@@ -166,7 +175,7 @@ class LegendBuilder {
       double const rowHeight = isOfLines_ ? least : std::max(std::sqrt(entry.size), least);
       double const middle = top + rowHeight / 2;
       AddSample(entry, {widest / 2, middle}, widest);
-      AddLabel(labels, entry.row, {widest + 6, middle});
+      AddLabel(labels, entry.row, {widest + 6, middle}, entry.isHidden);
       top += rowHeight + GuideStyle::kLegendRowGap;
     }
     if (entries.moreCount > 0) {
@@ -213,10 +222,10 @@ class LegendBuilder {
     }
   }
 
-  void AddLabel(ComposedTexts const& labels, int row, Point at) {
+  void AddLabel(ComposedTexts const& labels, int row, Point at, bool isHidden = false) {
     TextMark look;
     look.at = at;
-    look.color = GuideStyle::FaintTextColor();
+    look.color = isHidden ? GuideStyle::AxisColor() : GuideStyle::FaintTextColor();
     labels.Add(group_, row, kLegendLabelStyle, look, extent_);
   }
 

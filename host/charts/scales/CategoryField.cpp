@@ -47,7 +47,8 @@ NodeId FindDomain(GraphBuilder& graph, ScaleSource const& source) {
   char const* const function = source.encoding.keepsDataOrder ? "distinct" : "distinctSorted";
   std::vector<NodeId> columns;
   std::vector<NodeId> texts;
-  bool isText = false;
+  // Values that no row is left of have their place all the same.
+  bool isText = !source.encoding.legend.hidden.empty();
   StoreType const type = source.uses[0].rows->GetColumn(graph, source.uses[0].encoding->field).GetType();
   for (FieldUse const& use : source.uses) {
     RowColumn const& column = use.rows->GetColumn(graph, use.encoding->field);
@@ -55,6 +56,8 @@ NodeId FindDomain(GraphBuilder& graph, ScaleSource const& source) {
     texts.push_back(use.rows->GetTexts(graph, use.encoding->field).node);
     isText = isText || column.GetType() != type || type == StoreType::String || type == StoreType::Bool;
   }
+  if (!source.encoding.legend.hidden.empty())
+    texts.push_back(graph.Constant(name + " hidden values", MakeTextColumn(source.encoding.legend.hidden)));
   NodeId const values = JoinColumns(graph, name, function, isText ? texts : columns);
   NodeId const domain =
       WithoutSpecials(graph, name + " distinct values", graph.Call(name + " distinct", function, {values}));
@@ -136,6 +139,13 @@ CategoryEntries ListEntries(GraphBuilder& graph, CategoryField const& field,
   }
   NodeId const labels = graph.Constant(field.name + " listed values", MakeTextColumn(listed));
   return {labels, graph.Call(field.name + " entry indices", "indexIn", {labels, field.domain})};
+}
+
+NodeId FindListed(GraphBuilder& graph, std::string const& name, NodeId texts,
+                  std::vector<Literal> const& listed) {
+  NodeId const list = graph.Constant(name + " list", MakeTextColumn(listed));
+  NodeId const places = graph.Call(name + " places in list", "indexIn", {texts, list});
+  return graph.Map(name, "not", graph.Map(name + " is not in list", "isSpecial", places));
 }
 
 }  // namespace ostrel::charts

@@ -26,4 +26,8 @@ struct CategoryEntries {
 CategoryEntries ListEntries(GraphBuilder& graph, CategoryField const& field,
                             std::vector<Literal> const& listed);
 
+/// Which texts the document lists: a Bool column.
+NodeId FindListed(GraphBuilder& graph, std::string const& name, NodeId texts,
+                  std::vector<Literal> const& listed);
+
 }  // namespace ostrel::charts

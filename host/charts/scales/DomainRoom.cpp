@@ -1,40 +1,25 @@
 #include "charts/scales/DomainRoom.h"
 
+#include "charts/scales/DomainRange.h"
+
 namespace ostrel::charts {
 namespace {
-
-using ort::core::StoreType;
-namespace factory = ort::core::factory;
 
 // What is drawn may take this share of a pane.
 constexpr double kLargestShare = 0.5;
 
-// One column out of the columns or values of several scales.
-NodeId Concatenate(GraphBuilder& graph, std::string const& name, std::vector<NodeId> const& columns) {
-  return columns.size() == 1 ? columns.front() : graph.Call(name, "concatenate", columns);
-}
+/// A reach as columns, a row a row of the layer.
+struct ReachColumns {
+  NodeId thickness = -1;
+  NodeId labels = -1;
+  NodeId sides = -1;
+};
 
-NodeId MakeColumn(GraphBuilder& graph, std::string const& name, NodeId value, NodeId count) {
-  return graph.Call(name, "repeat", {value, count});
-}
-
-NodeId MakeDomain(GraphBuilder& graph, ScaledField const& field) {
-  return graph.Call(
-      field.name + " domain", "makeTuple",
-      {field.minimum, field.maximum, graph.Int(0), graph.Int(static_cast<int>(StoreType::Real64)),
-       graph.Bool(field.scaleType == ScaleType::Log)});
-}
-
-void SetDomain(GraphBuilder& graph, ScaledField& field, std::string const& name, NodeId domain) {
-  field.minimum = graph.Call(name + " minimum", "member", {domain, graph.Int(0)});
-  field.maximum = graph.Call(name + " maximum", "member", {domain, graph.Int(1)});
-  field.lower = ToScaleSpace(graph, field, name + " minimum", field.minimum);
-  field.upper = ToScaleSpace(graph, field, name + " maximum", field.maximum);
-}
-
-// The end of the pane at which the minimum is: to the left, or below.
-bool IsTurned(PositionScale const& scale) {
-  return scale.space.isHorizontal ? scale.start > scale.end : scale.start < scale.end;
+ReachColumns MakeColumns(GraphBuilder& graph, std::string const& name, RowReach const& reach) {
+  NodeId const count = graph.Call(name + " rows", "count", {reach.numbers});
+  return {MakeColumn(graph, name + " thicknesses", graph.Real(reach.thickness), count),
+          reach.labels >= 0 ? reach.labels : MakeColumn(graph, name + " no labels", graph.Real(0), count),
+          MakeColumn(graph, name + " label sides", graph.Int(reach.side), count)};
 }
 
 }  // namespace
@@ -44,17 +29,16 @@ void FitMarks(Compilation& compilation, PositionScale& scale, std::span<RowReach
   GraphBuilder& graph = compilation.graph;
   std::vector<NodeId> numbers, thicknesses, labels, sides;
   for (RowReach const& reach : reaches) {
-    NodeId const count = graph.Call(scale.name + " rows", "count", {reach.numbers});
+    ReachColumns const columns = MakeColumns(graph, scale.name, reach);
     numbers.push_back(reach.numbers);
-    thicknesses.push_back(MakeColumn(graph, scale.name + " thicknesses", graph.Real(reach.thickness), count));
-    labels.push_back(reach.labels >= 0 ? reach.labels
-                                       : MakeColumn(graph, scale.name + " no labels", graph.Real(0), count));
-    sides.push_back(MakeColumn(graph, scale.name + " label sides", graph.Int(reach.side), count));
+    thicknesses.push_back(columns.thickness);
+    labels.push_back(columns.labels);
+    sides.push_back(columns.sides);
   }
   auto const join = [&](char const* what, std::vector<NodeId> const& columns) {
     return Concatenate(graph, scale.name + what, columns);
   };
-  NodeId const domain = MakeDomain(graph, scale.field);
+  NodeId const domain = MakeFreeRange(graph, scale.field);
   NodeId const length = graph.Real(scale.space.length);
   NodeId const overflow =
       graph.Call(scale.name + " overflow", "calcReflineOverflow",
@@ -69,29 +53,14 @@ void FitMarks(Compilation& compilation, PositionScale& scale, std::span<RowReach
                        {domain, getEnd("lower"), getEnd("upper"), length, graph.Real(kLargestShare)}));
 }
 
-void AlignZeros(Compilation& compilation, std::span<PositionScale* const> scales) {
+NodeId FindOverflow(Compilation& compilation, PositionScale const& scale, RowReach const& reach) {
   GraphBuilder& graph = compilation.graph;
-  std::vector<NodeId> domains, turned;
-  for (PositionScale const* scale : scales) {
-    if (scale->scaleType != ScaleType::Linear) {
-      ThrowDocumentError(compilation.document, scale->encoding.path + ".scale.type",
-                         "has no zero to align; use \"linear\", or leave resolve.zero out");
-    }
-    std::string const name = scale->name + " of " + scale->encoding.field;
-    domains.push_back(MakeColumn(graph, name + " as column", MakeDomain(graph, scale->field), graph.Int(1)));
-    turned.push_back(MakeColumn(graph, name + " is turned", graph.Bool(IsTurned(*scale)), graph.Int(1)));
-  }
-  NodeId const count = graph.Int(static_cast<int>(scales.size()));
-  NodeId const aligned =
-      graph.Call("aligned domains", "zeroAlignFoldedAxes",
-                 {Concatenate(graph, "domains", domains), MakeColumn(graph, "one pane", graph.Int(0), count),
-                  MakeColumn(graph, "all axes", graph.Bool(true), count),
-                  Concatenate(graph, "turned axes", turned), graph.Bool(true)});
-  for (std::size_t i = 0; i < scales.size(); ++i) {
-    std::string const name = scales[i]->name + " of " + scales[i]->encoding.field + " aligned";
-    SetDomain(graph, scales[i]->field, name,
-              graph.Call(name, "element", {aligned, graph.Int(static_cast<int>(i))}));
-  }
+  ReachColumns const columns = MakeColumns(graph, scale.name, reach);
+  NodeId const halves = graph.Zip(scale.name + " half sizes", "multiply", columns.thickness, graph.Real(0.5));
+  return graph.Call(
+      scale.name + " label overflow", "calcPixelOverflow",
+      {reach.numbers, halves, columns.labels, graph.Int(reach.side), graph.Real(0),
+       MakeFreeRange(graph, scale.field), graph.Real(scale.space.length), graph.Bool(IsTurned(scale))});
 }
 
 }  // namespace ostrel::charts

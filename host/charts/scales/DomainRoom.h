@@ -4,7 +4,7 @@
 
 #include "charts/scales/PositionScale.h"
 
-/// Domains made wider after they were found: for what is drawn at their ends, and so that zeros meet.
+/// Domains made wider after they were found, for what is drawn at their ends.
 namespace ostrel::charts {
 
 /// What a layer draws around the places of its rows, in the direction of an axis.
@@ -18,8 +18,8 @@ struct RowReach {
 /// Widens a continuous domain so that nothing that stands on the scale sticks out of the pane.
 void FitMarks(Compilation& compilation, PositionScale& scale, std::span<RowReach const> reaches);
 
-/// Widens the domains of linear scales so that their zeros stand at one height, none is cut, and the least
-/// room is wasted. Throws DocumentError for scales of another type.
-void AlignZeros(Compilation& compilation, std::span<PositionScale* const> scales);
+/// How many pixels a layer needs free at the ends of its scale's domain: a tuple of two Real64, at the
+/// minimum and at the maximum.
+NodeId FindOverflow(Compilation& compilation, PositionScale const& scale, RowReach const& reach);
 
 }  // namespace ostrel::charts

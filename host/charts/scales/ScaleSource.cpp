@@ -58,6 +58,7 @@ class EncodingJoiner {
     Join("legend.format", legend.format, further_.legend.format);
     Join("legend.labelLimit", legend.labelLimit, further_.legend.labelLimit);
     Join("legend.values", legend.values, further_.legend.values);
+    Join("legend.hidden", legend.hidden, further_.legend.hidden);
     Join("legend.tickCount", legend.tickCount, further_.legend.tickCount);
   }
 

@@ -52,8 +52,8 @@ NodeId PlanEntries(Compilation& compilation, Encoding const& encoding, ScaledFie
 
 void KeepAll(GraphBuilder& graph, StyleScale const& scale) {
   for (NodeId const node : scale.rows) graph.Keep(node);
-  for (NodeId const node :
-       {scale.entryLabels, scale.entryTexts, scale.entries, scale.entryPlaces, scale.palette, scale.steps}) {
+  for (NodeId const node : {scale.entryLabels, scale.entryTexts, scale.entries, scale.hiddenEntries,
+                            scale.entryPlaces, scale.palette, scale.steps}) {
     if (node >= 0) graph.Keep(node);
   }
 }
@@ -220,6 +220,9 @@ StyleScale PlanStyleScale(Compilation& compilation, ScaleSource const& source) {
   scale.title =
       ComposeTitle(compilation.graph, source.name + " legend title", source.encoding.legend.title.text,
                    {.fontSize = GuideStyle::kTitleFontSize, .isBold = true}, GuideStyle::kLabelLimit);
+  if (auto const& hidden = source.encoding.legend.hidden; !hidden.empty())
+    scale.hiddenEntries =
+        FindListed(compilation.graph, source.name + " entry is hidden", scale.entryLabels, hidden);
   KeepAll(compilation.graph, scale);
   return scale;
 }

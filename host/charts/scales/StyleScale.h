@@ -18,9 +18,10 @@ struct StyleScale {
   NodeId entryLabels = -1;  ///< String column, one for each entry of the legend
   NodeId entryTexts = -1;   ///< the labels as composeText sets them
   TitleText title = {};
-  NodeId entries = -1;      ///< the entries' styles
-  NodeId entryPlaces = -1;  ///< of a continuous legend: the entries' places; outside of 0 to 1 not shown
-  NodeId palette = -1;      ///< of a continuous colour legend: Int32 column of its stops
+  NodeId entries = -1;        ///< the entries' styles
+  NodeId hiddenEntries = -1;  ///< Bool column: entries whose rows are not drawn; -1 for none
+  NodeId entryPlaces = -1;    ///< of a continuous legend: the entries' places; outside of 0 to 1 not shown
+  NodeId palette = -1;        ///< of a continuous colour legend: Int32 column of its stops
   NodeId steps = -1;  ///< of a legend of colours in steps: Color column, from the lowest step up; its entries
                       ///< are the numbers between the steps
 };

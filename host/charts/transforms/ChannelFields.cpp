@@ -8,12 +8,15 @@
 #include "charts/document/TransformReaders.h"
 #include "charts/functions/TimeUnits.h"
 #include "charts/marks/MarkTable.h"
+#include "charts/scales/CategoryField.h"
 #include "charts/transforms/RowTransforms.h"
 #include "ostrelrtcore/OrtDateTime.h"
 
 namespace ostrel::charts {
 
 namespace {
+
+using ort::core::StoreTypeInfo;
 
 constexpr double kMaxBinsOfPositions = 10;
 constexpr double kMaxBinsOfStyles = 6;
@@ -31,6 +34,7 @@ class ChannelDeriver {
   DrawnRows Derive() {
     bool const isHorizontal = IsHorizontal(layer_.mark, drawn_.encodings);
     AddConstants();
+    HideMarks();
     for (Encoding& encoding : drawn_.encodings) {
       if (!encoding.timeUnit.empty()) FloorToTimeUnit(encoding);
       if (encoding.bin) encoding.bin->isDone ? FindBinEnd(encoding) : Bin(encoding);
@@ -79,6 +83,48 @@ class ChannelDeriver {
       step.Set(encoding.field, graph_.Constant(encoding.field, MakeConstantColumn(encoding, count)));
     }
     drawn_.rows = isAlone ? step.Replace() : step.Extend();
+  }
+
+  // Rows whose entries a legend hides are not drawn: they neither stack nor widen domains.
+  void HideMarks() {
+    NodeId const noEntries = graph_.Constant("no entries", MakeEmptyColumn<int>(StoreTypeInfo::Int32));
+    NodeId const noFlags =
+        graph_.Constant("no flags", MakeEmptyColumn<ort::core::uint8>(StoreTypeInfo::Bool));
+    Legend colors{noEntries, noFlags};
+    Legend shapes = colors;
+    bool hides = false;
+    for (Encoding const& encoding : drawn_.encodings) {
+      if (encoding.legend.hidden.empty() || encoding.field.empty()) continue;
+      (encoding.channel == Channel::Color ? colors : shapes) = ReadLegend(encoding);
+      hides = true;
+    }
+    if (!hides) return;
+    NodeId const stays = graph_.Call(layer_.path + " stays", "excludeHiddenMarks",
+                                     {colors.entries, colors.areHidden, shapes.entries, shapes.areHidden,
+                                      noEntries, noFlags, noFlags, graph_.Bool(true)});
+    drawn_.rows = std::make_shared<LayerRows>(graph_, drawn_.rows, stays, layer_.path + " shown ");
+    if (drawn_.rows->GetRowCount() == 0) {
+      throw DataError(fmt::format("{}: no row of {} is left by the values that legends hide", layer_.path,
+                                  drawn_.rows->GetTable().sourceName));
+    }
+  }
+
+  struct Legend {
+    NodeId entries = -1;    // Int32 column: of each row its entry
+    NodeId areHidden = -1;  // Bool column: of each entry
+  };
+
+  Legend ReadLegend(Encoding const& encoding) {
+    std::string const& field = encoding.field;
+    NodeId const texts = drawn_.rows->GetTexts(graph_, field).node;
+    NodeId const entries = graph_.Call(field + " entries", "distinct", {texts});
+    return {graph_.Call(field + " entry", "indexIn", {texts, entries}),
+            FindListed(graph_, field + " is hidden", entries, encoding.legend.hidden)};
+  }
+
+  template <class T>
+  static Value MakeEmptyColumn(ort::core::StoreTypeInfo const& type) {
+    return ort::core::factory::MakeArray<T>(type, std::make_unique<std::vector<T>>());
   }
 
   static Value MakeConstantColumn(Encoding const& encoding, int count) {

@@ -389,6 +389,8 @@ TEST(DocumentErrors, Channels) {
       {R"("x": {"field": "a", "timeUnit": {"unit": "year", "weekStart": "monday"}})",
        "$.encoding.x.timeUnit.weekStart: is for weeks"},
       {R"("x": {"field": "a", "type": "temporal", "axis": {"tickCount": "week"}})", ""},
+      {R"("size": {"field": "a", "type": "quantitative", "legend": {"hidden": [1]}})",
+       "$.encoding.size.legend.hidden: is for colors and shapes of nominal and ordinal fields of the data"},
       {R"("x": {"field": "a", "type": "temporal", "axis": {"tickCount": {"step": 2}}})",
        "$.encoding.x.axis.tickCount.interval: is missing"},
       {R"("x": {"field": "a", "type": "quantitative", "axis": {"tickCount": "week"}})",
