@@ -234,8 +234,9 @@ TEST(KeySetOfSlices, RefusesKeysAndSlicesOutOfOrder) {
   auto const column = factory::MakeConstantArray<int>(StoreTypeInfo::Int32, 4, 3);
   EXPECT_EQ(RowsOf(factory::MakeSlice(column, 1, 2)), (std::vector{4, 4}));
   Error const rows(55, "a slice of rows that the column does not have");
-  for (auto const& [first, count] : {std::pair{-1, 1}, {0, 4}, {4, 0}, {2, INT_MAX}, {0, -1}}) {
-    EXPECT_EQ(ErrorOf([&] { factory::MakeSlice(column, first, count); }), rows) << first << " " << count;
+  for (auto const& slice : {std::pair{-1, 1}, {0, 4}, {4, 0}, {2, INT_MAX}, {0, -1}}) {
+    EXPECT_EQ(ErrorOf([&] { factory::MakeSlice(column, slice.first, slice.second); }), rows)
+        << slice.first << " " << slice.second;
   }
 }
 

@@ -26,6 +26,7 @@ void AddBoxes(StyleScale const& scale, Results const& results, double top, Group
 
 double AddStepLegend(StyleScale const& scale, Results const& results, double top, Group& group,
                      Extent& extent) {
+  top += kLabelFontSize / 2;  // the labels of the ends reach beyond the strip
   AddBoxes(scale, results, top, group, extent);
   auto const& places = results[scale.entryPlaces]->AsTypedArray<double>();
   ComposedTexts const labels(results[scale.entryTexts]);
@@ -43,7 +44,7 @@ double AddStepLegend(StyleScale const& scale, Results const& results, double top
     look.color = FaintTextColor();
     labels.Add(group, static_cast<int>(i), kLegendLabelStyle, look, extent);
   }
-  return top + kGradientLength;
+  return top + kGradientLength + kLabelFontSize / 2;
 }
 
 }  // namespace ostrel::charts

@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <cmath>
+
 #include "charts/document/Readers.h"
 #include "charts/graph/Compilation.h"
 #include "charts/marks/MarkTable.h"
@@ -40,7 +42,7 @@ OrtColor ReadColor(ChartDocument const& document, std::string const& jsonPath, s
 
 OrtColor Fade(OrtColor color, double opacity) {
   if (opacity >= 1) return color;
-  auto const alpha = static_cast<std::uint32_t>(color.GetA() * opacity + 0.5);
+  auto const alpha = static_cast<std::uint32_t>(std::lround(color.GetA() * opacity));
   return OrtColor(
       static_cast<int>((static_cast<std::uint32_t>(color.GetValue()) & 0xFFFFFFU) | alpha << 24U));
 }
