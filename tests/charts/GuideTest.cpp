@@ -24,6 +24,11 @@ TEST(Guides, ShowTheValuesThatTheirScaleOrTheDocumentNames) {
        "01.02."},
       {"axis y", R"("y":{"field":"f0","type":"quantitative","axis":null})", ""},
       {"axis y", R"("y":{"field":"f1","type":"nominal","title":["two","lines"]})", "a|b|two|lines"},
+      {"axis y", R"("y":{"field":"f0","type":"quantitative","axis":{"labels":false}})", "f0"},
+      // Ticks of bins are where they end.
+      {"axis x", R"("x":{"field":"f0","bin":{"step":4}})", "0|4|8|12|f0 (binned)"},
+      {"axis x", R"("x":{"timeUnit":"yearmonth","field":"f2","axis":{"tickCount":2}})",
+       "Jan 2020|f2 (year-month)"},
       {"legend", R"("color":{"field":"f1","type":"nominal"})", "f1|a|b"},
       {"legend", R"("color":{"field":"f1","type":"nominal","sort":null})", "f1|b|a"},
       {"legend", R"("color":{"field":"f1","type":"nominal","legend":{"values":["b","x"]}})", "f1|b"},
@@ -45,6 +50,33 @@ TEST(Guides, ShowTheValuesThatTheirScaleOrTheDocumentNames) {
     std::string const document = MakeDocument("\"point\"", kRows, c.encoding);
     EXPECT_EQ(ReadTexts(drawing.Draw(document).scene, c.group), c.expected) << document;
   }
+}
+
+TEST(Guides, TakeFromTheConfigurationWhatTheyLeaveOpen) {
+  ChartDrawing const drawing;
+  auto const draw = [&](std::string const& config, std::string const& axis) {
+    return drawing
+        .Draw(MakeDocument("\"bar\"", kRows,
+                           R"("y":{"field":"f0","type":"quantitative"},"x":{"field":"f1","type":"nominal",)"
+                           R"("axis":)" +
+                               axis + "}",
+                           R"("config":)" + config + ","))
+        .scene;
+  };
+  auto const countLines = [](Scene const& scene, char const* role) {
+    std::size_t count = 0;
+    for (RuleMarks const* rules : FindMarks<RuleMarks>(scene, role)) count += rules->rules.size();
+    return count;
+  };
+  // The line of the axis and a tick for each value; those at the ends of bands are one more.
+  EXPECT_EQ(countLines(draw("{}", "{}"), "axis x"), 3U);
+  EXPECT_EQ(countLines(draw(R"({"axis":{"domain":false}})", "{}"), "axis x"), 2U);
+  EXPECT_EQ(countLines(draw(R"({"axis":{"domain":false}})", R"({"domain":true,"ticks":false})"), "axis x"),
+            1U);
+  EXPECT_EQ(countLines(draw(R"({"axis":{"tickBand":"extent","grid":true}})", "{}"), "grid x"), 3U);
+  EXPECT_EQ(countLines(draw(R"({"axis":{"grid":true}})", R"({"grid":false})"), "grid x"), 0U);
+  EXPECT_EQ(FindGroup(draw("{}", "{}").root, "frame"), nullptr);
+  EXPECT_NE(FindGroup(draw(R"({"view":{"stroke":"red"}})", "{}").root, "frame"), nullptr);
 }
 
 std::vector<int> LegendShapes(Scene const& scene) {

@@ -1,5 +1,6 @@
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <map>
 #include <random>
 
@@ -14,8 +15,9 @@ using Table = std::map<std::string, std::map<int, double>>;
 /// "x base top ..." of each area, in pixels of a pane of 100 by 100 whose measure goes up to `most`.
 using Outlines = std::map<std::string, std::vector<std::array<double, 3>>>;
 
-/// Series stand on one another from the last name to the first, and count 0 where they have no row.
-Outlines StackPlainly(Table const& table, std::string const& offset, double most) {
+/// Series stand on one another from the last name to the first, in horizontal stacks from the first to the
+/// last, and count 0 where they have no row.
+Outlines StackPlainly(Table const& table, std::string const& offset, double most, bool isHorizontal) {
   std::map<int, double> sums;
   for (auto const& [name, rows] : table) {
     for (auto const& [place, number] : rows) sums[place] += number;
@@ -24,18 +26,20 @@ Outlines StackPlainly(Table const& table, std::string const& offset, double most
   for (auto const& [place, sum] : sums) largest = std::max(largest, sum);
   Outlines outlines;
   std::map<int, double> tops;
-  for (auto series = table.rbegin(); series != table.rend(); ++series) {
+  std::vector<std::pair<std::string, std::map<int, double>>> stacked(table.begin(), table.end());
+  if (!isHorizontal) std::ranges::reverse(stacked);
+  for (auto const& [name, rows] : stacked) {
     for (auto const& [place, sum] : sums) {
-      auto const row = series->second.find(place);
+      auto const row = rows.find(place);
       double const base = tops[place];
-      double const top = base + (row == series->second.end() ? 0 : row->second);
+      double const top = base + (row == rows.end() ? 0 : row->second);
       tops[place] = top;
-      auto const pixel = [&](double number) {
-        if (offset == "normalize") number /= sum;
-        if (offset == "center") number += (largest - sum) / 2;
+      auto const pixel = [&, whole = sum](double number) {
+        if (offset == "normalize") number /= whole;
+        if (offset == "center") number += (largest - whole) / 2;
         return 100 - number / most * 100;
       };
-      outlines[series->first].push_back({place * 10.0, pixel(base), pixel(top)});
+      outlines[name].push_back({place * 10.0, pixel(base), pixel(top)});
     }
   }
   return outlines;
@@ -68,7 +72,7 @@ TEST(StackGaps, SeriesCountZeroWhereTheyHaveNoRow) {
                     isHorizontal ? "y" : "x", isHorizontal ? "x" : "y", offset, most);
     Scene const scene = drawing.Draw(MakeDocument(mark, rows, encoding)).scene;
     auto const areas = FindMarks<AreaMark>(scene, "marks");
-    Outlines const expected = StackPlainly(table, offset, most);
+    Outlines const expected = StackPlainly(table, offset, most, isHorizontal);
     ASSERT_EQ(areas.size(), expected.size()) << round;
     auto area = areas.begin();
     for (auto const& [name, outline] : expected) {

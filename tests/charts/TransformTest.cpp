@@ -61,14 +61,28 @@ TEST(Bars, StandOnTheirBaseLine) {
        kBandX + "," + kY +
            R"(,"detail":{"field":"f2"},"order":[{"field":"f3"},{"field":"f2","sort":"descending"}])",
        "0,0,100,20 0,20,100,50 0,50,100,100"},
-      // Other directions and places.
+      // Colours whose values are listed stand in the list's order.
+      {R"("a" 4 "u"|"a" 6 "v")",
+       kBandX + "," + kY + R"(,"color":{"field":"f2","type":"nominal","scale":{"domain":["v","u"]}})",
+       "0,60,100,100 0,0,100,60"},
+      // Other directions and places. The first value of a legend is nearest to an axis at the left.
+      {R"(4 "a" "u"|6 "a" "v")",
+       R"("x":{"field":"f0","type":"quantitative"},"y":{"field":"f1","type":"nominal",)" + kWide +
+           R"(},"color":{"field":"f2","type":"nominal"})",
+       "0,0,40,100 40,0,100,100"},
       {R"(10 "a"|5 "b")",
        R"("x":{"field":"f0","type":"quantitative"},"y":{"field":"f1","type":"nominal",)" + kWide + "}",
        "0,0,100,50 0,50,50,100"},
       {R"("a" 2 6|"b" 0 10)", kBandX + "," + kY + R"(,"y2":{"field":"f2"})", "0,40,50,80 50,0,100,100"},
+      // An aggregate stands on its axis, also beside a channel with two ends.
+      {"2 4|6 10",
+       R"("x":{"field":"f0","type":"quantitative"},"x2":{"field":"f1"},"y":{"aggregate":"count"})",
+       "26,0,41,100 59,0,91,100"},
       {R"("a" 10 "u"|"a" 5 "v")", kBandX + "," + kY + R"(,"xOffset":{"field":"f2","type":"nominal"})",
-       "0,0,50,100 50,50,100,100"},
-      {"0 10|10 5", R"("x":{"field":"f0","type":"quantitative"},)" + kY, "-2,0,2,100 98,50,102,100"},
+       "14,0,50,100 50,50,86,100"},
+      {"0 10|10 5", R"("x":{"field":"f0","type":"quantitative"},)" + kY, "6,0,11,100 89,50,94,100"},
+      {"1 10|10 5", R"("x":{"field":"f0","type":"quantitative","scale":{"type":"log","nice":false}},)" + kY,
+       "2,0,7,100 92,50,98,100"},
       // Order of places by the other axis or another field.
       {R"("a" 5|"b" 10)", R"("x":{"field":"f0","type":"nominal","sort":"-y",)" + kWide + "}," + kY,
        "50,50,100,100 0,0,50,100"},
@@ -199,7 +213,7 @@ TEST(DiscreteAxes, AreAsLongAsTheirSteps) {
   EXPECT_EQ(right("", ""), 60);
   EXPECT_EQ(right(R"("width":{"step":7},)", ""), 21);
   // The step is that of the places side by side, with a fifth of the group left free.
-  EXPECT_DOUBLE_EQ(right("", R"(,"xOffset":{"field":"f2"})"), 150);
+  EXPECT_DOUBLE_EQ(right("", R"(,"xOffset":{"field":"f2"})"), 160);
 }
 
 TEST(Areas, LieBetweenTheirSeries) {

@@ -14,7 +14,6 @@ namespace ostrel::charts {
 
 namespace {
 
-constexpr NumberRange kPictureSize{.minimum = 0, .maximum = 20'000, .isAboveMinimum = true};
 constexpr NumberRange kPadding{.minimum = 0, .maximum = 20'000};
 
 /// "v5.json", "v6.1.0.json": any release of the two versions.
@@ -48,13 +47,6 @@ void ReadPadding(JsonValue const& value, std::optional<double>& padding) {
   padding = value.ReadNumber(kPadding);
 }
 
-void CheckConfig(JsonValue const& value) {
-  auto const settings = value.ReadObject();
-  if (settings.empty()) return;
-  settings.front().second.Fail(
-      "is not supported; set the properties of the mark, scale, axis or legend itself");
-}
-
 void RefuseCompositions(JsonObjectReader& reader) {
   for (auto const* composition : {"hconcat", "vconcat", "concat", "repeat"}) {
     reader.Refuse(composition, "several plots in one document are not supported; write a document for each");
@@ -62,7 +54,6 @@ void RefuseCompositions(JsonObjectReader& reader) {
   reader.Refuse("params", "interaction is not supported; leave it out")
       .Refuse("selection", "interaction is not supported; leave it out")
       .Refuse("datasets", "named data are not supported; use data.values")
-      .Refuse("view", "is not supported; leave it out")
       .Refuse("autosize", "is not supported; use width and height, which measure the plotting area");
 }
 
@@ -180,6 +171,8 @@ ChartDocument ParseChartDocument(std::string_view json, std::filesystem::path co
   auto const tree = std::make_shared<JsonTree const>(json, fileName);
   JsonValue const root(*tree, fileName);
   ChartDocument document;
+  ConfigSpec& config = document.config;
+  std::optional<std::string> frame;
   document.path = path;
   JsonObjectReader reader(root);
   reader.On("$schema", CheckSchema)
@@ -191,12 +184,14 @@ ChartDocument ParseChartDocument(std::string_view json, std::filesystem::path co
       .Text("background", document.background)
       .On("padding", [&](JsonValue const& value) { ReadPadding(value, document.padding); })
       .On("projection", [&](JsonValue const& value) { document.projection = ReadProjection(value); })
-      .On("config", CheckConfig);
+      .On("config", [&](JsonValue const& value) { config = ReadConfig(value); })
+      .On("view", [&](JsonValue const& value) { ReadView(value, frame); });
   RefuseCompositions(reader);
   ViewReader view(tree, root);
   view.AddTo(reader);
   view.AddPanesTo(reader, document);
   reader.Read();
+  if (frame) config.frame = frame;
   view.Finish(document.layers);
   CheckResolve(root, document);
   CheckMap(root, document);

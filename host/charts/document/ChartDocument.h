@@ -96,7 +96,8 @@ struct TickInterval {
   bool operator==(TickInterval const&) const = default;
 };
 
-struct AxisSpec {
+/// An axis or a legend: each has some of the members, as GuideMembers.h lists them.
+struct GuideSpec {
   bool isHidden = false;  ///< "axis": null
   TitleSpec title;
   std::string format;
@@ -106,17 +107,12 @@ struct AxisSpec {
   std::optional<TickInterval> tickInterval;
   std::vector<Literal> values;
   std::optional<bool> grid;
+  std::optional<bool> domain;  ///< the line along the axis
+  std::optional<bool> labels;
+  std::optional<bool> ticks;
+  std::optional<bool> marksBandEnds;  ///< "tickBand": "extent"
+  std::vector<Literal> hidden;        ///< values whose rows are not drawn; their entries stay, faded
   std::string orient;
-};
-
-struct LegendSpec {
-  bool isHidden = false;  ///< "legend": null
-  TitleSpec title;
-  std::string format;
-  std::optional<double> labelLimit;  ///< pixels; 0 for none
-  std::vector<Literal> values;
-  std::vector<Literal> hidden;  ///< values whose rows are not drawn; their entries stay, faded
-  std::optional<double> tickCount;
 };
 
 /// Of panes: what stands beside or above them.
@@ -136,8 +132,8 @@ struct Encoding {
   TitleSpec title;
   std::string format;
   ScaleSpec scale;
-  AxisSpec axis;
-  LegendSpec legend;
+  GuideSpec axis;
+  GuideSpec legend;
   HeaderSpec header;
   std::optional<double> columns;  ///< panes in a row of channel facet
   std::vector<Literal> sort;      ///< an explicit order of the values
@@ -149,8 +145,10 @@ struct Encoding {
   TimeUnitSpec timeUnit;
   std::optional<StackOffset> stack;
   /// What was derived, once the channel's field is a column of rows to be drawn: where a bin or a unit of
-  /// time ends, the numbers that order the values, and what guides are called.
+  /// time ends, where a bin begins whose middle is the field, the numbers that order the values, and what
+  /// guides are called.
   std::string endField;
+  std::string startField;
   std::string sortField;
   std::string derivedTitle;  ///< "Sum of people"
 };
@@ -220,6 +218,22 @@ struct ResolveSpec {
 /// How degrees become places of a map.
 enum class Projection { Mercator, Identity };
 
+/// How long a pane is in one direction where the chart does not say; pixels.
+struct LengthSpec {
+  std::optional<double> continuous;
+  std::optional<double> discrete;
+  std::optional<double> discreteStep;  ///< of one value, in place of the length
+};
+
+/// What holds for all axes, legends and panes that do not say otherwise.
+struct ConfigSpec {
+  GuideSpec axis;
+  GuideSpec legend;
+  LengthSpec width;
+  LengthSpec height;
+  std::optional<std::string> frame;  ///< the colour of the line around a pane; empty for none
+};
+
 struct ChartDocument {
   std::filesystem::path path;  ///< as given on the command line, for messages
   std::string name;
@@ -232,6 +246,7 @@ struct ChartDocument {
   std::optional<double> heightStep;  ///< of one value of a discrete y
   std::optional<double> padding;     ///< around the whole picture, in pixels
   std::string background;
+  ConfigSpec config;
   std::vector<LayerSpec> layers;      ///< in drawing order, at least one
   std::optional<double> paneColumns;  ///< panes in a row, beside facet
   Projection projection = Projection::Mercator;

@@ -290,6 +290,7 @@ std::vector<Encoding> ReadEncodings(JsonValue const& view, std::vector<ChannelMe
   JsonObjectReader reader(view);
   for (auto const& parts : kChannels) {
     reader.On(parts.name, [&](JsonValue const& channel) {
+      if (channel.IsNull()) return;  // a layer does without what the view hands down
       if (!parts.isList || !channel.Get().is_array()) {
         encodings.push_back(ReadEncoding(channel, parts));
         return;

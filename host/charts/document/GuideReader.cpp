@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "charts/document/GuideMembers.h"
 #include "charts/document/JsonObjectReader.h"
 #include "charts/document/Readers.h"
 #include "charts/document/TransformReaders.h"
@@ -8,12 +9,10 @@ namespace ostrel::charts {
 
 namespace {
 
-constexpr NumberRange kTickCount{.minimum = 0, .maximum = 10'000, .isAboveMinimum = true};
-constexpr NumberRange kDegrees{.minimum = -360, .maximum = 360};
-
 constexpr NamedValue<char const*> kAxisSides[] = {
     {"left", "left"}, {"right", "right"}, {"top", "top"}, {"bottom", "bottom"}};
 
+constexpr NamedValue<bool> kTickBands[] = {{"extent", true}, {"center", false}};
 constexpr NamedValue<bool> kResolutions[] = {{"shared", false}, {"independent", true}};
 
 /// The channels that are set to independent, or else to shared.
@@ -33,6 +32,68 @@ std::vector<Channel> ReadChannels(JsonValue const& value, std::span<Channel cons
 
 bool Contains(std::vector<Channel> const& channels, Channel channel) {
   return std::ranges::find(channels, channel) != channels.end();
+}
+
+void ReadMember(JsonObjectReader& reader, GuideMember<std::string> const& member, GuideSpec& guide) {
+  std::string& target = guide.*member.member;
+  if (member.member == &GuideSpec::orient) {
+    reader.OneOf(member.name, target, std::span<NamedValue<char const*> const>(kAxisSides));
+  } else {
+    reader.Text(member.name, target);
+  }
+}
+
+void ReadMember(JsonObjectReader& reader, GuideMember<std::optional<double>> const& member,
+                GuideSpec& guide) {
+  reader.Number(member.name, guide.*member.member, member.range);
+}
+
+// Of axes, a number of ticks or a unit of time.
+void ReadMember(JsonObjectReader& reader, GuideMember<std::optional<TickInterval>> const& member,
+                GuideSpec& guide) {
+  reader.On(member.name, [&guide](JsonValue const& count) {
+    if (count.Get().is_number()) {
+      guide.tickCount = count.ReadNumber(kTickCounts);
+    } else {
+      guide.tickInterval = ReadTickInterval(count);
+    }
+  });
+}
+
+void ReadMember(JsonObjectReader& reader, GuideMember<std::vector<Literal>> const& member, GuideSpec& guide) {
+  reader.Literals(member.name, guide.*member.member);
+}
+
+void ReadMember(JsonObjectReader& reader, GuideMember<std::optional<bool>> const& member, GuideSpec& guide) {
+  std::optional<bool>& target = guide.*member.member;
+  if (member.member == &GuideSpec::marksBandEnds) {
+    reader.OneOf(member.name, target, std::span<NamedValue<bool> const>(kTickBands));
+  } else {
+    reader.Bool(member.name, target);
+  }
+}
+
+void AddMembers(JsonObjectReader& reader, GuidePlace place, GuideSpec& guide) {
+  VisitGuideMembers([&](auto const& member) {
+    if ((member.places & place) != 0) ReadMember(reader, member, guide);
+  });
+}
+
+void RefuseOfGuides(JsonObjectReader& reader) {
+  reader.Refuse("labelExpr", "is not supported; compute the labels in the data or use format")
+      .Refuse("formatType", "is not supported; the field's type tells it");
+  for (auto const* size : {"labelFontSize", "titleFontSize"})
+    reader.Refuse(size, "is not supported; texts of axes and legends have sizes of their own");
+}
+
+void RefuseOfAxes(JsonObjectReader& reader) {
+  reader.Refuse("tickMinStep", "is not supported; use tickCount or values")
+      .Refuse("labelOverlap", "is not supported; labels without room are left out");
+}
+
+void RefuseOfLegends(JsonObjectReader& reader) {
+  reader.Refuse("orient", "is not supported; legends stand right of the chart")
+      .Refuse("type", "is not supported; the field's type tells it");
 }
 
 }  // namespace
@@ -84,49 +145,55 @@ HeaderSpec ReadHeader(JsonValue const& value) {
   return header;
 }
 
-AxisSpec ReadAxis(JsonValue const& value) {
-  AxisSpec axis;
+GuideSpec ReadAxis(JsonValue const& value) {
+  GuideSpec axis;
   axis.isHidden = value.IsNull();
   if (axis.isHidden) return axis;
-  JsonObjectReader(value)
-      .Title("title", axis.title)
-      .Text("format", axis.format)
-      .Number("labelAngle", axis.labelAngle, kDegrees)
-      .Number("labelLimit", axis.labelLimit, kNotNegative)
-      .On("tickCount",
-          [&](JsonValue const& count) {
-            if (count.Get().is_number()) {
-              axis.tickCount = count.ReadNumber(kTickCount);
-            } else {
-              axis.tickInterval = ReadTickInterval(count);
-            }
-          })
-      .Literals("values", axis.values)
-      .Bool("grid", axis.grid)
-      .OneOf("orient", axis.orient, std::span<NamedValue<char const*> const>(kAxisSides))
-      .Refuse("labelExpr", "is not supported; compute the labels in the data or use format")
-      .Refuse("formatType", "is not supported; the field's type tells it")
-      .Refuse("tickMinStep", "is not supported; use tickCount or values")
-      .Read();
+  JsonObjectReader reader(value);
+  reader.Title("title", axis.title);
+  AddMembers(reader, kInAxis, axis);
+  RefuseOfGuides(reader);
+  RefuseOfAxes(reader);
+  reader.Read();
   return axis;
 }
 
-LegendSpec ReadLegend(JsonValue const& value) {
-  LegendSpec legend;
+GuideSpec ReadLegend(JsonValue const& value) {
+  GuideSpec legend;
   legend.isHidden = value.IsNull();
   if (legend.isHidden) return legend;
-  JsonObjectReader(value)
-      .Title("title", legend.title)
-      .Text("format", legend.format)
-      .Number("labelLimit", legend.labelLimit, kNotNegative)
-      .Literals("values", legend.values)
-      .Literals("hidden", legend.hidden)
-      .Number("tickCount", legend.tickCount, kTickCount)
-      .Refuse("orient", "is not supported; legends stand right of the chart")
-      .Refuse("type", "is not supported; the field's type tells it")
-      .Refuse("labelExpr", "is not supported; compute the labels in the data or use format")
-      .Refuse("formatType", "is not supported; the field's type tells it")
-      .Read();
+  JsonObjectReader reader(value);
+  reader.Title("title", legend.title);
+  AddMembers(reader, kInLegend, legend);
+  RefuseOfGuides(reader);
+  RefuseOfLegends(reader);
+  reader.Read();
+  return legend;
+}
+
+GuideSpec ReadAxisConfig(JsonValue const& value) {
+  GuideSpec axis;
+  JsonObjectReader reader(value);
+  AddMembers(reader, kInAxisConfig, axis);
+  RefuseOfGuides(reader);
+  RefuseOfAxes(reader);
+  for (auto const* own : {"title", "format", "values", "orient"})
+    reader.Refuse(own, "is no default; set it for the axis itself");
+  reader.Refuse("disable", "is not supported; set axis to null");
+  reader.Read();
+  return axis;
+}
+
+GuideSpec ReadLegendConfig(JsonValue const& value) {
+  GuideSpec legend;
+  JsonObjectReader reader(value);
+  AddMembers(reader, kInLegendConfig, legend);
+  RefuseOfGuides(reader);
+  RefuseOfLegends(reader);
+  for (auto const* own : {"title", "format", "values", "hidden"})
+    reader.Refuse(own, "is no default; set it for the legend itself");
+  reader.Refuse("disable", "is not supported; set legend to null");
+  reader.Read();
   return legend;
 }
 

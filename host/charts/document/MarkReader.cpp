@@ -12,13 +12,14 @@ namespace ostrel::charts {
 
 namespace {
 
+// In the order in which values without a range of their own get them.
 constexpr NamedValue<SymbolShape> kShapeNames[] = {{"circle", SymbolShape::Circle},
                                                    {"square", SymbolShape::Square},
+                                                   {"triangle-up", SymbolShape::TriangleUp},
                                                    {"cross", SymbolShape::Cross},
                                                    {"diamond", SymbolShape::Diamond},
-                                                   {"triangle-up", SymbolShape::TriangleUp},
-                                                   {"triangle-down", SymbolShape::TriangleDown},
                                                    {"triangle-right", SymbolShape::TriangleRight},
+                                                   {"triangle-down", SymbolShape::TriangleDown},
                                                    {"triangle-left", SymbolShape::TriangleLeft}};
 
 constexpr NamedValue<LineInterpolation> kInterpolationNames[] = {

@@ -24,8 +24,15 @@ std::vector<Encoding> ReadEncodings(JsonValue const& view, std::vector<ChannelMe
 ResolveSpec ReadResolve(JsonValue const& value);
 HeaderSpec ReadHeader(JsonValue const& value);
 ScaleSpec ReadScale(JsonValue const& value);
-AxisSpec ReadAxis(JsonValue const& value);
-LegendSpec ReadLegend(JsonValue const& value);
+GuideSpec ReadAxis(JsonValue const& value);
+GuideSpec ReadLegend(JsonValue const& value);
+/// The defaults of all axes and of all legends.
+GuideSpec ReadAxisConfig(JsonValue const& value);
+GuideSpec ReadLegendConfig(JsonValue const& value);
+ConfigSpec ReadConfig(JsonValue const& value);
+/// The line around the panes of one chart.
+void ReadView(JsonValue const& value, std::optional<std::string>& frame);
+inline constexpr NumberRange kPictureSize{.minimum = 0, .maximum = 20'000, .isAboveMinimum = true};
 /// A width or height in pixels.
 void ReadSize(JsonValue const& value, std::optional<double>& size, std::optional<double>& step);
 /// The chart's title and subtitle.

@@ -86,7 +86,7 @@ TickFormat::TickFormat(std::span<double const> ticks, std::u16string_view patter
   auto const step = FindStep(finite);
   if (!pattern.empty()) {
     bool const isTold = step && CanTellApart(usual_, *step, largest_);
-    sharesUnit_ = step && usual_.GetType() == 's';
+    sharesUnit_ = step && usual_.GetType() == 's' && !usual_.HasPrecision();
     double const reach = largest_ * (1 + kDifferenceRounding);
     usual_ =
         isTold ? NumberFormat(services::GetTickPattern(*step, reach, pattern).view()) : TrimZeros(usual_);

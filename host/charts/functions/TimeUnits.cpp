@@ -1,5 +1,6 @@
 #include "charts/functions/TimeUnits.h"
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <iterator>
@@ -90,35 +91,48 @@ OrtDateTime TimeUnit::After(OrtDateTime start) const {
           p.GetFraction() + (smallest == Milliseconds ? kTicksPerMillisecond : 0)};
 }
 
-std::string_view TimeUnit::GetLabelPattern() const {
+std::string TimeUnit::GetName() const {
+  std::string name;
+  for (int part = Year; part <= Milliseconds; ++part) {
+    if ((parts_ & 1U << part) == 0) continue;
+    name += (name.empty() ? "" : "-") + std::string(kPartNames[part]);
+  }
+  return name;
+}
+
+std::string TimeUnit::GetLabelPattern() const {
   struct Pattern {
     unsigned parts;
     std::string_view text;
   };
+  // Parts that are said together come before each by itself.
   static constexpr Pattern kPatterns[] = {
-      {Bit(Year), "%Y"},
-      {Bit(Quarter), "Q%q"},
-      {Bit(Year) | Bit(Quarter), "Q%q %Y"},
-      {Bit(Month), "%b"},
-      {Bit(Year) | Bit(Month), "%b %Y"},
-      {Bit(Date), "%-d"},
-      {Bit(Month) | Bit(Date), "%b %-d"},
-      {Bit(Year) | Bit(Month) | Bit(Date), "%Y-%m-%d"},
-      {Bit(DayOfYear), "%j"},
-      {Bit(Year) | Bit(DayOfYear), "%Y-%j"},
-      {Bit(Day), "%a"},
-      {Bit(Hours), "%H:00"},
+      {Bit(Year) | Bit(Month) | Bit(Date), "%b %d, %Y "},
+      {Bit(Year) | Bit(Month), "%b %Y "},
       {Bit(Hours) | Bit(Minutes), "%H:%M"},
-      {Bit(Hours) | Bit(Minutes) | Bit(Seconds), "%H:%M:%S"},
-      {Bit(Minutes), ":%M"},
-      {Bit(Minutes) | Bit(Seconds), "%M:%S"},
+      {Bit(Year), "%Y "},
+      {Bit(Quarter), "Q%q "},
+      {Bit(Month), "%b "},
+      {Bit(Date), "%d "},
+      {Bit(DayOfYear), "%j "},
+      {Bit(Day), "%a "},
+      {Bit(Hours), "%H:00"},
+      {Bit(Minutes), "00:%M"},
       {Bit(Seconds), ":%S"},
+      {Bit(Milliseconds), ".%L"},
   };
-  for (Pattern const& pattern : kPatterns) {
-    if (pattern.parts == parts_) return pattern.text;
+  std::string text;
+  for (unsigned left = parts_; left != 0;) {
+    auto const isNext = [left](Pattern const& pattern) {
+      unsigned const upToLast = (1U << std::bit_width(pattern.parts)) - 1;
+      return (left & upToLast) == pattern.parts;
+    };
+    Pattern const& next = *std::ranges::find_if(kPatterns, isNext);
+    text += next.text;
+    left &= ~next.parts;
   }
-  bool const hasDays = (parts_ & ~(Bit(Hours) | Bit(Minutes) | Bit(Seconds) | Bit(Milliseconds))) != 0;
-  return hasDays ? "%Y-%m-%d %H:%M:%S" : "%H:%M:%S.%L";
+  if (text.ends_with(' ')) text.pop_back();
+  return text;
 }
 
 }  // namespace ostrel::charts

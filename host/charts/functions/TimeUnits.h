@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "ostrelrtcore/OrtDateTime.h"
@@ -22,8 +23,10 @@ class TimeUnit {
   ort::core::OrtDateTime After(ort::core::OrtDateTime start) const;
 
   bool HasYear() const { return Has(0); }
+  /// The parts with lines between them: "year-month".
+  std::string GetName() const;
   /// The pattern of a label for one unit: "%b %Y" of "yearmonth".
-  std::string_view GetLabelPattern() const;
+  std::string GetLabelPattern() const;
 
  private:
   bool Has(int part) const { return (parts_ >> part & 1U) != 0; }

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cmath>
 
 #include "charts/document/Readers.h"
 #include "charts/graph/TitlePlan.h"
@@ -51,14 +52,12 @@ std::vector<std::shared_ptr<LayerRows>> DeriveLayers(Compilation& compilation,
   return rows;
 }
 
-// What discrete values leave free is up to the marks that stand on them.
+// What discrete values leave free is up to the first of the marks that stand on them between gaps.
 std::optional<double> FindBandGap(ChartDocument const& document) {
-  std::optional<double> gap;
   for (LayerSpec const& layer : document.layers) {
-    auto const own = GetDefinition(layer.mark).bandGap;
-    if (own) gap = std::max(gap.value_or(0), *own);
+    if (auto const gap = GetDefinition(layer.mark).bandGap) return gap;
   }
-  return gap;
+  return std::nullopt;
 }
 
 // A channel of a layer, counted from 0.
@@ -99,6 +98,14 @@ std::vector<std::vector<LayerUse>> GroupUses(ChartDocument const& document, Chan
 struct LengthRequest {
   std::optional<double> length;
   std::optional<double> step;
+  LengthSpec defaults;
+
+  // Of an axis that no field stands on, which is one value wide.
+  double GetDiscrete() const {
+    return length.value_or(
+        step.value_or(defaults.discrete.value_or(defaults.discreteStep.value_or(kDefaultStep))));
+  }
+  double GetContinuous() const { return length.value_or(defaults.continuous.value_or(kDefaultLength)); }
 };
 
 class ScalePlanner {
@@ -117,7 +124,10 @@ class ScalePlanner {
 
   void PlanStyle(Channel channel, char const* name) {
     for (auto const& uses : GroupUses(compilation_.document, channel)) {
-      StyleScale const scale = PlanStyleScale(compilation_, MakeSource(name, uses, rows_));
+      ScaleSource source = MakeSource(name, uses, rows_);
+      if (channel == Channel::Size) LimitSizes(source.encoding);
+      if (channel == Channel::Color) ChooseScheme(uses, source.encoding);
+      StyleScale const scale = PlanStyleScale(compilation_, source);
       plan_.styles.push_back({scale, uses.front().layer});
       for (PanePlan& pane : plan_.panes) {
         for (std::size_t i = 0; i < uses.size(); ++i) {
@@ -130,6 +140,42 @@ class ScalePlanner {
   }
 
  private:
+  // Pixels of a bin, 0 without bins: ticks stand where bins end.
+  double FindBinWidth(PositionScale const& scale) const {
+    if (!scale.encoding.bin || scale.encoding.bin->isDone || scale.encoding.axis.tickCount) return 0;
+    auto const& ticks = compilation_.graph.Peek(scale.tickPositions)->AsTypedArray<double>();
+    return ticks.GetCount() < 2 ? 0 : std::abs(ticks.GetElement(1) - ticks.GetElement(0));
+  }
+
+  // Symbols on discrete values, or on bins, may become as large as these leave room for.
+  void LimitSizes(Encoding& encoding) const {
+    constexpr double kLeastArea = 9;
+    constexpr double kShareOfStep = 0.95;
+    GraphBuilder& graph = compilation_.graph;
+    std::optional<double> least;
+    for (auto const& scale : plan_.positions) {
+      double const step = scale->step >= 0 ? graph.Peek(scale->step)->GetReal64() : FindBinWidth(*scale);
+      if (step > 0) least = std::min(least.value_or(step), step);
+    }
+    ScaleSpec& spec = encoding.scale;
+    if (!least || !spec.range.empty() || spec.domainMid) return;
+    double const largest = std::pow(kShareOfStep * *least, 2);
+    spec.range = {ResolveScaleType(encoding) == ScaleType::Log ? std::min(kLeastArea, largest) : 0.0,
+                  largest};
+  }
+
+  // Marks that cover their places whole show a measure in colours of more than one hue.
+  void ChooseScheme(std::vector<LayerUse> const& uses, Encoding& encoding) const {
+    auto const covers = [&](LayerUse const& use) {
+      MarkDefinition const& mark = GetDefinition(compilation_.document.layers[use.layer].mark);
+      return mark.isMap || (mark.coversIntervals && mark.bandGap == 0);
+    };
+    ScaleSpec& spec = encoding.scale;
+    bool const isOpen = spec.scheme.empty() && spec.range.empty() && !spec.domainMid;
+    if (isOpen && !IsDiscrete(encoding.type) && std::ranges::all_of(uses, covers))
+      spec.scheme = "yellowgreenblue";
+  }
+
   ScaleSource MakeSource(char const* name, std::vector<LayerUse> const& group,
                          std::vector<std::shared_ptr<LayerRows>> const& rows) const {
     std::vector<FieldUse> uses;
@@ -168,7 +214,7 @@ class ScalePlanner {
     bool const isHorizontal = channel == Channel::X;
     bool const isShared = !document.resolvePanes.HasOwnScale(channel);
     // Panes with scales of their own have one length all the same.
-    if (!isShared && !length.length) length.length = kDefaultLength;
+    if (!isShared) length.length = length.GetContinuous();
     ChannelScales scales{channel,
                          name,
                          GroupUses(document, channel, isHorizontal ? Channel::X2 : Channel::Y2),
@@ -190,7 +236,7 @@ class ScalePlanner {
     PaneScales added;
     for (std::size_t i = 0; i < request.groups.size(); ++i) {
       ScaleSource& source = added.sources.emplace_back(MakeSource(request.name, request.groups[i], rows));
-      AxisSpec& axis = source.encoding.axis;
+      GuideSpec& axis = source.encoding.axis;
       if (i > 0 && axis.orient.empty()) axis.orient = isHorizontal ? "top" : "right";
       if (i > 0 && !axis.grid) axis.grid = false;
       Placing& placing = added.placings.emplace_back();
@@ -199,7 +245,9 @@ class ScalePlanner {
             compilation_, MakeSource(isHorizontal ? "x offset" : "y offset", request.offsets[i], rows));
       }
       plan_.positions.push_back(std::make_unique<PositionScale>(
-          PlanPositionDomain(compilation_, source, MakeSpace(isHorizontal, request.length, placing.offset))));
+          PlanPositionDomain(compilation_, source,
+                             MakeSpace(isHorizontal, IsDiscrete(source.encoding.type), request.length,
+                                       placing.offset, FindMargin(request.groups[i])))));
       placing.scale = plan_.positions.back().get();
     }
     WidenDomains(request, rows, added);
@@ -267,7 +315,8 @@ class ScalePlanner {
       }
     }
     auto const& first = scales.panes.front().placings;
-    return first.empty() ? scales.length.length.value_or(kDefaultLength) : first.front().scale->space.length;
+    if (!first.empty()) return first.front().scale->space.length;
+    return HasAxis(scales.channel) ? scales.length.GetDiscrete() : scales.length.GetContinuous();
   }
 
   // What the layers of a scale draw around their rows.
@@ -292,17 +341,45 @@ class ScalePlanner {
     return reaches;
   }
 
-  AxisSpace MakeSpace(bool isHorizontal, LengthRequest const& length,
-                      std::optional<OffsetScale> const& offset) {
+  bool HasAxis(Channel channel) const {
+    return std::ranges::any_of(compilation_.document.layers,
+                               [channel](LayerSpec const& layer) {
+                                 auto const& channels = GetDefinition(layer.mark).channels;
+                                 return std::ranges::find(channels, channel) != channels.end();
+                               }) &&
+           !compilation_.document.IsMap();
+  }
+
+  // Half a mark would reach out of the pane at the ends of a scale that its rows have their places on.
+  double FindMargin(std::vector<LayerUse> const& uses) const {
+    double margin = 0;
+    for (auto const& [encoding, layer] : uses) {
+      LayerSpec const& spec = compilation_.document.layers[layer];
+      bool const isPlace = IsHorizontal(spec.mark, spec.encodings) == (encoding->channel == Channel::Y);
+      bool const isInterval = encoding->bin || !encoding->timeUnit.empty();
+      if (IsPosition(encoding->channel) && isPlace && !isInterval)
+        margin = std::max(margin, GetDefinition(spec.mark).thickness.value_or(0));
+    }
+    return margin;
+  }
+
+  AxisSpace MakeSpace(bool isHorizontal, bool isDiscrete, LengthRequest const& length,
+                      std::optional<OffsetScale> const& offset, double margin) {
     AxisSpace space{.isHorizontal = isHorizontal,
-                    .length = length.length.value_or(kDefaultLength),
+                    .length = length.GetContinuous(),
                     .paneCount = isHorizontal ? plan_.grid.columnCount : plan_.grid.rowCount,
                     .step = std::nullopt,
                     .bandGap = offset ? kGapBetweenGroups : FindBandGap(compilation_.document),
+                    .outerGap = offset ? std::optional(kGapBetweenGroups) : std::nullopt,
+                    .margin = margin,
                     .labelFontSize = GuideStyle::kLabelFontSize,
                     .labelLimit = GuideStyle::kLabelLimit};
     if (length.length) return space;
-    space.step = length.step.value_or(kDefaultStep);
+    if (isDiscrete && !length.step && length.defaults.discrete) {
+      space.length = *length.defaults.discrete;
+      return space;
+    }
+    space.step = length.step.value_or(length.defaults.discreteStep.value_or(kDefaultStep));
     if (offset)
       *space.step *= compilation_.graph.Peek(offset->field.count)->GetInt32() / (1 - kGapBetweenGroups);
     return space;
@@ -398,15 +475,22 @@ ChartPlan PlanChart(Compilation& compilation, std::vector<std::shared_ptr<DataTa
   ChartPlan plan;
   auto const rows = DeriveLayers(compilation, MakeRows(tables));
   plan.grid = PlanPanes(compilation, rows);
+  if (auto const& frame = document.config.frame)
+    plan.frame =
+        frame->empty() ? ort::core::OrtColor(0) : ReadColor(document, "$.config.view.stroke", *frame);
   if (document.IsMap()) {
-    plan.width = options.width.value_or(document.width.value_or(kDefaultLength));
-    plan.height = options.height.value_or(document.height.value_or(kDefaultLength));
+    auto const find = [](auto const& option, auto const& length, LengthSpec const& defaults) {
+      return LengthRequest{option ? option : length, std::nullopt, defaults}.GetContinuous();
+    };
+    plan.width = find(options.width, document.width, document.config.width);
+    plan.height = find(options.height, document.height, document.config.height);
     plan.map = PlanMap(compilation, rows, plan.width, plan.height, plan.grid);
   }
   plan.panes = MakePanes(document, plan.grid);
   ScalePlanner scales(compilation, rows, plan);
-  scales.PlanPositions({options.width ? options.width : document.width, document.widthStep},
-                       {options.height ? options.height : document.height, document.heightStep});
+  scales.PlanPositions(
+      {options.width ? options.width : document.width, document.widthStep, document.config.width},
+      {options.height ? options.height : document.height, document.heightStep, document.config.height});
   PlanTitles(compilation, plan);
   scales.PlanStyle(Channel::Color, "color");
   scales.PlanStyle(Channel::Size, "size");

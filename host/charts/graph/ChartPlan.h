@@ -4,6 +4,7 @@
 
 #include "charts/graph/LayerPlan.h"
 #include "charts/graph/PaneGrid.h"
+#include "ostrelrtcore/OrtColor.h"
 
 namespace ostrel::charts {
 
@@ -37,6 +38,7 @@ struct PanePlan {
 struct ChartPlan {
   double width = 0;  ///< of a pane, pixels
   double height = 0;
+  std::optional<ort::core::OrtColor> frame;  ///< of the line around a pane, where the document says
   std::vector<std::unique_ptr<PositionScale>> positions;
   std::vector<StylePlan> styles;
   PaneGrid grid;

@@ -67,8 +67,8 @@ void DescribePosition(LeftOut const& count, std::vector<std::string>& sentences)
   }
   if (count.missing > 0) {
     sentences.push_back(fmt::format("{} of {} rows have no {} in '{}' for the {} axis; {}", count.missing,
-                                    count.rows, Wanted(*channel.encoding), channel.encoding->field, axis,
-                                    gap));
+                                    count.rows, Wanted(*channel.encoding), DefaultTitle(*channel.encoding),
+                                    axis, gap));
   }
 }
 
@@ -78,13 +78,13 @@ std::vector<std::string> DescribeAll(ChartPlan const& plan, Results const& resul
     if (int const missing = CountSpecials(results, rows.indices); missing > 0) {
       sentences.push_back(
           fmt::format("{} of {} rows have no value in '{}', which tells their pane; not drawn", missing,
-                      rows.rowCount, rows.encoding->field));
+                      rows.rowCount, DefaultTitle(*rows.encoding)));
     }
   }
   for (PaneRows const& rows : plan.map ? plan.map->sources : std::vector<PaneRows>()) {
     if (int const missing = CountSpecials(results, rows.indices); missing > 0) {
       sentences.push_back(fmt::format("{} of {} rows have no finite number in '{}' for the map; not drawn",
-                                      missing, rows.rowCount, rows.encoding->field));
+                                      missing, rows.rowCount, DefaultTitle(*rows.encoding)));
     }
   }
   for (LeftOut const& count : CountLeftOut(plan, results)) {
@@ -93,7 +93,7 @@ std::vector<std::string> DescribeAll(ChartPlan const& plan, Results const& resul
     } else if (count.missing > 0) {
       Encoding const& encoding = *count.channel->encoding;
       sentences.push_back(fmt::format("{} of {} rows have no {} in '{}' that its scale can place; not drawn",
-                                      count.missing, count.rows, Wanted(encoding), encoding.field));
+                                      count.missing, count.rows, Wanted(encoding), DefaultTitle(encoding)));
     }
   }
   for (PanePlan const& pane : plan.panes) {

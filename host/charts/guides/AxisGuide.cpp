@@ -1,5 +1,7 @@
 #include "charts/guides/AxisGuide.h"
 
+#include <algorithm>
+
 #include "charts/texts/ComposedTexts.h"
 
 namespace ostrel::charts {
@@ -57,6 +59,17 @@ class Side {
   bool isFar_;
 };
 
+// Where bands end that are a step wide around their middles, each once.
+std::vector<double> FindBandEnds(std::vector<double> const& middles, double step) {
+  constexpr double kSamePlace = 1e-6;  // pixels; ends of neighbours may differ by rounding
+  std::vector<double> ends;
+  for (double const middle : middles) ends.insert(ends.end(), {middle - step / 2, middle + step / 2});
+  std::ranges::sort(ends);
+  auto const isSame = [](double first, double second) { return second - first < kSamePlace; };
+  ends.erase(std::unique(ends.begin(), ends.end(), isSame), ends.end());
+  return ends;
+}
+
 void AddLabels(PositionScale const& scale, Results const& results, Side const& side,
                std::vector<Tick> const& ticks, Group& axis, Extent& extent) {
   using namespace GuideStyle;
@@ -81,28 +94,36 @@ AxisGuide BuildAxis(PositionScale const& scale, Results const& results, double w
   AxisGuide guide;
   guide.grid.role = "grid " + scale.name;
   guide.axis.role = "axis " + scale.name;
-  AxisSpec const& spec = scale.encoding.axis;
+  GuideSpec const& spec = scale.encoding.axis;
   if (spec.isHidden) return guide;
 
   Side const side(scale, width, height, parts.offset);
   RuleMarks gridLines{{}, {GridColor(), 1, {}}};
-  RuleMarks lines{{{side.At(0, 0), side.At(side.GetLength(), 0)}}, {AxisColor(), 1, {}}};
+  RuleMarks lines{{}, {AxisColor(), 1, {}}};
+  if (spec.domain.value_or(true)) lines.rules.push_back({side.At(0, 0), side.At(side.GetLength(), 0)});
   Extent own(Rect{side.At(0, 0).x, side.At(0, 0).y, 0, 0});
   auto const ticks = ReadTicks(scale, results);
   // Ticks that would run together mark the shown labels alone.
   bool const isCrowded = static_cast<double>(ticks.size()) * kLeastTickGap > side.GetLength();
+  std::vector<double> marked;
   for (Tick const& tick : ticks) {
     if (isCrowded && !tick.isShown) continue;
-    gridLines.rules.push_back({side.Edge(tick.position), side.Opposite(tick.position)});
-    Point const tip = side.At(tick.position, kTickSize);
-    lines.rules.push_back({side.At(tick.position, 0), tip});
+    marked.push_back(tick.position);
+  }
+  if (spec.marksBandEnds.value_or(false) && scale.step >= 0)
+    marked = FindBandEnds(marked, results[scale.step]->GetReal64());
+  for (double const position : marked) {
+    gridLines.rules.push_back({side.Edge(position), side.Opposite(position)});
+    if (!spec.ticks.value_or(true)) continue;
+    Point const tip = side.At(position, kTickSize);
+    lines.rules.push_back({side.At(position, 0), tip});
     own.Add({tip.x, tip.y, 0, 0});
   }
-  if (spec.grid.value_or(scale.scaleType != ScaleType::Ordinal))
+  if (spec.grid.value_or(scale.scaleType != ScaleType::Ordinal && !scale.encoding.bin))
     guide.grid.nodes.emplace_back(std::move(gridLines));
   if (!parts.hasLabels) return guide;
-  guide.axis.nodes.emplace_back(std::move(lines));
-  AddLabels(scale, results, side, ticks, guide.axis, own);
+  if (!lines.rules.empty()) guide.axis.nodes.emplace_back(std::move(lines));
+  if (spec.labels.value_or(true)) AddLabels(scale, results, side, ticks, guide.axis, own);
   extent.Add(own.GetRect());
   if (parts.hasTitle) AddAxisTitle(scale, results, width, height, own.GetRect(), guide.axis, extent);
   return guide;

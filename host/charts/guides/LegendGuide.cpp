@@ -62,7 +62,7 @@ bool ShareLegend(StyleScale const& first, StyleScale const& second, Results cons
 std::vector<LegendContent> CollectLegends(ChartPlan const& plan, Results const& results) {
   std::vector<LegendContent> legends;
   for (auto const& [scale, layer] : plan.styles) {
-    LegendSpec const& spec = scale.encoding.legend;
+    GuideSpec const& spec = scale.encoding.legend;
     if (spec.isHidden) continue;
     auto const shares = [&, &style = scale](LegendContent const& legend) {
       return ShareLegend(*legend.scales.front(), style, results);

@@ -1,8 +1,9 @@
 #include "charts/marks/MarkLook.h"
 
-#include <fmt/format.h>
-
+#include <algorithm>
 #include <cmath>
+
+#include <fmt/format.h>
 
 #include "charts/document/Readers.h"
 #include "charts/graph/Compilation.h"
@@ -56,7 +57,10 @@ MarkLook ResolveMarkLook(ChartDocument const& document, LayerSpec const& layer) 
   if (auto const& text = ColorText(mark, look.isFilled); !text.empty()) {
     look.color = ReadColor(document, mark.path, text);
   }
-  look.opacity = mark.opacity.value_or(definition.opacity);
+  // What is drawn once for many rows hides nothing.
+  bool const isAggregated = std::ranges::any_of(
+      layer.encodings, [](Encoding const& encoding) { return encoding.aggregate.has_value(); });
+  look.opacity = mark.opacity.value_or(isAggregated ? 1 : definition.opacity);
   look.size = mark.size.value_or(look.size);
   look.strokeWidth = mark.strokeWidth.value_or(look.strokeWidth);
   look.strokeDash = mark.strokeDash;

@@ -36,6 +36,9 @@ struct MarkDefinition {
   bool joinsRows = false;
   /// The share of a discrete value's step that is left free between marks; nullopt: marks are points.
   std::optional<double> bandGap = std::nullopt;
+  /// Pixels across a place on a continuous scale that are no interval; such a scale keeps them free at its
+  /// ends.
+  std::optional<double> thickness = std::nullopt;
   /// Whether intervals, bins and units of time, are drawn from end to end, and how.
   bool coversIntervals = false;
   bool isFilled = false;

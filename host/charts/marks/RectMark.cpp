@@ -11,6 +11,8 @@ namespace {
 constexpr double kBarGap = 0.1;
 constexpr double kTickGap = 0.25;
 constexpr double kTickThickness = 1;
+constexpr double kTickOpacity = 0.7;
+constexpr double kBarThickness = 5;
 constexpr double kGapBetweenBins = 1;
 constexpr double kBarOfNoPlace = 18;
 
@@ -64,7 +66,7 @@ std::unique_ptr<MarkPlan> PlanBars(MarkContext& context) {
   Channel const measure = isHorizontal ? Channel::X : Channel::Y;
   Channel const place = isHorizontal ? Channel::Y : Channel::X;
   bool const isPlaced = context.Find(place) != nullptr;
-  PlaceRules const rules{context.GetMark().size, isPlaced ? 5 : kBarOfNoPlace, kGapBetweenBins};
+  PlaceRules const rules{context.GetMark().size, isPlaced ? kBarThickness : kBarOfNoPlace, kGapBetweenBins};
   MarkSpan const along = SpanOfMeasure(context, measure);
   MarkSpan const across = SpanOfPlace(context, place, rules);
   return isHorizontal ? PlanRects(context, along, across) : PlanRects(context, across, along);
@@ -110,6 +112,7 @@ MarkDefinition DefineBar() {
   bar.channels.push_back(Channel::Order);
   bar.isStacked = true;
   bar.bandGap = kBarGap;
+  bar.thickness = kBarThickness;
   bar.coversIntervals = true;
   return bar;
 }
@@ -127,6 +130,7 @@ MarkDefinition DefineTick() {
   tick.properties.insert(tick.properties.end(), {"size", "strokeWidth"});
   tick.plan = PlanTicks;
   tick.bandGap = kTickGap;
+  tick.opacity = kTickOpacity;
   return tick;
 }
 

@@ -11,20 +11,6 @@ namespace factory = ort::core::factory;
 using ort::core::RIndirectString;
 using ort::core::StoreType;
 
-Value MakeTextColumn(std::vector<Literal> const& literals) {
-  auto texts = std::make_unique<std::vector<RIndirectString>>();
-  for (Literal const& literal : literals) {
-    if (auto const* text = std::get_if<std::string>(&literal)) {
-      texts->push_back(RIndirectString::FromUtf8(*text));
-    } else if (auto const* number = std::get_if<double>(&literal)) {
-      texts->push_back(RIndirectString::FromUtf8(fmt::format("{}", *number)));
-    } else if (auto const* flag = std::get_if<bool>(&literal)) {
-      texts->push_back(RIndirectString::FromUtf8(*flag ? "true" : "false"));
-    }
-  }
-  return factory::MakeArray<RIndirectString>(ort::core::StoreTypeInfo::String, std::move(texts));
-}
-
 // Rows without a value belong to no category.
 NodeId WithoutSpecials(GraphBuilder& graph, std::string const& name, NodeId column) {
   NodeId const isOrdinary =
@@ -103,6 +89,20 @@ NodeId FormatLabels(GraphBuilder& graph, ScaleSource const& source, NodeId domai
 }
 
 }  // namespace
+
+Value MakeTextColumn(std::vector<Literal> const& literals) {
+  auto texts = std::make_unique<std::vector<RIndirectString>>();
+  for (Literal const& literal : literals) {
+    if (auto const* text = std::get_if<std::string>(&literal)) {
+      texts->push_back(RIndirectString::FromUtf8(*text));
+    } else if (auto const* number = std::get_if<double>(&literal)) {
+      texts->push_back(RIndirectString::FromUtf8(fmt::format("{}", *number)));
+    } else if (auto const* flag = std::get_if<bool>(&literal)) {
+      texts->push_back(RIndirectString::FromUtf8(*flag ? "true" : "false"));
+    }
+  }
+  return factory::MakeArray<RIndirectString>(ort::core::StoreTypeInfo::String, std::move(texts));
+}
 
 CategoryField IndexCategories(Compilation& compilation, ScaleSource const& source) {
   GraphBuilder& graph = compilation.graph;

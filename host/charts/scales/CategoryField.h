@@ -4,6 +4,9 @@
 
 namespace ostrel::charts {
 
+/// Listed values as a String column, as the values of discrete fields are compared.
+Value MakeTextColumn(std::vector<Literal> const& literals);
+
 /// Nominal or ordinal fields: their different values, in order, and of each row the value's place among them.
 struct CategoryField {
   std::string name;

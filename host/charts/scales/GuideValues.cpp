@@ -61,6 +61,17 @@ NodeId PlanLogNumbers(GraphBuilder& graph, Encoding const& encoding, ScaledField
                     {positions, field.minimum, field.maximum, graph.Real(request.count)});
 }
 
+// From the minimum on, as many whole steps as the domain has room for.
+NodeId PlanSteps(GraphBuilder& graph, ScaledField const& field, GuideRequest const& request) {
+  NodeId const span = graph.Zip(request.name + " span", "subtract", field.maximum, field.minimum);
+  NodeId const steps = graph.Map(request.name + " steps", "round",
+                                 graph.Zip(request.name + " room", "divide", span, request.step));
+  NodeId const count = graph.Map(
+      request.name + " count", "toInt32",
+      graph.Zip(request.name + " ends", "add", steps, graph.Constant("one", factory::MakeInt64(1))));
+  return graph.Call(request.name + " values", "sequence", {field.minimum, request.step, count});
+}
+
 }  // namespace
 
 GuideValues PlanGuideValues(Compilation& compilation, Encoding const& encoding, ScaledField const& field,
@@ -74,6 +85,8 @@ GuideValues PlanGuideValues(Compilation& compilation, Encoding const& encoding, 
         factory::MakeArray<double>(StoreTypeInfo::Real64, ReadGivenNumbers(compilation, encoding, request)));
   } else if (field.scaleType == ScaleType::Log) {
     values.numbers = PlanLogNumbers(graph, encoding, field, request);
+  } else if (request.step >= 0) {
+    values.numbers = PlanSteps(graph, field, request);
   } else {
     values.numbers = graph.Call(request.name + " values", "linearTicks",
                                 {field.minimum, field.maximum, graph.Real(request.count)});

@@ -11,6 +11,7 @@ struct GuideRequest {
   std::vector<Literal> const& values;  ///< the document's own values; none: round ones are found
   std::string const& format;
   double count = 5;   ///< about so many
+  NodeId step = -1;   ///< Real64 scalar: the distance of the values from the minimum on; -1: round ones
   double length = 0;  ///< pixels
   bool isHorizontal = false;
   NodeId font = -1;  ///< of the labels: the font tuple of measuring functions

@@ -2,9 +2,12 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
+#include "charts/functions/TimeUnits.h"
 #include "charts/guides/GuideStyle.h"
 #include "charts/scales/GuideValues.h"
+#include "ostrelrtcore/OrtDateTime.h"
 
 namespace ostrel::charts {
 namespace {
@@ -12,8 +15,23 @@ namespace {
 // Pixels for one tick where the document does not say how many.
 constexpr double kPixelsPerTick = 40;
 
-double DefaultTickCount(Encoding const& encoding, AxisSpace const& space) {
-  return encoding.axis.tickCount.value_or(std::ceil(space.length / kPixelsPerTick));
+// No tick stands between two units of time.
+double MostUnits(GraphBuilder& graph, PositionScale const& scale) {
+  constexpr ort::core::OrtDateTime kUsualStart(2001, 1, 1);
+  auto const unit = TimeUnit::FromName(scale.encoding.timeUnit.name);
+  bool const isCounted = scale.encoding.timeUnit.IsPeriod() || scale.encoding.axis.tickInterval;
+  if (!unit || isCounted || scale.scaleType != ScaleType::Time)
+    return std::numeric_limits<double>::infinity();
+  auto const start = unit->Floor(kUsualStart);
+  double const days = unit->After(start).ToDouble() - start.ToDouble();
+  double const span =
+      graph.Peek(scale.field.maximum)->GetReal64() - graph.Peek(scale.field.minimum)->GetReal64();
+  return std::max(std::floor(span / days), 1.0);
+}
+
+double FindTickCount(GraphBuilder& graph, PositionScale const& scale) {
+  double const count = scale.encoding.axis.tickCount.value_or(std::ceil(scale.space.length / kPixelsPerTick));
+  return std::min(count, MostUnits(graph, scale));
 }
 
 struct Range {
@@ -27,7 +45,7 @@ Range PixelRange(AxisSpace const& space, bool isReversed) {
 }
 
 void PlanLabels(GraphBuilder& graph, PositionScale& scale) {
-  AxisSpec const& axis = scale.encoding.axis;
+  GuideSpec const& axis = scale.encoding.axis;
   double const limit = axis.labelLimit.value_or(scale.space.labelLimit);
   AxisLabelRequest request{.name = scale.name,
                            .isHorizontal = scale.space.isHorizontal,
@@ -62,10 +80,39 @@ NodeId PlaceScaled(GraphBuilder& graph, PositionScale const& scale, std::string 
 
 void PlanContinuousDomain(Compilation& compilation, ScaleSource const& source, PositionScale& scale) {
   bool const isTime = scale.scaleType == ScaleType::Time;
-  scale.field = ScaleField(compilation, source, {.includesZero = !isTime, .isNice = !isTime});
+  scale.field = ScaleField(compilation, source,
+                           {.includesZero = !isTime,
+                            .isNice = !isTime,
+                            .margin = scale.space.margin,
+                            .length = scale.space.length});
   Range const range = PixelRange(scale.space, IsReversed(source.encoding, scale.field));
   scale.start = range.start;
   scale.end = range.end;
+}
+
+// Whether the domain does not begin where the first bin does.
+bool IsMoved(ChartDocument const& document, Encoding const& encoding) {
+  ScaleSpec const& scale = encoding.scale;
+  if (!scale.domain.empty() || scale.domainMin || scale.domainMax || scale.fit.value_or(false)) return true;
+  auto const moves = [&](ResolveSpec const& resolve) {
+    Channel const channel = encoding.channel;
+    return resolve.SharesZero(channel) || resolve.SharesDomain(channel) || resolve.SharesUnit(channel);
+  };
+  return moves(document.resolveLayers) || moves(document.resolvePanes);
+}
+
+// Real64 scalar: how wide the bins are that stand on the scale, -1 where no ticks follow them.
+NodeId FindBinStep(Compilation& compilation, ScaleSource const& source) {
+  GraphBuilder& graph = compilation.graph;
+  FieldUse const& use = source.uses.front();
+  Encoding const& encoding = *use.encoding;
+  if (!encoding.bin || encoding.bin->isDone || encoding.endField.empty()) return -1;
+  if (IsMoved(compilation.document, source.encoding)) return -1;
+  std::string const& start = encoding.startField.empty() ? encoding.field : encoding.startField;
+  NodeId const widths =
+      graph.Zip(source.name + " bin widths", "subtract", use.rows->GetNumbers(graph, encoding.endField).node,
+                use.rows->GetNumbers(graph, start).node);
+  return graph.Call(source.name + " bin width", "columnMin", {widths});
 }
 
 void PlanContinuous(Compilation& compilation, ScaleSource const& source, PositionScale& scale) {
@@ -79,13 +126,15 @@ void PlanContinuous(Compilation& compilation, ScaleSource const& source, Positio
   }
 
   std::string const tickName = scale.name + " tick";
+  NodeId const binStep = FindBinStep(compilation, source);
   GuideValues const ticks =
       PlanGuideValues(compilation, encoding, scale.field,
                       {.name = tickName,
                        .place = ".axis.values",
                        .values = encoding.axis.values,
                        .format = encoding.axis.format,
-                       .count = DefaultTickCount(encoding, scale.space),
+                       .count = FindTickCount(graph, scale),
+                       .step = encoding.axis.tickCount ? -1 : binStep,
                        .length = scale.space.length,
                        .isHorizontal = scale.space.isHorizontal,
                        .font = MakeLabelFont(compilation.graph, scale.space.labelFontSize)});
@@ -104,7 +153,8 @@ BandGaps FindGaps(ScaleSpec const& scale, AxisSpace const& space) {
   bool const isBand = scale.isBand.value_or(space.bandGap.has_value());
   double const inner =
       isBand ? scale.paddingInner.value_or(scale.padding.value_or(space.bandGap.value_or(kDefaultGap))) : 1;
-  double const outer = scale.paddingOuter.value_or(scale.padding.value_or(inner / 2));
+  double const outer =
+      scale.paddingOuter.value_or(scale.padding.value_or(space.outerGap.value_or(inner / 2)));
   // Without any room a step would have no end.
   return {inner, inner == 1 && outer == 0 ? 0.5 : outer};
 }
@@ -176,6 +226,8 @@ void PlanPositions(Compilation& compilation, ScaleSource const& source, Position
   PlanLabels(compilation.graph, scale);
   PlanTitle(compilation.graph, scale);
   compilation.graph.Keep(scale.tickPositions);
+  if (scale.step >= 0 && scale.encoding.axis.marksBandEnds.value_or(false))
+    compilation.graph.Keep(scale.step);
   for (PositionRows const& rows : scale.rows) {
     for (NodeId const node : {rows.positions, rows.numbers, rows.unscaled}) {
       if (node >= 0) compilation.graph.Keep(node);

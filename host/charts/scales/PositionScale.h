@@ -11,10 +11,12 @@ namespace ostrel::charts {
 /// The direction in which a position scale runs and how long it is.
 struct AxisSpace {
   bool isHorizontal = true;
-  double length = 0;              ///< pixels
-  int paneCount = 1;              ///< panes that the axis' title stands along
-  std::optional<double> step;     ///< pixels of one value of a discrete scale, in place of the length
-  std::optional<double> bandGap;  ///< the share of a step between two bands; nullopt: the values are points
+  double length = 0;               ///< pixels
+  int paneCount = 1;               ///< panes that the axis' title stands along
+  std::optional<double> step;      ///< pixels of one value of a discrete scale, in place of the length
+  std::optional<double> bandGap;   ///< the share of a step between two bands; nullopt: the values are points
+  std::optional<double> outerGap;  ///< the share of a step before the first band; nullopt: half a gap
+  double margin = 0;               ///< pixels that a continuous scale keeps free at either end
   double labelFontSize = 10;
   double labelLimit = 180;  ///< of a label's lines, pixels, where the document gives none
 };

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "charts/document/GuideMembers.h"
 #include "charts/document/Readers.h"
 
 namespace ostrel::charts {
@@ -31,6 +32,10 @@ class EncodingJoiner {
     Join("scale.reverse", into.reverse, from.reverse);
     Join("scale.clamp", into.clamp, from.clamp);
     Join("scale.fit", into.fit, from.fit);
+    Join("scale.type", into.isBand, from.isBand);
+    Join("scale.padding", into.padding, from.padding);
+    Join("scale.paddingInner", into.paddingInner, from.paddingInner);
+    Join("scale.paddingOuter", into.paddingOuter, from.paddingOuter);
     Join("scale.base", into.base, from.base);
     Join("scale.scheme", into.scheme, from.scheme);
     Join("scale.scheme.count", into.schemeCount, from.schemeCount);
@@ -43,23 +48,15 @@ class EncodingJoiner {
   void JoinGuides() {
     if (IsSecondPosition(further_.channel)) return;
     if (further_.axis.isHidden || further_.legend.isHidden) return;
-    AxisSpec& axis = joined_.axis;
-    axis.isHidden = false;
-    Join("axis.format", axis.format, further_.axis.format);
-    Join("axis.labelAngle", axis.labelAngle, further_.axis.labelAngle);
-    Join("axis.labelLimit", axis.labelLimit, further_.axis.labelLimit);
-    Join("axis.tickCount", axis.tickCount, further_.axis.tickCount);
-    Join("axis.tickCount", axis.tickInterval, further_.axis.tickInterval);
-    Join("axis.values", axis.values, further_.axis.values);
-    Join("axis.grid", axis.grid, further_.axis.grid);
-    Join("axis.orient", axis.orient, further_.axis.orient);
-    LegendSpec& legend = joined_.legend;
-    legend.isHidden = false;
-    Join("legend.format", legend.format, further_.legend.format);
-    Join("legend.labelLimit", legend.labelLimit, further_.legend.labelLimit);
-    Join("legend.values", legend.values, further_.legend.values);
-    Join("legend.hidden", legend.hidden, further_.legend.hidden);
-    Join("legend.tickCount", legend.tickCount, further_.legend.tickCount);
+    joined_.axis.isHidden = false;
+    joined_.legend.isHidden = false;
+    VisitGuideMembers([&](auto const& member) {
+      auto const join = [&](char const* guide, GuideSpec& into, GuideSpec const& from) {
+        Join(fmt::format("{}.{}", guide, member.name).c_str(), into.*member.member, from.*member.member);
+      };
+      join("axis", joined_.axis, further_.axis);
+      join("legend", joined_.legend, further_.legend);
+    });
   }
 
   void CheckTypes() const {
@@ -71,13 +68,6 @@ class EncodingJoiner {
   }
 
  private:
-  static bool IsOpen(std::string const& text) { return text.empty(); }
-  static bool IsOpen(std::vector<Literal> const& literals) { return literals.empty(); }
-  template <class T>
-  static bool IsOpen(std::optional<T> const& value) {
-    return !value;
-  }
-
   template <class T>
   void Join(char const* property, T& into, T const& from) const {
     if (IsOpen(from) || into == from) return;
@@ -104,7 +94,9 @@ TitleSpec JoinTitles(std::vector<FieldUse> const& uses, TitleSpec (*guideTitle)(
   };
   bool isGiven = false;
   for (FieldUse const& use : uses) {
-    if (IsSecondPosition(use.encoding->channel)) continue;
+    // An end that was derived has the title of the beginning.
+    bool const isDerived = IsSecondPosition(use.encoding->channel) && use.encoding->path.back() != '2';
+    if (isDerived) continue;
     TitleSpec const title = guideTitle(*use.encoding);
     isGiven = isGiven || title.isGiven;
     title.isGiven ? add(given, title.text) : add(fields, DefaultTitle(*use.encoding));
@@ -138,6 +130,8 @@ ScaleSource JoinUses(Compilation const& compilation, std::string const& name, st
   }
   source.encoding.axis.title = JoinTitles(source.uses, AxisTitle);
   source.encoding.legend.title = JoinTitles(source.uses, LegendTitle);
+  TakeDefaults(compilation.document.config.axis, source.encoding.axis);
+  TakeDefaults(compilation.document.config.legend, source.encoding.legend);
   return source;
 }
 

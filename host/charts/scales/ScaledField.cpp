@@ -96,10 +96,10 @@ void SetEmptyDomain(GraphBuilder& graph, ScaledField& field) {
 }
 
 // The ends as a range tuple: minimum, maximum, mode, field type, log flag.
-NodeId MakeRange(GraphBuilder& graph, std::string const& name, NodeId minimum, NodeId maximum,
-                 StoreType type) {
+NodeId MakeRange(GraphBuilder& graph, std::string const& name, NodeId minimum, NodeId maximum, StoreType type,
+                 bool isLog = false) {
   return graph.Call(name + " data range", "makeTuple",
-                    {minimum, maximum, graph.Int(0), graph.Int(static_cast<int>(type)), graph.Bool(false)});
+                    {minimum, maximum, graph.Int(0), graph.Int(static_cast<int>(type)), graph.Bool(isLog)});
 }
 
 NodeId GetEnd(GraphBuilder& graph, std::string const& name, NodeId domain, int position, char const* label) {
@@ -125,6 +125,21 @@ struct Ends {
     highest = highest < 0 ? high : graph.Zip(name + " highest of all", "Max", highest, high);
   }
 };
+
+// Bins reach from end to end, also where marks stand in their middles.
+std::vector<NodeId> DomainColumns(GraphBuilder& graph, FieldUse const& use, NodeId numbers) {
+  if (use.encoding->startField.empty()) return {numbers};
+  return {use.rows->GetNumbers(graph, use.encoding->startField).node,
+          use.rows->GetNumbers(graph, use.encoding->endField).node};
+}
+
+// Room for what is drawn around the places at the ends.
+NodeId AddMargin(GraphBuilder& graph, std::string const& name, DomainRules const& rules, NodeId domain) {
+  if (rules.margin <= 0 || rules.length <= 2 * rules.margin) return domain;
+  NodeId const margin = graph.Real(rules.margin);
+  return graph.Call(name + " range with margins", "extendRangeWithOverflow",
+                    {domain, margin, margin, graph.Real(rules.length), graph.Real(1)});
+}
 
 // The ends of the data; a single instant is widened by a day to either side.
 void SetTimeDomain(GraphBuilder& graph, ScaleSource const& source, ScaledField& field) {
@@ -186,7 +201,9 @@ void SetDataDomain(GraphBuilder& graph, ScaleSource const& source, NumberExtent 
     FieldUse const& use = source.uses[i];
     if (FindExtent(use.rows->GetNumbers(graph, use.encoding->field), isLog).IsEmpty()) continue;
     ScaledRows const& rows = field.rows[i];
-    ends.Add(graph, field.name + use.label, isLog ? KeepPositive(graph, field, rows) : rows.numbers);
+    NodeId const numbers = isLog ? KeepPositive(graph, field, rows) : rows.numbers;
+    for (NodeId const column : DomainColumns(graph, use, numbers))
+      ends.Add(graph, field.name + use.label, column);
   }
   field.minimum = ends.lowest;
   field.maximum = ends.highest;
@@ -208,6 +225,12 @@ void WidenDomain(GraphBuilder& graph, Encoding const& encoding, DomainRules cons
   if (!isLog && scale.zero.value_or(rules.includesZero && isOpen))
     domain = graph.Zip(name + " range with zero", "extendRangesToIncludeZero", domain, graph.Bool(true));
   domain = graph.Map(name + " range", "extendPointRanges", domain);
+  if (isLog && rules.margin > 0) {
+    domain = MakeRange(graph, name + " log", GetEnd(graph, name, domain, 0, "lower"),
+                       GetEnd(graph, name, domain, 1, "upper"), StoreType::Real64, true);
+  }
+  // A square root has no room below 0.
+  if (field.scaleType != ScaleType::Sqrt) domain = AddMargin(graph, name, rules, domain);
   if (scale.niceCount || scale.nice.value_or(rules.isNice && isOpen)) {
     NodeId const low = GetEnd(graph, name, domain, 0, "range start");
     NodeId const high = GetEnd(graph, name, domain, 1, "range end");
@@ -220,7 +243,9 @@ void WidenDomain(GraphBuilder& graph, Encoding const& encoding, DomainRules cons
   field.maximum = scale.domainMax ? graph.Real(*scale.domainMax) : GetEnd(graph, name, domain, 1, "maximum");
 }
 
-void PlanTime(Compilation& compilation, ScaleSource const& source, ScaledField& field) {
+void PlanTime(Compilation& compilation, ScaleSource const& source, DomainRules const& rules,
+              ScaledField& field) {
+  GraphBuilder& graph = compilation.graph;
   Encoding const& encoding = source.encoding;
   if (encoding.scale.niceCount || encoding.scale.nice.value_or(false)) {
     ThrowDocumentError(compilation.document, encoding.path + ".scale.nice",
@@ -231,10 +256,16 @@ void PlanTime(Compilation& compilation, ScaleSource const& source, ScaledField& 
     field.rows.push_back({days, days});
   }
   if (encoding.scale.domain.empty()) {
-    SetTimeDomain(compilation.graph, source, field);
+    SetTimeDomain(graph, source, field);
   } else {
     SetGivenDomain(compilation, encoding, field);
   }
+  if (rules.margin <= 0) return;
+  NodeId const domain =
+      AddMargin(graph, field.name, rules,
+                MakeRange(graph, field.name + " days", field.minimum, field.maximum, StoreType::Real64));
+  field.minimum = GetEnd(graph, field.name, domain, 0, "minimum with margin");
+  field.maximum = GetEnd(graph, field.name, domain, 1, "maximum with margin");
 }
 
 void CheckLog(Compilation& compilation, ScaleSource const& source) {
@@ -394,7 +425,7 @@ ScaledField ScaleField(Compilation& compilation, ScaleSource const& source, Doma
   for (FieldUse const& use : source.uses)
     RequireValues(use.rows->GetTable(), use.rows->GetTable().Get(use.encoding->field));
   if (field.scaleType == ScaleType::Time) {
-    PlanTime(compilation, source, field);
+    PlanTime(compilation, source, rules, field);
   } else {
     PlanNumbers(compilation, source, rules, field);
   }

@@ -29,6 +29,8 @@ struct ScaledField {
 struct DomainRules {
   bool includesZero = false;
   bool isNice = false;
+  double margin = 0;  ///< pixels kept free at either end
+  double length = 0;  ///< pixels of the whole scale; for the margin
 };
 
 /// Whether a continuous scale runs from its range's end to its start.

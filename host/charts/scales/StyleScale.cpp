@@ -15,7 +15,8 @@ namespace factory = ort::core::factory;
 using ort::core::StoreTypeInfo;
 
 constexpr char const* kCategoricalScheme = "tableau10";
-constexpr int kSchemeStops = 9;
+// Enough to follow ramps of up to 30 colours.
+constexpr int kSchemeStops = 33;
 constexpr double kLegendTickCount = 5;
 constexpr double kLegendLength = 160;  // of a colour ramp, pixels
 

@@ -46,11 +46,14 @@ double FindOffset(PositionScale const& scale, std::vector<PositionScale const*> 
   return std::ceil(room + GuideStyle::kAxisGap);
 }
 
+// Around a map, and around panes whose document gives them a frame.
 void AddFrame(ChartPlan const& plan, Group& plot) {
+  ort::core::OrtColor const color =
+      plan.frame.value_or(plan.map ? GuideStyle::AxisColor() : ort::core::OrtColor(0));
+  if (color.GetA() == 0) return;
   Group frame;
   frame.role = "frame";
-  frame.nodes.emplace_back(
-      RectMark{{0, 0, plan.width, plan.height}, ort::core::OrtColor(0), {GuideStyle::AxisColor(), 1, {}}});
+  frame.nodes.emplace_back(RectMark{{0, 0, plan.width, plan.height}, ort::core::OrtColor(0), {color, 1, {}}});
   AddGroup(plot, std::move(frame));
 }
 
@@ -69,7 +72,7 @@ void BuildPane(ChartPlan const& plan, PanePlan const& pane, bool hasTitles, Resu
   for (LayerPlan const& layer : pane.layers)
     AddGroup(plot, BuildLayer(plan, pane, layer, results, setter, extent));
   for (AxisGuide& axis : axes) AddGroup(plot, std::move(axis.axis));
-  if (plan.map) AddFrame(plan, plot);
+  AddFrame(plan, plot);
 }
 
 // Where the rows or columns of a grid begin, each with room for what its panes have before and behind them.

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <utility>
 
 #include "charts/document/Readers.h"
 #include "charts/document/TransformReaders.h"
@@ -87,18 +88,18 @@ class ChannelDeriver {
 
   // Rows whose entries a legend hides are not drawn: they neither stack nor widen domains.
   void HideMarks() {
+    auto const hides = [](Encoding const& encoding) {
+      return !encoding.legend.hidden.empty() && !encoding.field.empty();
+    };
+    if (std::ranges::none_of(drawn_.encodings, hides)) return;
     NodeId const noEntries = graph_.Constant("no entries", MakeEmptyColumn<int>(StoreTypeInfo::Int32));
     NodeId const noFlags =
         graph_.Constant("no flags", MakeEmptyColumn<ort::core::uint8>(StoreTypeInfo::Bool));
     Legend colors{noEntries, noFlags};
     Legend shapes = colors;
-    bool hides = false;
     for (Encoding const& encoding : drawn_.encodings) {
-      if (encoding.legend.hidden.empty() || encoding.field.empty()) continue;
-      (encoding.channel == Channel::Color ? colors : shapes) = ReadLegend(encoding);
-      hides = true;
+      if (hides(encoding)) (encoding.channel == Channel::Color ? colors : shapes) = ReadLegend(encoding);
     }
-    if (!hides) return;
     NodeId const stays = graph_.Call(layer_.path + " stays", "excludeHiddenMarks",
                                      {colors.entries, colors.areHidden, shapes.entries, shapes.areHidden,
                                       noEntries, noFlags, noFlags, graph_.Bool(true)});
@@ -167,11 +168,11 @@ class ChannelDeriver {
     for (Encoding& end : ends) drawn_.encodings.push_back(std::move(end));
   }
 
-  // Dates that all lie in the one year that stands for any show no year.
+  // Ticks say what the unit keeps of a date; the one year that stands for any is not shown.
   static void SetUnitFormat(Encoding& encoding) {
     auto const unit = TimeUnit::FromName(encoding.timeUnit.name);
-    if (unit && !unit->HasYear() && encoding.axis.format.empty())
-      encoding.axis.format = unit->GetLabelPattern();
+    bool const isOpen = encoding.axis.format.empty() && !encoding.axis.tickInterval;
+    if (unit && isOpen && !encoding.timeUnit.IsPeriod()) encoding.axis.format = unit->GetLabelPattern();
   }
 
   void TakeMiddle(Encoding& encoding) {
@@ -181,7 +182,7 @@ class ChannelDeriver {
         graph_.Zip("sum of ends", "add", step.Numbers(encoding.field), step.Numbers(encoding.endField));
     step.Set(middle, graph_.Zip(middle, "multiply", sum, graph_.Real(0.5)));
     drawn_.rows = step.Extend();
-    encoding.field = middle;
+    encoding.startField = std::exchange(encoding.field, middle);
   }
 
   void FloorToTimeUnit(Encoding& encoding) {
@@ -190,8 +191,9 @@ class ChannelDeriver {
         NewName(spec.IsPeriod() ? fmt::format("{}_{}_{}_{}", spec.name, spec.fiscalStart.value_or(0),
                                               spec.weekStart, encoding.field)
                                 : spec.name + "_" + encoding.field);
-    encoding.derivedTitle =
-        fmt::format("{} ({}{})", encoding.field, spec.fiscalStart ? "fiscal " : "", spec.name);
+    auto const known = TimeUnit::FromName(spec.name);
+    encoding.derivedTitle = fmt::format("{} ({}{})", encoding.field, spec.fiscalStart ? "fiscal " : "",
+                                        known ? known->GetName() : spec.name);
     encoding.endField = start + "_end";
     if (drawn_.rows->GetTable().Find(start) == nullptr) {
       TimeUnitTransform const unit{encoding.path, encoding.timeUnit, encoding.field, start,
@@ -307,16 +309,31 @@ class ChannelDeriver {
     return measure;
   }
 
-  void AddStackingOrder(StackSpec& stack) {
+  // The first value of a legend, which stands at its top, is farthest from an axis below and nearest to one
+  // at the left.
+  void AddStackingOrder(StackSpec& stack, bool isHorizontal) {
     for (Encoding const& encoding : drawn_.encodings) {
       if (encoding.channel == Channel::Order && !encoding.field.empty())
         stack.order.push_back({encoding.field, encoding.isDescending.value_or(false)});
     }
     if (!stack.order.empty()) return;
-    // The first value of a legend, which stands at its top, is farthest from the axis.
     for (Encoding const& encoding : drawn_.encodings) {
-      if (Splits(encoding)) stack.order.push_back({encoding.field, true});
+      if (Splits(encoding)) stack.order.push_back({FindStackingField(encoding), !isHorizontal});
     }
+  }
+
+  // Colours whose values are listed stack in the order of the list.
+  std::string FindStackingField(Encoding const& encoding) {
+    bool const isListed = encoding.channel == Channel::Color && encoding.type == FieldType::Nominal &&
+                          !encoding.scale.domain.empty();
+    if (!isListed) return encoding.field;
+    std::string const place = NewName("place_" + encoding.field);
+    RowStep step(graph_, *drawn_.rows, encoding.path);
+    NodeId const list = graph_.Constant(place + " list", MakeTextColumn(encoding.scale.domain));
+    NodeId const index = graph_.Call(place + " index", "indexIn", {step.Texts(encoding.field), list});
+    step.Set(place, graph_.Map(place, "asReal64", index));
+    drawn_.rows = step.Extend();
+    return place;
   }
 
   void Stack(Encoding& measure) {
@@ -336,9 +353,9 @@ class ChannelDeriver {
     for (Encoding const& encoding : drawn_.encodings) {
       if (IsFacet(encoding.channel)) stack.groups.push_back(encoding.field);
     }
-    AddStackingOrder(stack);
     if (measure.derivedTitle.empty()) measure.derivedTitle = measure.field;
     if (GetDefinition(layer_.mark).joinsRows) FillStack(measure);
+    AddStackingOrder(stack, isHorizontal);
     drawn_.rows = StackRows(graph_, stack, *drawn_.rows);
     if (stack.offset == StackOffset::Normalize && measure.axis.format.empty()) measure.axis.format = ".0%";
     measure.field = stack.end;
@@ -354,7 +371,8 @@ class ChannelDeriver {
   void FillStack(Encoding const& measure) {
     GapSpec gaps{.path = measure.path + ".stack", .field = measure.field, .place = {}, .series = {}};
     auto const add = [](std::vector<std::string>& fields, Encoding const& encoding) {
-      for (std::string const& field : {encoding.field, encoding.endField, encoding.sortField}) {
+      for (std::string const& field :
+           {encoding.field, encoding.startField, encoding.endField, encoding.sortField}) {
         if (!field.empty() && std::ranges::find(fields, field) == fields.end()) fields.push_back(field);
       }
     };

@@ -29,6 +29,9 @@ bool IsHorizontal(MarkSpec const& mark, std::vector<Encoding> const& encodings) 
   Encoding const* const y = FindChannel(encodings, Channel::Y);
   bool const hasX2 = FindChannel(encodings, Channel::X2) != nullptr;
   bool const hasY2 = FindChannel(encodings, Channel::Y2) != nullptr;
+  bool const isOfX = x != nullptr && x->aggregate;
+  bool const isOfY = y != nullptr && y->aggregate;
+  if (mark.type == "bar" && x != nullptr && y != nullptr && isOfX != isOfY) return isOfX;
   if (hasX2 != hasY2) {
     Encoding const* const ranged = hasX2 ? x : y;
     bool const isBinned = ranged != nullptr && (ranged->bin || !ranged->timeUnit.empty());

@@ -70,6 +70,8 @@ TEST(TickFormat, WritesTheTicksOfAnAxisAlike) {
       // Of type s all have the unit of the largest.
       {{0, 500, 1000, 1500}, u"s", {"0.0k", "0.5k", "1.0k", "1.5k"}},
       {{0, 1e6, 2e6}, u"s", {"0M", "1M", "2M"}},
+      // A precision of the pattern's own counts for every number by itself.
+      {{0, 1e8, 2e8}, u"$.2s", {"$0.0", "$100M", "$200M"}},
       // Without one distance the zeros at the end are left out.
       {{1, 10, 100, 1000, 1e4}, u"s", {"1", "10", "100", "1k", "10k"}},
       {{0.1, 1, 10}, u"f", {"0.1", "1", "10"}},
