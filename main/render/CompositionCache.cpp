@@ -68,9 +68,7 @@ std::shared_ptr<ComposedText> CachedComposer::Compose(FormattedText const& text)
     if (composed->GetStatus() == AllPlaced) composed->rows_ = composed->MakeRows();
     return composed;
   };
-  bool const isKept =
-      cache_ != nullptr && composer_->HasPlainBox() && text.GetCharacterCount() <= kLongestText;
-  if (!isKept) return compose();
+  if (!IsKept(text.GetCharacterCount())) return compose();
   return cache_->get(TextComposition(*composer_, text, size_), compose);
 }
 

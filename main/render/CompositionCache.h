@@ -1,6 +1,8 @@
 #pragma once
 
 #include <memory>
+#include <span>
+#include <string_view>
 
 #include "ostreltransforms/Export.h"
 #include "render/RandomCache.h"
@@ -30,6 +32,19 @@ class OSTREL_API CachedComposer {
   // The composition, which others share: not to be changed. Where all was placed it has its rows, whose texts
   // are so interned once and not with every use.
   std::shared_ptr<ComposedText> Compose(FormattedText const& text) const;
+
+  // Whether a text of so many characters may be found in the cache at all.
+  bool IsKept(std::size_t characterCount) const {
+    return cache_ != nullptr && characterCount <= kLongestText && composer_->HasPlainBox();
+  }
+  // The key of a text of one run, with the composer's settings of now.
+  TextComposition MakeKey(std::uint32_t styleIndex, std::u16string_view text) const {
+    return {*composer_, styleIndex, text, size_};
+  }
+  // Those of the compositions that are in the cache, null for the others, which are then to be composed.
+  void FindHeld(std::span<TextComposition const> keys, std::span<std::shared_ptr<ComposedText>> found) const {
+    if (!keys.empty()) cache_->FindHeld(keys, found);
+  }
 
  private:
   TextComposer* composer_;

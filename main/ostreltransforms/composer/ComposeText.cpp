@@ -1,6 +1,9 @@
 #include "ostreltransforms/composer/ComposeText.h"
 
 #include <algorithm>
+#include <array>
+#include <span>
+#include <string_view>
 
 #include "ostrelrtcore/ParallelLoop.h"
 #include "ostrelrtcore/RFormatString.h"
@@ -8,6 +11,7 @@
 #include "ostreltransforms/VisualKey.h"
 #include "ostreltransforms/composer/RunColumns.h"
 #include "ostreltransforms/composer/RunLists.h"
+#include "ostreltransforms/composer/RunTexts.h"
 #include "ostreltransforms/map/ColumnParameter.h"
 #include "render/CompositionCache.h"
 #include "string/InternalTrim.h"
@@ -50,6 +54,11 @@ class StyledTexts {
   std::size_t GetCount() const { return lists_.size(); }
   Value const& GetStyleTable() const { return table_; }
 
+  // The run of a text that has one alone; -1 for any other text.
+  int GetSingleRun(std::size_t text) const { return lists_[text].count == 1 ? lists_[text].first : -1; }
+  std::u16string_view GetText(int run) const { return texts_->GetElement(run).Get().view(); }
+  std::uint32_t GetStyle(int run) const { return static_cast<std::uint32_t>(styles_->GetElement(run)); }
+
   void Read(std::size_t text, FormattedText& result) const {
     RunList const list = lists_[text];
     if (list.count == 1) return result.assign(GetStyle(list.first), texts_->GetElement(list.first));
@@ -60,8 +69,6 @@ class StyledTexts {
   }
 
  private:
-  std::uint32_t GetStyle(int run) const { return static_cast<std::uint32_t>(styles_->GetElement(run)); }
-
   void CheckStyles(int styleCount) const {
     for (int run = 0; run < styles_->GetCount(); ++run) {
       int const style = styles_->GetElement(run);
@@ -100,17 +107,47 @@ class TextFitter {
   struct Fitted {
     std::shared_ptr<ComposedText> composed;  // null for an empty text
     std::uint32_t firstStyle = 0;
+    bool isHeld = false;  // by the cache when it was looked up, so that others hold it too
   };
 
-  Fitted Fit(FormattedText const& text) {
+  // Finds those of up to kGroup texts that are in the cache as they stand and leaves the others null.
+  static constexpr std::size_t kGroup = 32;
+  void FindHeld(StyledTexts const& texts, std::size_t begin, std::span<Fitted> fitted) {
+    keys_.clear();
+    std::array<std::size_t, kGroup> places;
+    for (std::size_t i = 0; i < fitted.size(); ++i) {
+      int const run = texts.GetSingleRun(begin + i);
+      if (run < 0) continue;
+      std::u16string_view const text = texts.GetText(run);
+      if (text.empty() || !cached_.IsKept(text.size())) continue;
+      std::uint32_t const style = texts.GetStyle(run);
+      if (wrapModes_ != nullptr) SetStyleWrapMode(style);
+      places[keys_.size()] = i;
+      keys_.push_back(cached_.MakeKey(style, text));
+      fitted[i].firstStyle = style;
+    }
+    std::array<std::shared_ptr<ComposedText>, kGroup> found;
+    cached_.FindHeld(keys_, {found.data(), keys_.size()});
+    for (std::size_t i = 0; i < keys_.size(); ++i) {
+      fitted[places[i]].composed = std::move(found[i]);
+      fitted[places[i]].isHeld = true;
+    }
+  }
+
+  Fitted Fit(FormattedText const& text, std::shared_ptr<ComposedText> whole) {
     if (text.IsEmpty()) return {};
     std::uint32_t const style = text.GetRuns().front().styleIndex;
     if (wrapModes_ != nullptr) SetStyleWrapMode(style);
-    std::shared_ptr<ComposedText> whole = cached_.Compose(text);
-    if (fitStyle_ == Overflow || whole->GetStatus() == AllPlaced) return {std::move(whole), style};
+    if (whole == nullptr) whole = cached_.Compose(text);
+    if (IsShown(*whole)) return {std::move(whole), style};
     ShortenToFit(text, fitTest_, fitStyle_, trimmed_);
     if (trimmed_.IsEmpty()) return {};
     return {cached_.Compose(trimmed_), trimmed_.GetRuns().front().styleIndex};
+  }
+
+  // Whether a text is shown as it is.
+  bool IsShown(ComposedText const& whole) const {
+    return fitStyle_ == Overflow || whole.GetStatus() == AllPlaced;
   }
 
   Anchor GetAnchor(Fitted const& text) const {
@@ -132,6 +169,7 @@ class TextFitter {
   TextFitStyle fitStyle_;
   ITypedArray<int> const* wrapModes_ = nullptr;
   FormattedText trimmed_;
+  std::vector<TextComposition> keys_;
 };
 
 // How many texts before their use the rows of a composition are fetched from memory, where those of many
@@ -140,7 +178,9 @@ constexpr std::size_t kAhead = 3;
 
 void FetchRows(ComposedText const* composed) {
   if (composed == nullptr) return;
-  for (ComposedText::Row const& row : composed->GetRows()) __builtin_prefetch(&row.text.Get(), 1);
+  auto const& rows = composed->GetRows();
+  __builtin_prefetch(rows.data());
+  __builtin_prefetch(rows.data() + rows.size());
 }
 
 }  // namespace
@@ -162,8 +202,15 @@ Value ComposeText(std::vector<Value> const& inputs) {
     TextFitter fitter(texts.GetStyleTable(), size, fitStyle, wrapMode);
     FormattedText formatted;
     for (std::size_t text = begin; text < end; ++text) {
-      texts.Read(text, formatted);
-      fitted[text] = fitter.Fit(formatted);
+      if ((text - begin) % TextFitter::kGroup == 0) {
+        fitter.FindHeld(texts, text,
+                        std::span(fitted).subspan(text, std::min(TextFitter::kGroup, end - text)));
+      }
+      auto& whole = fitted[text].composed;
+      if (whole == nullptr || !fitter.IsShown(*whole)) {
+        texts.Read(text, formatted);
+        fitted[text] = fitter.Fit(formatted, std::move(whole));
+      }
       if (fitted[text].composed == nullptr) continue;
       anchors[text] = fitter.GetAnchor(fitted[text]);
       runCounts[text] = fitted[text].composed->GetRuns().size();
@@ -171,21 +218,24 @@ Value ComposeText(std::vector<Value> const& inputs) {
   });
 
   RunColumns columns(runCounts);
-  auto runTexts = factory::MakeColumnBuilder<RIndirectString>(StoreTypeInfo::String, columns.GetRunCount());
-  std::span<RIndirectString> const runTextRows = runTexts.GetValues();
+  RunTexts runTexts(std::move(runCounts), columns.GetRunCount());
   ForEachChunk(texts.GetCount(), [&](std::size_t begin, std::size_t end) {
     for (std::size_t text = begin; text < end; ++text) {
       if (text + kAhead < end) FetchRows(fitted[text + kAhead].composed.get());
-      auto const& composed = fitted[text].composed;
+      auto& composed = fitted[text].composed;
       columns.WriteSize(text, composed == nullptr ? Size{} : composed->GetSize());
       if (composed == nullptr) continue;
       std::vector<ComposedText::Row> made;
       if (composed->GetRows().empty()) made = composed->MakeRows();
-      std::size_t run = columns.GetFirstRun(text);
+      bool const isShared = fitted[text].isHeld && made.empty();
+      std::size_t const firstRun = columns.GetFirstRun(text);
+      std::size_t run = firstRun;
       for (ComposedText::Row const& row : made.empty() ? composed->GetRows() : made) {
         columns.WriteRun(run, static_cast<int>(row.styleIndex), row.x, row.y, anchors[text]);
-        runTextRows[run++] = row.text;
+        if (!isShared) runTexts.Write(run, row.text);
+        ++run;
       }
+      if (isShared) runTexts.WriteShared(text, firstRun, std::move(composed));
     }
   });
   return columns.Finish(VisualKey::TextRun, runTexts.Finish());

@@ -374,6 +374,28 @@ TEST_F(Compositions, OfLongTextsAreNotKept) {
   EXPECT_EQ(cache_->GetSize(), 1U);
 }
 
+// Of a result made from the cache, which holds compositions in place of counting their texts.
+TEST_F(ComposeText, TextsLiveAsLongAsTheResultAndNoLonger) {
+  auto const countTexts = [] { return RIndirectString::GetPoolStatistics().entries; };
+  std::size_t const before = countTexts();
+  {
+    auto inputs = std::make_unique<Inputs>();
+    std::vector<std::string> texts;
+    for (int i = 0; i < 300; ++i) texts.push_back("label of " + std::to_string(1000 + i));
+    inputs->With(texts).In(60, 100, DotsRight, WordWrap);
+    std::string const cold = Compose(*inputs);
+    cache_->clear();
+    // One half is found, the other composed.
+    Compose(Inputs().With({texts.begin(), texts.begin() + 150}).In(60, 100, DotsRight, WordWrap));
+    Value const result = OstrelTransforms::ComposeText(inputs->List());
+    EXPECT_EQ(Write(result), cold);
+    inputs.reset();
+    cache_->clear();
+    EXPECT_EQ(Write(result), cold);
+  }
+  EXPECT_EQ(countTexts(), before);
+}
+
 TEST_F(ComposeText, ThreadsShareTheCache) {
   Inputs const inputs = [] {
     std::vector<std::string> texts;

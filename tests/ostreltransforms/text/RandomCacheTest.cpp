@@ -43,6 +43,26 @@ TEST(RandomCache, ComputesOnceAndCounts) {
   EXPECT_NE(Get(cache, 1), first);
 }
 
+// Small caches have long chains of entries, among them keys that only differ in what chooses no bucket.
+TEST(RandomCache, FindsManyAtOnceAndCountsThoseFound) {
+  for (int const held : {0, 1, 5, 100}) {
+    Cache cache(OStringCore(), 100);
+    std::map<int, Cache::Value> values;
+    for (int i = 0; i < held; ++i) values[2 * i * 4096] = Get(cache, 2 * i * 4096);
+    std::vector<int> keys;
+    for (int i = 0; i < 2 * held + 3; ++i) keys.push_back(i * 4096);
+    std::uint32_t const lookups = cache.GetLookups();
+    std::vector<Cache::Value> found(keys.size());
+    cache.FindHeld(keys, found);
+    for (std::size_t i = 0; i < keys.size(); ++i) {
+      auto const expected = values.find(keys[i]);
+      EXPECT_EQ(found[i], expected == values.end() ? nullptr : expected->second) << held << ' ' << keys[i];
+    }
+    EXPECT_EQ(cache.GetHits(), static_cast<std::uint32_t>(held));
+    EXPECT_EQ(cache.GetLookups() - lookups, static_cast<std::uint32_t>(held));
+  }
+}
+
 TEST(RandomCache, HoldsFiveAtLeast) {
   for (std::uint32_t const capacity : {0U, 1U, 4U, 5U, 6U}) {
     Cache cache(OStringCore(), capacity);
