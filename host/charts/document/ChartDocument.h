@@ -66,6 +66,7 @@ struct TitleSpec {
 struct ScaleSpec {
   std::optional<ScaleType> type;
   std::vector<Literal> domain;
+  std::vector<Literal> unionWith;  ///< values that the data's domain is to hold
   std::optional<double> domainMin;
   std::optional<double> domainMax;
   std::optional<double> domainMid;  ///< the colours' middle; the value from which sizes grow both ways
@@ -81,7 +82,7 @@ struct ScaleSpec {
   std::string scheme;
   std::optional<double> schemeCount;  ///< of steps
   std::optional<bool> isBand;         ///< "band" or "point"
-  std::optional<double> padding;
+  std::optional<double> padding;      ///< a share of a discrete step, or pixels at a continuous domain's ends
   std::optional<double> paddingInner;
   std::optional<double> paddingOuter;
 

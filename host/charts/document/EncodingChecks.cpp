@@ -62,10 +62,14 @@ void CheckScaleType(JsonValue const& value, Encoding const& encoding) {
 void CheckContinuousDomain(JsonValue const& value, Encoding const& encoding) {
   auto const& scale = encoding.scale;
   bool const isLog = scale.type == ScaleType::Log;
-  auto const checkSign = [&](char const* place, double end) {
+  auto const checkSign = [&](std::string const& place, double end) {
     if (isLog && end <= 0) value.FailAt(place, "the domain of a log scale must be above 0");
   };
-  if (value.Get()["scale"].contains("domain")) {
+  if (!scale.unionWith.empty()) {
+    CheckFieldValues(value, "scale.domain.unionWith", encoding.type, scale.unionWith);
+    for (std::size_t i = 0; i < scale.unionWith.size(); ++i)
+      checkSign(fmt::format("scale.domain.unionWith[{}]", i), Position(scale.unionWith[i]));
+  } else if (value.Get()["scale"].contains("domain")) {
     if (scale.domain.size() != 2) {
       value.FailAt("scale.domain",
                    fmt::format("expects two values, as the field is {}", NameOf(encoding.type)));
@@ -116,10 +120,16 @@ void CheckScaleProperties(JsonValue const& value, Encoding const& encoding) {
   refuse(encoding.scale.type == ScaleType::Sqrt, "fit",
          "is not supported on a square root scale; widen the domain instead");
   refuse(!isLog, "base", "is for log scales only; leave it out");
-  bool const isDiscretePosition = isDiscrete && !IsStyle(encoding.channel);
-  for (auto const* property : {"padding", "paddingInner", "paddingOuter"}) {
-    refuse(!isDiscretePosition, property,
-           "is for nominal and ordinal positions only; widen the domain instead");
+  bool const isStyle = IsStyle(encoding.channel);
+  refuse(isStyle, "padding", "is for positions only; widen the domain instead");
+  for (auto const* property : {"paddingInner", "paddingOuter"}) {
+    refuse(isStyle || !isDiscrete, property,
+           isStyle ? "is for nominal and ordinal positions only; widen the domain instead"
+                   : "is for nominal and ordinal positions only; use padding");
+  }
+  if (!encoding.scale.unionWith.empty()) {
+    refuse(isDiscrete, "domain", "unionWith is for quantitative and temporal fields only; list all values");
+    refuse(isStyle, "domain", "unionWith is for positions only; list the ends of the domain");
   }
   refuse(encoding.channel != Channel::Color, "scheme", "is for the channel color only; leave it out");
   refuse(json.contains("range"), "scheme", "is given beside range; leave one of them out");

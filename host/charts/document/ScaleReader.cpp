@@ -40,6 +40,19 @@ void ReadNice(JsonValue const& value, ScaleSpec& scale) {
   }
 }
 
+void ReadDomain(JsonValue const& value, ScaleSpec& scale) {
+  if (!value.IsObject()) {
+    scale.domain = value.ReadLiterals();
+    return;
+  }
+  JsonObjectReader(value)
+      .Literals("unionWith", scale.unionWith)
+      .Refuse("param", "is not supported; list the ends of the domain")
+      .Refuse("selection", "is not supported; list the ends of the domain")
+      .Read();
+  if (scale.unionWith.empty()) value.FailAt("unionWith", "has no values; leave the domain out");
+}
+
 void ReadMiddle(JsonValue const& value, ScaleSpec& scale) {
   if (value.Get() == "auto") {
     scale.findsMid = true;
@@ -80,7 +93,7 @@ ScaleSpec ReadScale(JsonValue const& value) {
   if (value.IsNull()) value.Fail("values without a scale are not supported; list them in domain and range");
   JsonObjectReader(value)
       .On("type", [&scale](JsonValue const& type) { ReadType(type, scale); })
-      .Literals("domain", scale.domain)
+      .On("domain", [&scale](JsonValue const& domain) { ReadDomain(domain, scale); })
       .Number("domainMin", scale.domainMin)
       .Number("domainMax", scale.domainMax)
       .On("domainMid", [&scale](JsonValue const& middle) { ReadMiddle(middle, scale); })

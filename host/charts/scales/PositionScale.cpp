@@ -83,8 +83,9 @@ void PlanContinuousDomain(Compilation& compilation, ScaleSource const& source, P
   scale.field = ScaleField(compilation, source,
                            {.includesZero = !isTime,
                             .isNice = !isTime,
-                            .margin = scale.space.margin,
-                            .length = scale.space.length});
+                             .padding = scale.space.margin,
+                            .length = scale.space.length,
+                            .isHorizontal = scale.space.isHorizontal});
   Range const range = PixelRange(scale.space, IsReversed(source.encoding, scale.field));
   scale.start = range.start;
   scale.end = range.end;

@@ -21,6 +21,7 @@ class EncodingJoiner {
     ScaleSpec const& from = further_.scale;
     Join("scale.type", into.type, from.type);
     Join("scale.domain", into.domain, from.domain);
+    JoinUnions();
     Join("scale.domainMin", into.domainMin, from.domainMin);
     Join("scale.domainMax", into.domainMax, from.domainMax);
     Join("scale.domainMid", into.domainMid, from.domainMid);
@@ -37,6 +38,9 @@ class EncodingJoiner {
     Join("scale.paddingInner", into.paddingInner, from.paddingInner);
     Join("scale.paddingOuter", into.paddingOuter, from.paddingOuter);
     Join("scale.base", into.base, from.base);
+    Join("scale.padding", into.padding, from.padding);
+    Join("scale.paddingInner", into.paddingInner, from.paddingInner);
+    Join("scale.paddingOuter", into.paddingOuter, from.paddingOuter);
     Join("scale.scheme", into.scheme, from.scheme);
     Join("scale.scheme.count", into.schemeCount, from.schemeCount);
     Join("sort", joined_.sort, further_.sort);
@@ -74,6 +78,15 @@ class EncodingJoiner {
     if (!IsOpen(into))
       Refuse(property, "differs from what " + joined_.path + " says of the scale that both share");
     into = from;
+  }
+
+  // A domain holds what any of its channels lists, unless one of them gives the whole domain.
+  void JoinUnions() const {
+    ScaleSpec& into = joined_.scale;
+    std::vector<Literal> const& listed = further_.scale.unionWith;
+    into.unionWith.insert(into.unionWith.end(), listed.begin(), listed.end());
+    if (!into.domain.empty() && !into.unionWith.empty())
+      Refuse("scale.domain", "differs from what " + joined_.path + " says of the scale that both share");
   }
 
   [[noreturn]] void Refuse(char const* property, std::string const& cause) const {

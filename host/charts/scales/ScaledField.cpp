@@ -4,9 +4,10 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 #include "charts/data/ConvertColumn.h"
+#include "charts/scales/DomainEnds.h"
+#include "charts/scales/DomainExtension.h"
 #include "ostrelrtcore/OrtDateTime.h"
 
 namespace ostrel::charts {
@@ -18,19 +19,6 @@ namespace factory = ort::core::factory;
 // Vega-Lite counts ten intervals where a document does not say how many.
 constexpr double kNiceCount = 10;
 constexpr double kDefaultLogBase = 10;
-
-// Ends of domains beyond this are refused: no domain's length may exceed the range of doubles.
-constexpr double kLargestNumber = 1e307;
-
-struct NumberExtent {
-  double lowest = std::numeric_limits<double>::infinity();
-  double highest = -std::numeric_limits<double>::infinity();
-  bool IsEmpty() const { return lowest > highest; }
-  void Add(NumberExtent const& other) {
-    lowest = std::min(lowest, other.lowest);
-    highest = std::max(highest, other.highest);
-  }
-};
 
 NumberExtent FindExtent(RowColumn const& numbers, bool isLog) {
   NumberExtent extent;
@@ -107,54 +95,36 @@ NodeId GetEnd(GraphBuilder& graph, std::string const& name, NodeId domain, int p
 }
 
 // Of a log scale only positive rows count.
-NodeId KeepPositive(GraphBuilder& graph, ScaledField const& field, ScaledRows const& rows) {
+NodeId KeepPositive(GraphBuilder& graph, ScaledField const& field, NodeId column, ScaledRows const& rows) {
   NodeId const isUnplaced = graph.Map(field.name + " is not positive", "isSpecial", rows.scaled);
   NodeId const isPlaced = graph.Map(field.name + " is positive", "not", isUnplaced);
-  return graph.Call(field.name + " positive numbers", "filter", {rows.numbers, isPlaced});
+  return graph.Call(field.name + " positive numbers", "filter", {column, isPlaced});
 }
-
-// The least and the largest of the ends of several columns.
-struct Ends {
-  NodeId lowest = -1;
-  NodeId highest = -1;
-
-  void Add(GraphBuilder& graph, std::string const& name, NodeId column) {
-    NodeId const low = graph.Call(name + " lowest", "columnMin", {column});
-    NodeId const high = graph.Call(name + " highest", "columnMax", {column});
-    lowest = lowest < 0 ? low : graph.Zip(name + " lowest of all", "Min", lowest, low);
-    highest = highest < 0 ? high : graph.Zip(name + " highest of all", "Max", highest, high);
-  }
-};
 
 // Bins reach from end to end, also where marks stand in their middles.
-std::vector<NodeId> DomainColumns(GraphBuilder& graph, FieldUse const& use, NodeId numbers) {
-  if (use.encoding->startField.empty()) return {numbers};
-  return {use.rows->GetNumbers(graph, use.encoding->startField).node,
-          use.rows->GetNumbers(graph, use.encoding->endField).node};
+std::vector<RowColumn> DomainColumns(GraphBuilder& graph, FieldUse const& use) {
+  if (use.encoding->startField.empty()) return {use.rows->GetNumbers(graph, use.encoding->field)};
+  return {use.rows->GetNumbers(graph, use.encoding->startField),
+          use.rows->GetNumbers(graph, use.encoding->endField)};
 }
 
-// Room for what is drawn around the places at the ends.
-NodeId AddMargin(GraphBuilder& graph, std::string const& name, DomainRules const& rules, NodeId domain) {
-  if (rules.margin <= 0 || rules.length <= 2 * rules.margin) return domain;
-  NodeId const margin = graph.Real(rules.margin);
-  return graph.Call(name + " range with margins", "extendRangeWithOverflow",
-                    {domain, margin, margin, graph.Real(rules.length), graph.Real(1)});
-}
-
-// The ends of the data; a single instant is widened by a day to either side.
-void SetTimeDomain(GraphBuilder& graph, ScaleSource const& source, ScaledField& field) {
-  Ends ends;
-  for (std::size_t i = 0; i < field.rows.size(); ++i) {
-    FieldUse const& use = source.uses[i];
-    if (HasValues(use.rows->GetDates(graph, use.encoding->field)))
-      ends.Add(graph, field.name + use.label, field.rows[i].numbers);
+// The ends of the data and of what the document lists; a single instant is widened by a day to either side.
+void SetTimeDomain(Compilation& compilation, ScaleSource const& source, ScaledField& field) {
+  GraphBuilder& graph = compilation.graph;
+  DomainEnds ends(graph, field.name, StoreType::DateTime);
+  for (FieldUse const& use : source.uses) {
+    RowColumn const& dates = use.rows->GetDates(graph, use.encoding->field);
+    if (HasValues(dates)) ends.Add(field.name + use.label, dates.node, dates.GetType());
   }
-  if (ends.lowest < 0) return SetEmptyDomain(graph, field);
-  auto const find = [&](char const* label, NodeId end) {
-    return graph.Map(field.name + label + " date", "toDateTime", end);
+  NumberExtent const listed = ReadUnion(compilation, source.encoding);
+  if (ends.IsEmpty() && listed.IsEmpty()) return SetEmptyDomain(graph, field);
+  auto const find = [&](NodeId (DomainEnds::*end)() const) {
+    if (!ends.IsEmpty()) return (ends.*end)();
+    return graph.Map(field.name + " first listed date", "toDateTime", graph.Real(listed.lowest));
   };
-  NodeId const range = MakeRange(graph, field.name, find(" lowest", ends.lowest),
-                                 find(" highest", ends.highest), StoreType::DateTime);
+  NodeId range = MakeRange(graph, field.name, find(&DomainEnds::FindLowest), find(&DomainEnds::FindHighest),
+                           StoreType::DateTime);
+  if (!listed.IsEmpty()) range = HoldExtent(graph, field.name, range, listed);
   NodeId const domain = graph.Map(field.name + " range", "extendPointRanges", range);
   field.minimum =
       graph.Map(field.name + " minimum", "toReal64", GetEnd(graph, field.name, domain, 0, "start"));
@@ -192,22 +162,34 @@ void CheckGivenEnds(Compilation const& compilation, Encoding const& encoding, Nu
     refuse("domainMax", *scale.domainMax, "above the least value", extent.lowest, "domainMin");
 }
 
-void SetDataDomain(GraphBuilder& graph, ScaleSource const& source, NumberExtent const& extent,
+void SetDataDomain(GraphBuilder& graph, ScaleSource const& source, NumberExtent const& listed,
                    ScaledField& field) {
   bool const isLog = field.scaleType == ScaleType::Log;
-  if (extent.IsEmpty()) return SetEmptyDomain(graph, field);
-  Ends ends;
+  DomainEnds ends(graph, field.name, StoreType::Real64);
+  NumberExtent extent = listed;
   for (std::size_t i = 0; i < field.rows.size(); ++i) {
     FieldUse const& use = source.uses[i];
-    if (FindExtent(use.rows->GetNumbers(graph, use.encoding->field), isLog).IsEmpty()) continue;
-    ScaledRows const& rows = field.rows[i];
-    NodeId const numbers = isLog ? KeepPositive(graph, field, rows) : rows.numbers;
-    for (NodeId const column : DomainColumns(graph, use, numbers))
-      ends.Add(graph, field.name + use.label, column);
+    RowColumn const& numbers = use.rows->GetNumbers(graph, use.encoding->field);
+    NumberExtent const found = FindExtent(numbers, isLog);
+    if (found.IsEmpty()) continue;
+    extent.Add(found);
+    for (RowColumn const& column : DomainColumns(graph, use)) {
+      ends.Add(field.name + use.label,
+               isLog ? KeepPositive(graph, field, column.node, field.rows[i]) : column.node,
+               column.GetType());
+    }
   }
-  field.minimum = ends.lowest;
-  field.maximum = ends.highest;
-  if (isLog && extent.lowest == extent.highest) {
+  if (extent.IsEmpty()) return SetEmptyDomain(graph, field);
+  field.minimum = ends.IsEmpty() ? graph.Real(listed.lowest) : ends.FindLowest();
+  field.maximum = ends.IsEmpty() ? graph.Real(listed.lowest) : ends.FindHighest();
+  if (!extent.IsPoint() && !listed.IsEmpty()) {
+    NodeId const range =
+        HoldExtent(graph, field.name,
+                   MakeRange(graph, field.name, field.minimum, field.maximum, StoreType::Real64), listed);
+    field.minimum = GetEnd(graph, field.name, range, 0, "least");
+    field.maximum = GetEnd(graph, field.name, range, 1, "largest");
+  }
+  if (isLog && extent.IsPoint()) {
     NodeId const base = graph.Real(source.encoding.scale.base.value_or(kDefaultLogBase));
     field.minimum = graph.Zip(field.name + " below", "divide", field.minimum, base);
     field.maximum = graph.Zip(field.name + " above", "multiply", field.maximum, base);
@@ -222,15 +204,9 @@ void WidenDomain(GraphBuilder& graph, Encoding const& encoding, DomainRules cons
   bool const isOpen = scale.domain.empty() && !scale.domainMin && !scale.domainMax;
   std::string const& name = field.name;
   NodeId domain = MakeRange(graph, name, field.minimum, field.maximum, StoreType::Real64);
-  if (!isLog && scale.zero.value_or(rules.includesZero && isOpen))
+  if (!isLog && scale.zero.value_or(rules.includesZero && isOpen && scale.unionWith.empty()))
     domain = graph.Zip(name + " range with zero", "extendRangesToIncludeZero", domain, graph.Bool(true));
   domain = graph.Map(name + " range", "extendPointRanges", domain);
-  if (isLog && rules.margin > 0) {
-    domain = MakeRange(graph, name + " log", GetEnd(graph, name, domain, 0, "lower"),
-                       GetEnd(graph, name, domain, 1, "upper"), StoreType::Real64, true);
-  }
-  // A square root has no room below 0.
-  if (field.scaleType != ScaleType::Sqrt) domain = AddMargin(graph, name, rules, domain);
   if (scale.niceCount || scale.nice.value_or(rules.isNice && isOpen)) {
     NodeId const low = GetEnd(graph, name, domain, 0, "range start");
     NodeId const high = GetEnd(graph, name, domain, 1, "range end");
@@ -245,7 +221,6 @@ void WidenDomain(GraphBuilder& graph, Encoding const& encoding, DomainRules cons
 
 void PlanTime(Compilation& compilation, ScaleSource const& source, DomainRules const& rules,
               ScaledField& field) {
-  GraphBuilder& graph = compilation.graph;
   Encoding const& encoding = source.encoding;
   if (encoding.scale.niceCount || encoding.scale.nice.value_or(false)) {
     ThrowDocumentError(compilation.document, encoding.path + ".scale.nice",
@@ -256,16 +231,11 @@ void PlanTime(Compilation& compilation, ScaleSource const& source, DomainRules c
     field.rows.push_back({days, days});
   }
   if (encoding.scale.domain.empty()) {
-    SetTimeDomain(graph, source, field);
+    SetTimeDomain(compilation, source, field);
   } else {
     SetGivenDomain(compilation, encoding, field);
   }
-  if (rules.margin <= 0) return;
-  NodeId const domain =
-      AddMargin(graph, field.name, rules,
-                MakeRange(graph, field.name + " days", field.minimum, field.maximum, StoreType::Real64));
-  field.minimum = GetEnd(graph, field.name, domain, 0, "minimum with margin");
-  field.maximum = GetEnd(graph, field.name, domain, 1, "maximum with margin");
+  PadDomain(compilation, encoding, rules, field);
 }
 
 void CheckLog(Compilation& compilation, ScaleSource const& source) {
@@ -295,16 +265,20 @@ void PlanNumbers(Compilation& compilation, ScaleSource const& source, DomainRule
     extent.Add(FindExtent(use.rows->GetNumbers(graph, use.encoding->field), isLog));
   }
   if (isLog) CheckLog(compilation, source);
+  NumberExtent const listed = ReadUnion(compilation, encoding);
+  extent.Add(listed);
   if (!extent.IsEmpty()) CheckGivenEnds(compilation, encoding, extent);
-  // Zeros alone are widened to either side.
+  // Zeros alone are widened to either side, and padding may reach below 0.
   bool const isZero = extent.lowest == 0 && extent.highest == 0;
-  field.hasNegatives = extent.lowest < 0 || isZero || encoding.scale.domainMin.value_or(0) < 0;
+  field.hasNegatives = extent.lowest < 0 || isZero || encoding.scale.domainMin.value_or(0) < 0 ||
+                       encoding.scale.padding.value_or(0) > 0;
   if (!encoding.scale.domain.empty()) SetGivenDomain(compilation, encoding, field);
   for (std::size_t i = 0; i < field.rows.size(); ++i) {
     std::string const name = field.name + source.uses[i].label;
     field.rows[i].scaled = ToScaleSpace(graph, field, name, field.rows[i].numbers);
   }
-  if (encoding.scale.domain.empty()) SetDataDomain(graph, source, extent, field);
+  if (encoding.scale.domain.empty()) SetDataDomain(graph, source, listed, field);
+  PadDomain(compilation, encoding, rules, field);
   WidenDomain(graph, encoding, rules, field);
 }
 

@@ -25,12 +25,13 @@ struct ScaledField {
   bool hasNegatives = false;  ///< the data or the domain reach below 0
 };
 
-/// How a channel's domain is rounded and widened where the document leaves it open.
+/// How a channel's domain is rounded and widened where the document leaves it open, and where it runs.
 struct DomainRules {
   bool includesZero = false;
   bool isNice = false;
-  double margin = 0;  ///< pixels kept free at either end
-  double length = 0;  ///< pixels of the whole scale; for the margin
+  double padding = 0;  ///< pixels kept free at either end where the document tells none
+  double length = 0;   ///< pixels along which the domain runs, for its padding
+  bool isHorizontal = true;
 };
 
 /// Whether a continuous scale runs from its range's end to its start.

@@ -484,6 +484,17 @@ TEST(DocumentErrors, Scales) {
       {R"("scale": {"range": [0, 100]})",
        at + ".range: positions reach from 0 to the chart's width or height; use reverse to turn them round"},
       {R"("scale": {"scheme": "blues"})", at + ".scheme: is for the channel color only; leave it out"},
+      {R"("scale": {"domain": {"unionWith": []}})",
+       at + ".domain.unionWith: has no values; leave the domain out"},
+      {R"("scale": {"domain": {}})", at + ".domain.unionWith: has no values; leave the domain out"},
+      {R"("scale": {"domain": {"unionWith": ["2020-01-01"]}})",
+       at + ".domain.unionWith[0]: expects a number, as the field is quantitative"},
+      {R"("scale": {"type": "log", "domain": {"unionWith": [1, 0]}})",
+       at + ".domain.unionWith[1]: the domain of a log scale must be above 0"},
+      {R"("scale": {"padding": -1})", at + ".padding: expects a number of at least 0, not -1"},
+      {R"("scale": {"padding": "5"})", at + ".padding: expects a number, not \"5\""},
+      {R"("scale": {"paddingInner": 0.5})",
+       at + ".paddingInner: is for nominal and ordinal positions only; use padding"},
   });
   ExpectOfEncoding({
       {R"("x": {"field": "a", "type": "temporal", "scale": {"type": "log"}})",
@@ -500,6 +511,14 @@ TEST(DocumentErrors, Scales) {
       {R"("x": {"field": "a", "scale": {"zero": false}})",
        at + ".zero: is for quantitative and temporal fields only; leave it out"},
       {R"("x": {"field": "a", "scale": {"domain": []}})", at + ".domain: has no values; leave it out"},
+      {R"("x": {"field": "a", "scale": {"domain": {"unionWith": ["b"]}}})",
+       at + ".domain: unionWith is for quantitative and temporal fields only; list all values"},
+      {R"("x": {"field": "a", "type": "temporal", "scale": {"domain": {"unionWith": [1]}}})",
+       at + ".domain.unionWith[0]: expects a date such as \"2020-03-01\" or \"2020-03-01T12:00\""},
+      {R"("size": {"field": "a", "type": "quantitative", "scale": {"domain": {"unionWith": [1]}}})",
+       "$.encoding.size.scale.domain: unionWith is for positions only; list the ends of the domain"},
+      {R"("size": {"field": "a", "type": "quantitative", "scale": {"padding": 1}})",
+       "$.encoding.size.scale.padding: is for positions only; widen the domain instead"},
   });
 }
 
