@@ -1,4 +1,4 @@
-#include <cmath>
+#include <algorithm>
 
 #include "ChartDrawing.h"
 
@@ -9,12 +9,19 @@ std::string X(std::string const& scale, std::string const& type = "quantitative"
   return R"("x":{"field":"f0","type":")" + type + R"(","scale":{)" + scale + "}}";
 }
 
-std::vector<double> Places(DrawnChart const& chart) {
-  std::vector<double> places;
-  for (SymbolMarks const* marks : FindMarks<SymbolMarks>(chart.scene, "marks")) {
-    auto const& column = marks->x.column->AsTypedArray<double>();
+void CollectPlaces(Group const& group, std::vector<double>& places) {
+  for (SceneNode const& node : group.nodes) {
+    if (auto const* child = std::get_if<std::unique_ptr<Group>>(&node)) CollectPlaces(**child, places);
+    auto const* marks = std::get_if<SymbolMarks>(&node);
+    if (marks == nullptr) continue;
+    auto const& column = marks->x->AsTypedArray<double>();
     for (int row = 0; row < column.GetCount(); ++row) places.push_back(column.GetElement(row));
   }
+}
+
+std::vector<double> Places(DrawnChart const& chart) {
+  std::vector<double> places;
+  CollectPlaces(chart.scene.root, places);
   return places;
 }
 
@@ -130,6 +137,21 @@ TEST(DomainExtension, RefusesWhatLeavesNoDomain) {
        ".domain.unionWith[1]: expects a number from -1e307 to 1e307"},
   };
   ChartDrawing const drawing;
+  // Of several layers the one that asks for too much is named, and a whole domain leaves nothing to list.
+  auto const layers = [&](char const* first, char const* second) {
+    return drawing.DescribeError(
+        R"({"width":100,"data":{"values":[{"f0":1},{"f0":2}]},"layer":[{"mark":"line",)"
+        R"("encoding":{)" +
+        X(first) + R"(}},{"mark":"circle","encoding":{)" + X(second) + "}}]}");
+  };
+  EXPECT_EQ(
+      layers("", R"("padding":60)"),
+      "chart.vl.json: $.layer[1].encoding.x.scale.padding: expects a number below 50, half of the axis' 100 "
+      "pixels, not 60");
+  EXPECT_EQ(
+      layers(R"("domain":[0,9])", R"("domain":{"unionWith":[10]})"),
+      "chart.vl.json: $.layer[1].encoding.x.scale.domain: differs from what $.layer[0].encoding.x says of "
+      "the scale that both share");
   for (Case const& c : cases) {
     EXPECT_EQ(drawing.DescribeError(MakeDocument("\"circle\"", c.rows, c.encoding)),
               std::string("chart.vl.json: $.encoding.x.scale") + c.error);

@@ -1,5 +1,7 @@
 #include <fmt/format.h>
 
+#include <cmath>
+
 #include "charts/document/Readers.h"
 #include "ostrelrtcore/OrtDateTime.h"
 
@@ -67,8 +69,12 @@ void CheckContinuousDomain(JsonValue const& value, Encoding const& encoding) {
   };
   if (!scale.unionWith.empty()) {
     CheckFieldValues(value, "scale.domain.unionWith", encoding.type, scale.unionWith);
-    for (std::size_t i = 0; i < scale.unionWith.size(); ++i)
-      checkSign(fmt::format("scale.domain.unionWith[{}]", i), Position(scale.unionWith[i]));
+    for (std::size_t i = 0; i < scale.unionWith.size(); ++i) {
+      std::string const place = fmt::format("scale.domain.unionWith[{}]", i);
+      double const number = Position(scale.unionWith[i]);
+      checkSign(place, number);
+      if (std::abs(number) > kLargestNumber) value.FailAt(place, "expects a number from -1e307 to 1e307");
+    }
   } else if (value.Get()["scale"].contains("domain")) {
     if (scale.domain.size() != 2) {
       value.FailAt("scale.domain",

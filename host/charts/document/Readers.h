@@ -61,6 +61,9 @@ bool IsPosition(Channel channel);
 bool IsFacet(Channel channel);
 /// x2 or y2.
 bool IsSecondPosition(Channel channel);
+/// Ends of domains beyond this are refused: no domain's length may exceed the range of doubles.
+inline constexpr double kLargestNumber = 1e307;
+
 /// Nominal or ordinal.
 bool IsDiscrete(FieldType type);
 /// Quantize, threshold or bin-ordinal.

@@ -4,6 +4,7 @@
 
 #include <cmath>
 
+#include "charts/document/Readers.h"
 #include "charts/scales/DomainRange.h"
 #include "ostrelrtcore/OrtDateTime.h"
 
@@ -13,7 +14,7 @@ namespace {
 using ort::core::OrtDateTime;
 using ort::core::StoreType;
 
-NodeId ElementAt0(GraphBuilder& graph, std::string const& name, NodeId column) {
+NodeId FirstOf(GraphBuilder& graph, std::string const& name, NodeId column) {
   return graph.Call(name, "element", {column, graph.Int(0)});
 }
 
@@ -31,7 +32,7 @@ NodeId FindUnits(GraphBuilder& graph, ScaledField const& field, NodeId lower, No
       graph.Call(field.name + " all units per pixel", "rangeUnitsPerPixel",
                  {makeColumn(" ranges to pad", range), makeColumn(" directions", graph.Bool(isHorizontal)),
                   length, length, graph.Real(1)});
-  return ElementAt0(graph, field.name + " units per pixel", units);
+  return FirstOf(graph, field.name + " units per pixel", units);
 }
 
 // From the scale's own space.
@@ -59,10 +60,6 @@ NumberExtent ReadUnion(Compilation const& compilation, Encoding const& encoding)
   for (std::size_t i = 0; i < encoding.scale.unionWith.size(); ++i) {
     std::string const place = fmt::format(".scale.domain.unionWith[{}]", i);
     double const number = ReadFieldNumber(compilation, encoding, encoding.scale.unionWith[i], place);
-    if (std::abs(number) > kLargestNumber) {
-      ThrowDocumentError(compilation.document, encoding.path + place,
-                         "expects a number from -1e307 to 1e307");
-    }
     extent.Add({number, number});
   }
   return extent;
@@ -79,15 +76,17 @@ NodeId HoldExtent(GraphBuilder& graph, std::string const& name, NodeId range, Nu
                  {makeColumn(" ranges", range), makeColumn(" least given", graph.Real(extent.lowest)),
                   makeColumn(" greatest given", graph.Real(extent.highest)), none, none, graph.Bool(false),
                   graph.Bool(false)});
-  return ElementAt0(graph, name + " extended range", extended);
+  return FirstOf(graph, name + " extended range", extended);
 }
 
-void PadDomain(Compilation& compilation, Encoding const& encoding, DomainRules const& rules,
+void PadDomain(Compilation& compilation, ScaleSource const& source, DomainRules const& rules,
                ScaledField& field) {
-  double const padding = encoding.scale.padding.value_or(0);
+  double const padding = source.encoding.scale.padding.value_or(0);
   if (padding == 0) return;
   auto const refuse = [&](std::string const& cause) {
-    ThrowDocumentError(compilation.document, encoding.path + ".scale.padding", cause);
+    auto const givesPadding = [](FieldUse const& use) { return use.encoding->scale.padding.has_value(); };
+    auto const use = std::ranges::find_if(source.uses, givesPadding);
+    ThrowDocumentError(compilation.document, use->encoding->path + ".scale.padding", cause);
   };
   double const pixels = rules.length - 2 * padding;
   if (!(pixels > 0)) {

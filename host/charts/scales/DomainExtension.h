@@ -8,9 +8,6 @@
 /// Domains made wider as the document says, before they take in 0 and are rounded.
 namespace ostrel::charts {
 
-/// Ends of domains beyond this are refused: no domain's length may exceed the range of doubles.
-inline constexpr double kLargestNumber = 1e307;
-
 struct NumberExtent {
   double lowest = std::numeric_limits<double>::infinity();
   double highest = -std::numeric_limits<double>::infinity();
@@ -23,8 +20,7 @@ struct NumberExtent {
   }
 };
 
-/// The extent of the values that `scale.domain.unionWith` lists, as data numbers. Throws DocumentError for
-/// values that no domain holds.
+/// The extent of the values that `scale.domain.unionWith` lists, as data numbers.
 NumberExtent ReadUnion(Compilation const& compilation, Encoding const& encoding);
 
 /// A range tuple widened to hold an extent.
@@ -33,7 +29,7 @@ NodeId HoldExtent(GraphBuilder& graph, std::string const& name, NodeId range, Nu
 /// Widens a domain, given in data numbers, so that `scale.padding` pixels are free at each of its ends: in
 /// the scale's own space, all pixels between them show what the whole axis showed. A point stays one. Throws
 /// DocumentError where the pixels take the whole axis, or the domain is not one of numbers or dates any more.
-void PadDomain(Compilation& compilation, Encoding const& encoding, DomainRules const& rules,
+void PadDomain(Compilation& compilation, ScaleSource const& source, DomainRules const& rules,
                ScaledField& field);
 
 }  // namespace ostrel::charts

@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "charts/data/ConvertColumn.h"
+#include "charts/document/Readers.h"
 #include "charts/scales/DomainEnds.h"
 #include "charts/scales/DomainExtension.h"
 #include "ostrelrtcore/OrtDateTime.h"
@@ -235,7 +236,7 @@ void PlanTime(Compilation& compilation, ScaleSource const& source, DomainRules c
   } else {
     SetGivenDomain(compilation, encoding, field);
   }
-  PadDomain(compilation, encoding, rules, field);
+  PadDomain(compilation, source, rules, field);
 }
 
 void CheckLog(Compilation& compilation, ScaleSource const& source) {
@@ -278,7 +279,7 @@ void PlanNumbers(Compilation& compilation, ScaleSource const& source, DomainRule
     field.rows[i].scaled = ToScaleSpace(graph, field, name, field.rows[i].numbers);
   }
   if (encoding.scale.domain.empty()) SetDataDomain(graph, source, listed, field);
-  PadDomain(compilation, encoding, rules, field);
+  PadDomain(compilation, source, rules, field);
   WidenDomain(graph, encoding, rules, field);
 }
 
