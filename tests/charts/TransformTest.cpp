@@ -77,7 +77,7 @@ TEST(Bars, StandOnTheirBaseLine) {
       // An aggregate stands on its axis, also beside a channel with two ends.
       {"2 4|6 10",
        R"("x":{"field":"f0","type":"quantitative"},"x2":{"field":"f1"},"y":{"aggregate":"count"})",
-       "26,0,41,100 59,0,91,100"},
+       "10,0,30,100 50,0,90,100"},
       {R"("a" 10 "u"|"a" 5 "v")", kBandX + "," + kY + R"(,"xOffset":{"field":"f2","type":"nominal"})",
        "14,0,50,100 50,50,86,100"},
       {"0 10|10 5", R"("x":{"field":"f0","type":"quantitative"},)" + kY, "6,0,11,100 89,50,94,100"},

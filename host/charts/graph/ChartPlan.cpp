@@ -247,7 +247,7 @@ class ScalePlanner {
       plan_.positions.push_back(std::make_unique<PositionScale>(
           PlanPositionDomain(compilation_, source,
                              MakeSpace(isHorizontal, IsDiscrete(source.encoding.type), request.length,
-                                       placing.offset, FindMargin(request.groups[i])))));
+                                       placing.offset, request.groups[i]))));
       placing.scale = plan_.positions.back().get();
     }
     WidenDomains(request, rows, added);
@@ -350,28 +350,43 @@ class ScalePlanner {
            !compilation_.document.IsMap();
   }
 
+  // Whether the rows of a layer have their places on a channel: it is not the one of their size.
+  bool IsPlace(LayerUse const& use) const {
+    LayerSpec const& spec = compilation_.document.layers[use.layer];
+    return IsHorizontal(spec.mark, spec.encodings) == (use.encoding->channel == Channel::Y);
+  }
+
   // Half a mark would reach out of the pane at the ends of a scale that its rows have their places on.
   double FindMargin(std::vector<LayerUse> const& uses) const {
     double margin = 0;
-    for (auto const& [encoding, layer] : uses) {
-      LayerSpec const& spec = compilation_.document.layers[layer];
-      bool const isPlace = IsHorizontal(spec.mark, spec.encodings) == (encoding->channel == Channel::Y);
-      bool const isInterval = encoding->bin || !encoding->timeUnit.empty();
-      if (IsPosition(encoding->channel) && isPlace && !isInterval)
-        margin = std::max(margin, GetDefinition(spec.mark).thickness.value_or(0));
+    for (LayerUse const& use : uses) {
+      bool const isInterval = use.encoding->bin || !use.encoding->timeUnit.empty();
+      if (IsPosition(use.encoding->channel) && IsPlace(use) && !isInterval)
+        margin = std::max(margin, GetDefinition(GetMark(use)).thickness.value_or(0));
     }
     return margin;
   }
 
+  // Places of bars, lines and areas are told apart best by a domain of their own; other numbers are compared
+  // with 0. The first layer decides.
+  bool IncludesZero(std::vector<LayerUse> const& uses) const {
+    LayerUse const& first = uses.front();
+    MarkDefinition const& definition = GetDefinition(GetMark(first));
+    return !((definition.thickness || definition.joinsRows) && IsPlace(first));
+  }
+
+  MarkSpec const& GetMark(LayerUse const& use) const { return compilation_.document.layers[use.layer].mark; }
+
   AxisSpace MakeSpace(bool isHorizontal, bool isDiscrete, LengthRequest const& length,
-                      std::optional<OffsetScale> const& offset, double margin) {
+                      std::optional<OffsetScale> const& offset, std::vector<LayerUse> const& uses) {
     AxisSpace space{.isHorizontal = isHorizontal,
                     .length = length.GetContinuous(),
                     .paneCount = isHorizontal ? plan_.grid.columnCount : plan_.grid.rowCount,
                     .step = std::nullopt,
                     .bandGap = offset ? kGapBetweenGroups : FindBandGap(compilation_.document),
                     .outerGap = offset ? std::optional(kGapBetweenGroups) : std::nullopt,
-                    .margin = margin,
+                    .includesZero = IncludesZero(uses),
+                    .margin = FindMargin(uses),
                     .labelFontSize = GuideStyle::kLabelFontSize,
                     .labelLimit = GuideStyle::kLabelLimit};
     if (length.length) return space;

@@ -81,17 +81,19 @@ NodeId HoldExtent(GraphBuilder& graph, std::string const& name, NodeId range, Nu
 
 void PadDomain(Compilation& compilation, ScaleSource const& source, DomainRules const& rules,
                ScaledField& field) {
-  double const padding = source.encoding.scale.padding.value_or(0);
+  double const padding = source.encoding.scale.padding.value_or(rules.padding);
   if (padding == 0) return;
+  // Padding that no document asks for is left out where there is no room for it.
   auto const refuse = [&](std::string const& cause) {
     auto const givesPadding = [](FieldUse const& use) { return use.encoding->scale.padding.has_value(); };
     auto const use = std::ranges::find_if(source.uses, givesPadding);
+    if (use == source.uses.end()) return;
     ThrowDocumentError(compilation.document, use->encoding->path + ".scale.padding", cause);
   };
   double const pixels = rules.length - 2 * padding;
   if (!(pixels > 0)) {
-    refuse(fmt::format("expects a number below {}, half of the axis' {} pixels, not {}", rules.length / 2,
-                       rules.length, padding));
+    return refuse(fmt::format("expects a number below {}, half of the axis' {} pixels, not {}",
+                              rules.length / 2, rules.length, padding));
   }
   GraphBuilder& graph = compilation.graph;
   NodeId const lower = ToScaleSpace(graph, field, field.name + " unpadded minimum", field.minimum);
@@ -102,14 +104,15 @@ void PadDomain(Compilation& compilation, ScaleSource const& source, DomainRules 
     std::string const name = field.name + " padded " + end;
     return ToDataNumber(graph, field, name, graph.Zip(name + " in scale", function, scaled, room));
   };
-  field.minimum = move("minimum", "subtract", lower);
-  field.maximum = move("maximum", "add", upper);
-  for (NodeId const end : {field.minimum, field.maximum}) {
-    if (!IsHeld(field, graph.Peek(end)->GetReal64())) {
-      refuse(fmt::format("{} of {} pixels at each end leave no domain that {} hold; use fewer", padding,
-                         rules.length, field.scaleType == ScaleType::Time ? "dates" : "numbers"));
-    }
+  NodeId const minimum = move("minimum", "subtract", lower);
+  NodeId const maximum = move("maximum", "add", upper);
+  for (NodeId const end : {minimum, maximum}) {
+    if (IsHeld(field, graph.Peek(end)->GetReal64())) continue;
+    return refuse(fmt::format("{} of {} pixels at each end leave no domain that {} hold; use fewer", padding,
+                              rules.length, field.scaleType == ScaleType::Time ? "dates" : "numbers"));
   }
+  field.minimum = minimum;
+  field.maximum = maximum;
 }
 
 }  // namespace ostrel::charts

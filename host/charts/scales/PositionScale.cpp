@@ -81,9 +81,9 @@ NodeId PlaceScaled(GraphBuilder& graph, PositionScale const& scale, std::string 
 void PlanContinuousDomain(Compilation& compilation, ScaleSource const& source, PositionScale& scale) {
   bool const isTime = scale.scaleType == ScaleType::Time;
   scale.field = ScaleField(compilation, source,
-                           {.includesZero = !isTime,
+                           {.includesZero = !isTime && scale.space.includesZero,
                             .isNice = !isTime,
-                             .padding = scale.space.margin,
+                            .padding = scale.space.margin,
                             .length = scale.space.length,
                             .isHorizontal = scale.space.isHorizontal});
   Range const range = PixelRange(scale.space, IsReversed(source.encoding, scale.field));

@@ -16,6 +16,7 @@ struct AxisSpace {
   std::optional<double> step;      ///< pixels of one value of a discrete scale, in place of the length
   std::optional<double> bandGap;   ///< the share of a step between two bands; nullopt: the values are points
   std::optional<double> outerGap;  ///< the share of a step before the first band; nullopt: half a gap
+  bool includesZero = true;        ///< of a domain of numbers, where the document does not say
   double margin = 0;               ///< pixels that a continuous scale keeps free at either end
   double labelFontSize = 10;
   double labelLimit = 180;  ///< of a label's lines, pixels, where the document gives none
