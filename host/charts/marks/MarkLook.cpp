@@ -1,9 +1,9 @@
 #include "charts/marks/MarkLook.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <cmath>
-
-#include <fmt/format.h>
 
 #include "charts/document/Readers.h"
 #include "charts/graph/Compilation.h"
