@@ -173,7 +173,7 @@ double ReadWholeNumber(std::string_view text) {
 
 BuiltinFamily TextFamily() {
   KeySegmentType const any = AnyValue();
-  constexpr char kWord[] = R"("inputs": [{"String": " Straße "}])";
+  static constexpr char kWord[] = R"("inputs": [{"String": " Straße "}])";
   return {
       "texts",
       {
