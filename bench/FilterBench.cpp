@@ -61,6 +61,7 @@ void Sizes(benchmark::internal::Benchmark* benchmark) {
   for (int const rows : {10, 1000, 100'000, 10'000'000}) {
     for (int const different : {8, 1'000'000}) benchmark->Args({rows, different});
   }
+  for (int const different : {1000, 100'000, 1'000'000}) benchmark->Args({1'000'000, different});
 }
 BENCHMARK(KeepOnlyUnique)->Apply(Sizes);
 BENCHMARK(PlainLoopWithStandardSet)->Apply(Sizes);
