@@ -248,19 +248,22 @@ TEST(Scales, FitTheTextsThatStandOnThem) {
   }
 }
 
+// Two layers with y axes of their own: the second one's scale, and what of resolve they share.
+std::string TwoLayers(std::string const& scale, std::string const& resolve) {
+  return R"({"width":100,"height":60,"data":{"values":[{"a":0,"b":0},{"a":90,"b":-5},{"a":20,"b":10}]},)"
+         R"("resolve":{"scale":{"y":"independent"})" +
+         resolve +
+         R"(},"layer":[)"
+         R"({"mark":"point","encoding":{"y":{"field":"a","type":"quantitative"}}},)"
+         R"({"mark":"point","encoding":{"y":{"field":"b","type":"quantitative","scale":)" +
+         scale + R"(}}}]})";
+}
+
 // The row of zeros stands at one height, and every row inside the pane.
 TEST(Layers, ShareTheZeroOfTheirScales) {
   ChartDrawing const drawing;
-  auto const draw = [&](std::string const& scale, std::string const& zero) {
-    std::string const document =
-        R"({"width":100,"height":60,"data":{"values":[{"a":0,"b":0},{"a":90,"b":-5},{"a":20,"b":10}]},)"
-        R"("resolve":{"scale":{"y":"independent"})" +
-        zero +
-        R"(},"layer":[)"
-        R"({"mark":"point","encoding":{"y":{"field":"a","type":"quantitative"}}},)"
-        R"({"mark":"point","encoding":{"y":{"field":"b","type":"quantitative","scale":)" +
-        scale + R"(}}}]})";
-    return DescribePlaces(drawing.Draw(document).scene);
+  auto const draw = [&](std::string const& scale, std::string const& shared) {
+    return DescribePlaces(drawing.Draw(TwoLayers(scale, shared)).scene);
   };
   EXPECT_EQ(draw("{}", ""), "60 0 47 / 38 56 0");
   EXPECT_EQ(draw("{}", R"(,"zero":{"y":"shared"})"), "38 0 29 / 38 56 0");
@@ -280,15 +283,7 @@ TEST(Layers, ShareTheZeroOfTheirScales) {
 TEST(Layers, ShareTheDomainOfTheirScales) {
   ChartDrawing const drawing;
   auto const draw = [&](std::string const& scale, std::string const& domain) {
-    std::string const document =
-        R"({"width":100,"height":60,"data":{"values":[{"a":0,"b":0},{"a":90,"b":-5},{"a":20,"b":10}]},)"
-        R"("resolve":{"scale":{"y":"independent"})" +
-        domain +
-        R"(},"layer":[)"
-        R"({"mark":"point","encoding":{"y":{"field":"a","type":"quantitative"}}},)"
-        R"({"mark":"point","encoding":{"y":{"field":"b","type":"quantitative","scale":)" +
-        scale + R"(}}}]})";
-    return DescribePlaces(drawing.Draw(document).scene);
+    return DescribePlaces(drawing.Draw(TwoLayers(scale, domain)).scene);
   };
   std::string const shared = R"(,"domain":{"y":"shared"})";
   // From -5 to 90.

@@ -96,6 +96,37 @@ void RefuseOfLegends(JsonObjectReader& reader) {
       .Refuse("type", "is not supported; the field's type tells it");
 }
 
+using Refusals = void (*)(JsonObjectReader&);
+
+GuideSpec ReadGuide(JsonValue const& value, GuidePlace place, Refusals refuseOthers) {
+  GuideSpec guide;
+  guide.isHidden = value.IsNull();
+  if (guide.isHidden) return guide;
+  JsonObjectReader reader(value);
+  reader.Title("title", guide.title);
+  AddMembers(reader, place, guide);
+  RefuseOfGuides(reader);
+  refuseOthers(reader);
+  reader.Read();
+  return guide;
+}
+
+// The defaults of config; `own` is a member that only a single guide has.
+GuideSpec ReadDefaults(JsonValue const& value, std::string const& kind, GuidePlace place,
+                       Refusals refuseOthers, char const* own) {
+  GuideSpec guide;
+  std::string const ownCause = "is no default; set it for the " + kind + " itself";
+  std::string const disableCause = "is not supported; set " + kind + " to null";
+  JsonObjectReader reader(value);
+  AddMembers(reader, place, guide);
+  RefuseOfGuides(reader);
+  refuseOthers(reader);
+  for (auto const* member : {"title", "format", "values", own}) reader.Refuse(member, ownCause.c_str());
+  reader.Refuse("disable", disableCause.c_str());
+  reader.Read();
+  return guide;
+}
+
 }  // namespace
 
 bool ResolveSpec::HasOwnScale(Channel channel) const { return Contains(independentScales, channel); }
@@ -145,56 +176,16 @@ HeaderSpec ReadHeader(JsonValue const& value) {
   return header;
 }
 
-GuideSpec ReadAxis(JsonValue const& value) {
-  GuideSpec axis;
-  axis.isHidden = value.IsNull();
-  if (axis.isHidden) return axis;
-  JsonObjectReader reader(value);
-  reader.Title("title", axis.title);
-  AddMembers(reader, kInAxis, axis);
-  RefuseOfGuides(reader);
-  RefuseOfAxes(reader);
-  reader.Read();
-  return axis;
-}
+GuideSpec ReadAxis(JsonValue const& value) { return ReadGuide(value, kInAxis, RefuseOfAxes); }
 
-GuideSpec ReadLegend(JsonValue const& value) {
-  GuideSpec legend;
-  legend.isHidden = value.IsNull();
-  if (legend.isHidden) return legend;
-  JsonObjectReader reader(value);
-  reader.Title("title", legend.title);
-  AddMembers(reader, kInLegend, legend);
-  RefuseOfGuides(reader);
-  RefuseOfLegends(reader);
-  reader.Read();
-  return legend;
-}
+GuideSpec ReadLegend(JsonValue const& value) { return ReadGuide(value, kInLegend, RefuseOfLegends); }
 
 GuideSpec ReadAxisConfig(JsonValue const& value) {
-  GuideSpec axis;
-  JsonObjectReader reader(value);
-  AddMembers(reader, kInAxisConfig, axis);
-  RefuseOfGuides(reader);
-  RefuseOfAxes(reader);
-  for (auto const* own : {"title", "format", "values", "orient"})
-    reader.Refuse(own, "is no default; set it for the axis itself");
-  reader.Refuse("disable", "is not supported; set axis to null");
-  reader.Read();
-  return axis;
+  return ReadDefaults(value, "axis", kInAxisConfig, RefuseOfAxes, "orient");
 }
 
 GuideSpec ReadLegendConfig(JsonValue const& value) {
-  GuideSpec legend;
-  JsonObjectReader reader(value);
-  AddMembers(reader, kInLegendConfig, legend);
-  RefuseOfGuides(reader);
-  RefuseOfLegends(reader);
-  for (auto const* own : {"title", "format", "values", "hidden"})
-    reader.Refuse(own, "is no default; set it for the legend itself");
-  reader.Refuse("disable", "is not supported; set legend to null");
-  reader.Read();
-  return legend;
+  return ReadDefaults(value, "legend", kInLegendConfig, RefuseOfLegends, "hidden");
 }
 
 }  // namespace ostrel::charts

@@ -166,6 +166,17 @@ class MeasureFunctor final : public IMultinaryFunctor {
   std::shared_ptr<TextMeasurer const> measurer_;
 };
 
+// A width for each text of a column in one font.
+template <auto measure>
+Registration MeasureTextsBy(std::shared_ptr<TextMeasurer const> const& measurer) {
+  return {Arity::Multinary,
+          0,
+          {ArrayOf(StoreType::String), Segment(StoreType::Tuple)},
+          ArrayOf(StoreType::Real64),
+          {},
+          [measurer] { return std::make_unique<MeasureFunctor<measure, 2>>(measurer); }};
+}
+
 LabelStrategy ReadStrategy(Value const& value) {
   OStringCore const text = ReadText(value);
   if (text == OStringCore(u"parity")) return LabelStrategy::Parity;
@@ -238,28 +249,14 @@ BuiltinFamily LabelFamily(std::shared_ptr<TextMeasurer const> measurer) {
            .help = "The width in pixels of each text in a font: a tuple of family, size, weight and slant.",
            .example = R"("inputs": [{"Array": {"type": "String", "values": ["10", "200"]}}, {"Tuple": )"
                       R"([{"String": "sans-serif"}, {"Real64": 10}, {"Int32": 400}, {"Int32": 0}]}])",
-           .registrations = {{Arity::Multinary,
-                              0,
-                              {ArrayOf(String), Segment(Tuple)},
-                              ArrayOf(Real64),
-                              {},
-                              [measurer] {
-                                return std::make_unique<MeasureFunctor<MeasureTexts, 2>>(measurer);
-                              }}}},
+           .registrations = {MeasureTextsBy<MeasureTexts>(measurer)}},
           {.name = "measureWords",
            .inputs = {"texts", "font"},
            .help = "The width in pixels of each text's widest word, which ends at blanks and at U+200B, in a "
                    "font: a tuple of family, size, weight and slant.",
            .example = R"("inputs": [{"Array": {"type": "String", "values": ["far off"]}}, {"Tuple": )"
                       R"([{"String": "sans-serif"}, {"Real64": 10}, {"Int32": 400}, {"Int32": 0}]}])",
-           .registrations = {{Arity::Multinary,
-                              0,
-                              {ArrayOf(String), Segment(Tuple)},
-                              ArrayOf(Real64),
-                              {},
-                              [measurer] {
-                                return std::make_unique<MeasureFunctor<MeasureWords, 2>>(measurer);
-                              }}}},
+           .registrations = {MeasureTextsBy<MeasureWords>(measurer)}},
           {.name = "measureFont",
            .inputs = {"font"},
            .help =
