@@ -1,0 +1,87 @@
+#include "charts/graph/StylePlan.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "charts/document/Readers.h"
+#include "charts/marks/MarkTable.h"
+
+namespace ostrel::charts {
+namespace {
+
+class StylePlanner {
+ public:
+  StylePlanner(Compilation& compilation, LayerRowList const& rows, ChartPlan& plan)
+      : compilation_(compilation), rows_(rows), plan_(plan) {}
+
+  void Plan(Channel channel, char const* name) {
+    for (auto const& uses : GroupUses(compilation_.document, channel)) {
+      ScaleSource source = MakeSource(compilation_, name, uses, rows_);
+      if (channel == Channel::Size) LimitSizes(source.encoding);
+      if (channel == Channel::Color) ChooseScheme(uses, source.encoding);
+      StyleScale const scale = PlanStyleScale(compilation_, source);
+      plan_.styles.push_back({scale, uses.front().layer});
+      for (PanePlan& pane : plan_.panes) {
+        for (std::size_t i = 0; i < uses.size(); ++i) {
+          LayerPlan& layer = pane.layers[uses[i].layer];
+          layer.channels.push_back({.encoding = uses[i].encoding,
+                                    .scaled = KeepPaneRows(compilation_.graph, layer, name, scale.rows[i],
+                                                           *rows_[uses[i].layer])});
+        }
+      }
+    }
+  }
+
+ private:
+  // Pixels of a bin, 0 without bins: ticks stand where bins end.
+  double FindBinWidth(PositionScale const& scale) const {
+    if (!scale.encoding.bin || scale.encoding.bin->isDone || scale.encoding.axis.tickCount) return 0;
+    auto const& ticks = compilation_.graph.Peek(scale.tickPositions)->AsTypedArray<double>();
+    return ticks.GetCount() < 2 ? 0 : std::abs(ticks.GetElement(1) - ticks.GetElement(0));
+  }
+
+  // Symbols on discrete values, or on bins, may become as large as these leave room for.
+  void LimitSizes(Encoding& encoding) const {
+    constexpr double kLeastArea = 9;
+    constexpr double kShareOfStep = 0.95;
+    GraphBuilder& graph = compilation_.graph;
+    std::optional<double> least;
+    for (auto const& scale : plan_.positions) {
+      double const step = scale->step >= 0 ? graph.Peek(scale->step)->GetReal64() : FindBinWidth(*scale);
+      if (step > 0) least = std::min(least.value_or(step), step);
+    }
+    ScaleSpec& spec = encoding.scale;
+    if (!least || !spec.range.empty() || spec.domainMid) return;
+    double const largest = std::pow(kShareOfStep * *least, 2);
+    spec.range = {ResolveScaleType(encoding) == ScaleType::Log ? std::min(kLeastArea, largest) : 0.0,
+                  largest};
+  }
+
+  // Marks that cover their places whole show a measure in colours of more than one hue.
+  void ChooseScheme(std::vector<LayerUse> const& uses, Encoding& encoding) const {
+    auto const covers = [&](LayerUse const& use) {
+      MarkDefinition const& mark = GetDefinition(compilation_.document.layers[use.layer].mark);
+      return mark.isMap || (mark.coversIntervals && mark.bandGap == 0);
+    };
+    ScaleSpec& spec = encoding.scale;
+    bool const isOpen = spec.scheme.empty() && spec.range.empty() && !spec.domainMid;
+    if (isOpen && !IsDiscrete(encoding.type) && std::ranges::all_of(uses, covers))
+      spec.scheme = "yellowgreenblue";
+  }
+
+  Compilation& compilation_;
+  LayerRowList const& rows_;
+  ChartPlan& plan_;
+};
+
+}  // namespace
+
+void PlanStyleScales(Compilation& compilation, LayerRowList const& rows, ChartPlan& plan) {
+  StylePlanner planner(compilation, rows, plan);
+  planner.Plan(Channel::Color, "color");
+  planner.Plan(Channel::Size, "size");
+  planner.Plan(Channel::Opacity, "opacity");
+  planner.Plan(Channel::Shape, "shape");
+}
+
+}  // namespace ostrel::charts
