@@ -37,6 +37,11 @@ std::vector<ListedFunction const*> SelectName(std::vector<ListedFunction> const&
   return selected;
 }
 
+// Element-wise functions but the special forms, which are told of special rows.
+bool KeepsSpecialRows(ListedFunction const& function) {
+  return function.form != "multinary" && !function.type.starts_with("special");
+}
+
 std::vector<std::string> ListFamilies(std::vector<ListedFunction> const& functions) {
   std::vector<std::string> families;
   for (auto const& function : functions) families.push_back(function.documentation.family);
@@ -85,8 +90,11 @@ Everything that charts and calls can use, by family. A signature names the input
 constant parameters; "in order" marks a function that carries state from row to row. Unary functions are
 mapped over a column, binary ones zipped over two or folded over one, multinary ones take whole values. Each
 example is a request to `ostrel call`, followed by its response; texts are measured with 10 pixels for every
-UTF-16 unit. The errors are what came of the example with one thing in it made wrong. A call whose inputs suit no
-registration of a name is answered with the list of them.
+UTF-16 unit. Element-wise functions are not shown special rows, which keep their kind in the result; the special
+forms tell what they make of them. A range tuple holds a minimum and a maximum (numbers, dates or special values), a
+mode code, the code of the field's type, and whether its scale is logarithmic. The errors are what came of the
+example with one thing in it made wrong. A call whose inputs suit no registration of a name is answered with the list of
+them.
 
 This file is made by `scripts/renew`.
 )";
@@ -110,7 +118,8 @@ std::string MakeFunctionPage(std::vector<ListedFunction> const& registrations, C
   std::string text = fmt::format("{} ({})\n\n  {}\n{}", first.name, first.documentation.family,
                                  first.documentation.help, MakeDetails(first.documentation.details, "  "));
   for (auto const* function : selected) {
-    text += fmt::format("\n{}\n  {}\n", GetSignature(*function), DescribeRegistration(*function));
+    text += fmt::format("\n{}\n  {}{}\n", GetSignature(*function), DescribeRegistration(*function),
+                        KeepsSpecialRows(*function) ? "; special rows keep their kind" : "");
   }
   std::string const errors = MakeErrors(selected, session, "  {:<4} {}\n", "");
   if (!errors.empty()) text += "\nErrors\n" + errors;

@@ -122,23 +122,27 @@ TEST(Functions, PageShowsAllRegistrationsAndWhatTheExampleGives) {
   auto functions = ListAll();
   std::erase_if(functions, [](auto const& function) { return function.name != "toReal64"; });
   CallSession session(services::MakeFixedMeasurer());
-  EXPECT_EQ(MakeFunctionPage(functions, session),
-            "toReal64 (map)\n\n"
-            "  The day number: days since 1899-12-30, with the time of day as fraction.\n\n"
-            "toReal64(dates: DateTime) -> Real64\n"
-            "  unary plain\n\n"
-            "toReal64(dates: DateTime) -> Real64\n"
-            "  unary special\n\n"
-            "Example\n"
-            R"(  {"function": "toReal64", "inputs": [{"DateTime": "1900-01-01T12:00:00.0000"}]})"
-            "\n"
-            R"(  {"result":{"Real64":2.5}})"
-            "\n"
-            R"(  {"function": "toReal64", "inputs": [{"Array": {"type": "DateTime", "values": )"
-            R"(["2020-03-01T12:00:00.0000", null], "specials": [[1, 9]]}}]})"
-            "\n"
-            R"(  {"result":{"Array":{"type":"Real64","values":[43891.5,null],"specials":[[1,1]]}}})"
-            "\n");
+  EXPECT_EQ(
+      MakeFunctionPage(functions, session),
+      "toReal64 (map)\n\n"
+      "  The day number: days since 1899-12-30, with the time of day as fraction.\n\n"
+      "  - `dates`: instants, to a ten-thousandth of a second\n"
+      "  - The result is in days.\n\n"
+      "  A column with special rows goes to the special form, in which they become 0, special of kind 1.\n\n"
+      "toReal64(dates: DateTime) -> Real64\n"
+      "  unary plain; special rows keep their kind\n\n"
+      "toReal64(dates: DateTime) -> Real64\n"
+      "  unary special\n\n"
+      "Example\n"
+      R"(  {"function": "toReal64", "inputs": [{"DateTime": "1900-01-01T12:00:00.0000"}]})"
+      "\n"
+      R"(  {"result":{"Real64":2.5}})"
+      "\n"
+      R"(  {"function": "toReal64", "inputs": [{"Array": {"type": "DateTime", "values": )"
+      R"(["2020-03-01T12:00:00.0000", null], "specials": [[1, 9]]}}]})"
+      "\n"
+      R"(  {"result":{"Array":{"type":"Real64","values":[43891.5,null],"specials":[[1,1]]}}})"
+      "\n");
 }
 
 TEST(Functions, PageTellsTheErrorsThatFaultyCallsGive) {

@@ -38,6 +38,8 @@ constexpr Row kRows[] = {
          .inputs = {"values"},
          .isOrderDependent = true,
          .help = "Keeps the first row of every different number.",
+         .details =
+             R"(Rows are marked in their order; special rows stay special in the mask and are dropped by it.)",
          .example = R"("inputs": [{"Array": {"type": "Int32", "values": [4, 4, 7, 4, 7, 1]}}])"}),
     UnaryOperation<KeepOnlyUniqueFunctor<RIndirectString>>(
         {.name = TransformNames::KEEP_ONLY_UNIQUE,
@@ -50,6 +52,9 @@ constexpr Row kRows[] = {
          .inputs = {{"rectangles", StoreType::Tuple}},
          .help =
              "Keeps the rectangles (x, y, width, height in Real32) whose width and height are above zero.",
+         .details = R"(- `rectangles`: tuples of at least four members; x and y are not read
+
+NaN is not above zero.)",
          .example = R"("inputs": [{"Array": {"type": "Tuple", "values": [)"
                     R"({"Tuple": [{"Real32": 1}, {"Real32": 2}, {"Real32": 10}, {"Real32": 0}]}, )"
                     R"({"Tuple": [{"Real32": 1}, {"Real32": 2}, {"Real32": 0.5}, {"Real32": 0.5}]}]}}])"}),

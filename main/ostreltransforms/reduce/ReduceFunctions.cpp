@@ -23,6 +23,8 @@ constexpr Row IsDistinctPrev(char const* example) {
        .inputs = {"running", "values"},
        .isOrderDependent = true,
        .help = "Marks the first row and every row that differs from the one before.",
+       .details = R"(- `running`: not read
+- `values`: texts differ also by case; NaN differs from everything, itself included)",
        .example = example});
 }
 
@@ -33,6 +35,10 @@ constexpr Row IsPreviousValueNull(char const* example) {
        .inputs = {"running", "values"},
        .isOrderDependent = true,
        .help = "Marks the first row and every row after a missing or null one (kinds 1 and 9).",
+       .details = R"(- `running`: not read
+- `values`: only the kinds of their rows count
+
+Every row of the result is ordinary.)",
        .example = example});
 }
 
@@ -40,6 +46,7 @@ constexpr Row kRows[] = {
     Binary<BitOr<int>>({.name = TransformNames::BITOR_REDUCE,
                         .inputs = {"running", "values"},
                         .help = "The bits that are set in any of the numbers so far.",
+                        .details = R"(- `running`: the bits so far; first the initial value, else 0)",
                         .example = R"("inputs": [{"Array": {"type": "Int32", "values": [1, 4, 2]}}])"}),
     Binary<BitOr<int64>>({.name = TransformNames::BITOR_REDUCE,
                           .inputs = {"running", "values"},
@@ -50,6 +57,8 @@ constexpr Row kRows[] = {
          .inputs = {"running", "values"},
          .isOrderDependent = true,
          .help = "The number as long as all are one, from then on the first running value.",
+         .details =
+             R"(- `running`: only that of the first row counts, which is the initial value: what is to be shown where numbers differ)",
          .example =
              R"("inputs": [{"Array": {"type": "Int32", "values": [5, 5, 7]}}], "initial": {"Int32": -1})"}),
     IsDistinctPrev<RIndirectString>(
@@ -77,17 +86,31 @@ constexpr Row kRows[] = {
          .inputs = {"running", "values"},
          .isOrderDependent = true,
          .help = "The top of each row's segment when numbers are stacked, those below 0 apart.",
+         .details = R"(- `running`: not read
+- `values`: lengths of segments, in one unit, from the origin outwards
+
+A number below 0 goes onto the lower pile, any other onto the upper; a special row goes with what stands in it, usually 0,
+onto the upper pile, or onto the lower one as long as the upper is at 0. Every row of the result is ordinary.)",
          .example = R"("inputs": [{"Array": {"type": "Real64", "values": [3, -2, 4, -1]}}])"}),
     SpecialBinaryOperation<StackValuesTCFunctor<double, false>>(
         {.name = TransformNames::PREV_STACK_VALUE,
          .inputs = {"running", "values"},
          .isOrderDependent = true,
          .help = "The bottom of each row's segment when numbers are stacked, those below 0 apart.",
+         .details = R"(- `running`: not read
+- `values`: lengths of segments, in one unit, from the origin outwards
+
+A number below 0 goes onto the lower pile, any other onto the upper; a special row goes with what stands in it, usually 0,
+onto the upper pile, or onto the lower one as long as the upper is at 0. Every row of the result is ordinary.)",
          .example = R"("inputs": [{"Array": {"type": "Real64", "values": [3, -2, 4, -1]}}])"}),
     Binary<WrapXPositionForMaps>(
         {.name = TransformNames::WRAP_X_FOR_MAPS,
          .inputs = {"reference", "positions"},
          .help = "A map position shifted by a whole number to the copy nearest to the position before.",
+         .details = R"(- `reference`: the position before; first the initial value
+- `positions`: in widths of the world
+
+The result is position - floor(position - reference + 0.5).)",
          .example =
              R"("inputs": [{"Array": {"type": "Real64", "values": [0.9, 0.2, 0.7]}}], "initial": {"Real64": 0.1})"}),
     Binary<End<float>>({.name = TransformNames::END,
@@ -103,11 +126,16 @@ constexpr Row kRows[] = {
          .inputs = {"running", "values"},
          .isOrderDependent = true,
          .help = "Numbers different values 0, 1, 2, ... in the order of their first appearance.",
+         .details = R"(- `running`: not read)",
          .example = R"("inputs": [{"Array": {"type": "Int32", "values": [5, 5, 9, 5, 2]}}])"}),
     Binary<GetMaxSizeForAxis>(
         {.name = TransformNames::MAX_AXIS_SIZE,
          .inputs = {"running", {"ranges", StoreType::Tuple}},
          .help = "The largest length of the axes' ranges so far.",
+         .details = R"(- `running`: the largest so far; first the initial value, else 0
+- `ranges`: range tuples (minimum, maximum, mode, type code, is logarithmic); a special end counts as 0
+
+The length is |maximum - minimum|, of dates in days. NaN on either side gives the row's own length.)",
          .example =
              R"("inputs": [{"Array": {"type": "Tuple", "values": [)"
              R"({"Tuple": [{"Real64": 2}, {"Real64": 5}, {"Int32": 0}, {"Int32": 4}, {"Bool": false}]}, )"
@@ -117,6 +145,8 @@ constexpr Row kRows[] = {
         {.name = TransformNames::IS_AXIS_LOCKED,
          .inputs = {"running", {"ranges", StoreType::Tuple}},
          .help = "Whether any of the axes so far has a locked range (mode 3).",
+         .details = R"(- `running`: what held so far; first the initial value, else false
+- `ranges`: range tuples (minimum, maximum, mode, type code, is logarithmic))",
          .example =
              R"("inputs": [{"Array": {"type": "Tuple", "values": [)"
              R"({"Tuple": [{"Real64": 2}, {"Real64": 5}, {"Int32": 0}, {"Int32": 4}, {"Bool": false}]}, )"

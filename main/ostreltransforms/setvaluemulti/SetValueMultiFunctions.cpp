@@ -21,25 +21,41 @@ using namespace ort::core;
 
 constexpr Slot kDate = {"date", StoreType::DateTime};
 
+constexpr char kDifferenceDetails[] = R"(- `a`, `b`: instants; the later first gives a result above 0
+
+Parts of a unit are cut off, towards 0.)";
+
 // The registrations of each of these differ in nothing but what is named here.
 template <auto fn>
 constexpr Row Difference(wchar_t const* const& name, char const* help) {
   return Multinary<Subscripted<fn>>({.name = name,
                                      .inputs = {{"a", StoreType::DateTime}, {"b", StoreType::DateTime}},
                                      .help = help,
+                                     .details = kDifferenceDetails,
                                      .example = R"("inputs": [{"DateTime": "2020-03-01T12:00:00.0000"}, )"
                                                 R"({"DateTime": "2020-02-28T11:59:59.0000"}])"});
 }
 
 constexpr char kAccumulateHelp[] = "The total of a column's ordinary rows, in every row.";
+constexpr char kAccumulateDetails[] =
+    R"(Int64 wraps around; Real64 is added in order. Special rows are passed over; a column without others is special of kind 1
+in every row.)";
+
+constexpr char kInterpolateDetails[] = R"(- `fraction`: 0 is `from` and 1 is `to`; it goes on beyond
+- `from`, `to`: of one type, else 220 is thrown)";
 
 constexpr Row Interpolated(StoreType type, char const* example) {
   return Multinary<InterpolateValues>({.name = TransformNames::INTERPOLATE,
                                        .inputs = {"fraction", {"from", type}, {"to", type}},
                                        .output = type,
                                        .help = "The value a fraction of the way from one to another.",
+                                       .details = kInterpolateDetails,
                                        .example = example});
 }
+
+constexpr char kExtremumDetails[] =
+    R"(The rows of a column, or the payloads of a key set or key map; special ones are passed over. Of equal values the first is
+taken; a NaN only when it comes first. Special of kind 1 where there is none; without inputs the type's zero.)";
 
 template <class T, bool greatest>
 constexpr Row Extremum(wchar_t const* const& name, char const* help, char const* example) {
@@ -48,6 +64,7 @@ constexpr Row Extremum(wchar_t const* const& name, char const* help, char const*
                                                .inputs = {{"values", ArrayOf(kType)}},
                                                .output = kType,
                                                .help = help,
+                                               .details = kExtremumDetails,
                                                .example = example});
 }
 
@@ -130,6 +147,10 @@ constexpr Row kRows[] = {
                     {"b", StoreType::Int32},
                     {"candidates", ArrayOf(StoreType::Int32)}},
          .help = "The first candidate that times a factor exceeds the larger of two counts; 0 if none does.",
+         .details = R"(- `a`, `b`, `candidates`: counts of one unit of time
+- `factor`: what a count is multiplied by before it is compared, in single precision
+
+Special rows are no candidates.)",
          .example = R"("inputs": [{"Int32": 3}, {"Real32": 2}, {"Int32": 7}, )"
                     R"({"Array": {"type": "Int32", "values": [1, 3, 4, 6]}}])"}),
     Multinary<FindLargestGap>(
@@ -137,6 +158,10 @@ constexpr Row kRows[] = {
          .inputs = {{"slots", ArrayOf(StoreType::Int32)}},
          .output = StoreType::Tuple,
          .help = "The first and last slot of the largest gap in a circle of slots, of which 0 are empty.",
+         .details = R"(- `slots`: 0 for an empty slot; the last one is followed by the first
+
+The result is a tuple of two Int32, counted from 0; (0, 0) where no slot is empty, or all are. The length of a gap across
+the end is not corrected for that, so that any later gap replaces it; of gaps equally long the first is taken.)",
          .example = R"("inputs": [{"Array": {"type": "Int32", "values": [0, 0, 1, 0, 0, 0, 1]}}])"}),
     Difference<Calendar::DaysDifference>(TransformNames::DAYS_DIFFERENCE,
                                          "The whole days between two dates."),
@@ -150,11 +175,16 @@ constexpr Row kRows[] = {
         {.name = TransformNames::DAYS_TO_WEEK_START,
          .inputs = {kDate, {"weekStart", StoreType::Int32}},
          .help = "The days since the week began, on day 1 (Sunday) to 7; below 0 where it begins later.",
+         .details = R"(- `weekStart`: the first day of weeks, 1 (Sunday) to 7
+
+The result is the weekday, 0 to 6, less `weekStart` plus 1; it is not brought back above 0.)",
          .example = R"("inputs": [{"DateTime": "2020-03-01T12:00:00.0000"}, {"Int32": 1}])"}),
     Multinary<Subscripted<Calendar::FiscalYear>>(
         {.name = TransformNames::FISCAL_YEAR,
          .inputs = {{"startMonth", StoreType::Int32}, kDate},
          .help = "The fiscal year of a date, named after the calendar year in which it ends.",
+         .details =
+             R"(- `startMonth`: the first month of fiscal years, 1 to 12, else 0 is thrown; with 1 they are calendar years)",
          .example = R"("inputs": [{"Int32": 7}, {"DateTime": "2020-07-01T00:00:00.0000"}])"}),
     Multinary<Subscripted<Calendar::HasTime>>(
         {.name = TransformNames::HAS_TIME,
@@ -164,6 +194,8 @@ constexpr Row kRows[] = {
                     {"checksSecond", StoreType::Bool},
                     {"checksFraction", StoreType::Bool}},
          .help = "Whether one of the named parts of the time of day is not 0.",
+         .details =
+             R"(- `checksHour`, `checksMinute`, `checksSecond`, `checksFraction`: the parts that are looked at)",
          .example = R"("inputs": [{"DateTime": "2020-03-01T12:00:00.0000"}, {"Bool": true}, )"
                     R"({"Bool": false}, {"Bool": false}, {"Bool": false}])"}),
     Multinary<Subscripted<Calendar::StartOfPeriod>>(
@@ -175,18 +207,25 @@ constexpr Row kRows[] = {
          .help =
              "The start of the fiscal year (0), fiscal quarter, month, week, day, hour, minute or second (7) "
              "that holds a date; in a month after its first day that of the next one.",
+         .details =
+             R"(- `period`: 0 fiscal year, 1 fiscal quarter, 2 month, 3 week, 4 day, 5 hour, 6 minute, 7 second; any other gives the
+  default instant
+- `startMonth`: the first month of fiscal years, 1 to 12
+- `weekStart`: the first day of weeks, 1 (Sunday) to 7; a week that begins later than the date's day gives a later date)",
          .example = R"("inputs": [{"Int32": 1}, {"DateTime": "2021-02-10T12:00:00.0000"}, {"Int32": 4}, )"
                     R"({"Int32": 1}])"}),
     Multinary<Accumulate<int64>>({.name = TransformNames::ACCUMULATE,
                                   .inputs = {{"column", ArrayOf(StoreType::Int64)}},
                                   .output = ArrayOf(StoreType::Int64),
                                   .help = kAccumulateHelp,
+                                  .details = kAccumulateDetails,
                                   .example = R"("inputs": [{"Array": {"type": "Int64", )"
                                              R"("values": [1, null, 2], "specials": [[1, 9]]}}])"}),
     Multinary<Accumulate<double>>({.name = TransformNames::ACCUMULATE,
                                    .inputs = {{"column", ArrayOf(StoreType::Real64)}},
                                    .output = ArrayOf(StoreType::Real64),
                                    .help = kAccumulateHelp,
+                                   .details = kAccumulateDetails,
                                    .example = R"("inputs": [{"Array": {"type": "Real64", )"
                                               R"("values": [1.5, null, 2], "specials": [[1, 9]]}}])"}),
     Interpolated(StoreType::Int32, R"("inputs": [{"Real64": 0.25}, {"Int32": 0}, {"Int32": 10}])"),
@@ -206,6 +245,7 @@ constexpr Row kRows[] = {
     Multinary<ColumnNotEmpty>({.name = TransformNames::COLUMN_NOT_EMPTY,
                                .inputs = {{"column", StoreType::Array}, "countsAsFilled"},
                                .help = "Whether a column has rows, or a flag is set.",
+                               .details = R"(- `column`: of any type; special rows are rows)",
                                .example = R"("inputs": [{"Array": {"type": "Int32", "values": []}}, )"
                                           R"({"Bool": false}])"}),
     kExcludeHiddenMarks,
