@@ -73,7 +73,7 @@ TEST(ChartPlan, PlacesSymbolsByTheScalesOfTheirChannels) {
       {R"("b" 0|"a" 1)", kNominalX + R"(,"sort":null},)" + kY, "25,100 75,0"},
       {R"("b" 0|"a" 1)", kNominalX + R"(,"sort":"descending"},)" + kY, "25,100 75,0"},
       {R"("b" 0|"a" 1)", kNominalX + R"(,"scale":{"reverse":true}},)" + kY, "25,100 75,0"},
-      {R"("c" 0|"a" 1|"b" 1|"d" 1)", kNominalX + R"(,"sort":["b","x","d"]},)" + kY, "88,100 62,0 12,0 38,0"},
+      {R"("c" 0|"a" 1|"b" 1|"d" 1)", kNominalX + R"(,"sort":["b","x","d"]},)" + kY, "62,100 88,0 12,0 38,0"},
       {"10 0|9 1", kNominalX + "}," + kY, "75,100 25,0"},
       // Channels without a field.
       {"0 0|10 1", kX + "}", "0,50 100,50"},

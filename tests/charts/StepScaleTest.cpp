@@ -59,7 +59,7 @@ TEST(StepScale, PutsNumbersIntoStepsAndLabelsTheirEnds) {
       {"0|5|10", Field(R"({"type":"quantize","scheme":{"name":"blues","count":7}})"), "0 3 6",
        "f0|0.00|1.43|2.86|4.29|5.71|7.14|8.57|10.00"},
       {"3|3", Field(R"({"type":"quantize","scheme":{"name":"blues","count":1}})"), "0 0", "f0|0|6"},
-      {"0|2", Field(R"({"type":"quantize"})"), "0 3", "f0|0.0|0.5|1.0|1.5|2.0"},
+      {"0|2", Field(R"({"type":"quantize"})"), "0 4", "f0|0.0|0.4|0.8|1.2|1.6|2.0"},
       {"-1|0|1|9.5|10|400", Field(R"({"type":"threshold","domain":[0,10],)" + three + "}"), "0 1 1 1 2 2",
        "f0|0|10"},
       {"1|9", Field(R"({"type":"threshold","domain":[0,10]})"), "1 1", "f0|0|10"},
@@ -97,7 +97,7 @@ TEST(StepScale, MiddleColorsStandAroundTheMiddle) {
     for (RectMark const* box : Boxes(scene)) colors.push_back(box->fill.GetValue());
     return colors;
   };
-  auto const scheme = [](int count) { return MakePaletteColors("redblue", count); };
+  auto const scheme = [](int count) { return MakePaletteColors("redblue", count, PaletteEnds::Left); };
   // As many steps on either side: those of the scheme, without its middle where that lies between two steps.
   EXPECT_EQ(boxes(scale(R"({"name":"redblue","count":5})")), scheme(5));
   std::vector<int> even = scheme(5);

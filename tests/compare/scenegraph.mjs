@@ -62,6 +62,11 @@ function edgesOf(item) {
   return [[item.x ?? 0, item.y ?? 0], [x2, y2]];
 }
 
+function hasArea(item) {
+  const [[x, y], [x2, y2]] = edgesOf(item);
+  return x !== x2 && y !== y2;
+}
+
 function readMark(mark) {
   if (mark.items.length === 0) return [];
   switch (mark.marktype) {
@@ -84,7 +89,8 @@ function readMark(mark) {
         paint: paintOf(item),
       }));
     default:
-      return mark.items.map((item) => ({ ...boxOf(edgesOf(item)), paint: paintOf(item) }));
+      // A rectangle without extent in one direction is not to be seen, a rule is.
+      return mark.items.filter((item) => mark.marktype !== 'rect' || hasArea(item)).map((item) => ({ ...boxOf(edgesOf(item)), paint: paintOf(item) }));
   }
 }
 

@@ -61,12 +61,11 @@ class Stops {
   int GetColor(std::size_t stop) const {
     return MakeOpaque(GetChannel(stop, 0), GetChannel(stop, 1), GetChannel(stop, 2));
   }
-  /// The i-th of `count` colours at even distances from the first stop to the last, the middle of one. The
-  /// place is divided once, so that middles between stops are exact.
-  int Interpolate(std::size_t i, std::size_t count) const {
+  /// The colour at `i` of `whole` even distances between the first stop and the last. The place is divided
+  /// once, so that middles between stops are exact.
+  int Interpolate(std::size_t i, std::size_t whole) const {
     double const last = static_cast<double>(GetCount() - 1);
-    double const along =
-        count == 1 ? last / 2 : static_cast<double>(i) * last / static_cast<double>(count - 1);
+    double const along = static_cast<double>(i) * last / static_cast<double>(whole);
     auto const stop = std::min(static_cast<std::size_t>(along), GetCount() - 2);
     double const part = along - static_cast<double>(stop);
     auto const mix = [&](std::size_t channel) {
@@ -107,7 +106,7 @@ std::vector<std::string_view> ListPaletteNames() {
   return names;
 }
 
-std::vector<int> MakePaletteColors(std::string_view name, int count) {
+std::vector<int> MakePaletteColors(std::string_view name, int count, PaletteEnds ends) {
   if (count < 0 || count > kMostColors) {
     ThrowError(ort::core::OrtError_WrongValueKind, fmt::format("a palette of {} colours", count));
   }
@@ -121,7 +120,10 @@ std::vector<int> MakePaletteColors(std::string_view name, int count) {
   PaletteRow const* row = Find(kRamps, lower);
   if (row == nullptr) ThrowUnknown(name);
   Stops const stops(*row);
-  for (std::size_t i = 0; i < colors.size(); ++i) colors[i] = stops.Interpolate(i, colors.size());
+  // A single colour is the middle one in either way.
+  std::size_t const first = ends == PaletteEnds::Left || count == 1 ? 1 : 0;
+  std::size_t const whole = colors.size() + 2 * first - 1;
+  for (std::size_t i = 0; i < colors.size(); ++i) colors[i] = stops.Interpolate(first + i, whole);
   return colors;
 }
 

@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
 #include "charts/graph/PeriodNodes.h"
 
 namespace ostrel::charts {
@@ -27,10 +29,17 @@ NodeId JoinColumns(GraphBuilder& graph, std::string const& name, char const* dis
   return graph.Call(name + " of all", "concatenate", parts);
 }
 
+// Whether something else than the values themselves tells their order; equals then stand as the data do.
+bool IsOrderGiven(ScaleSource const& source) {
+  auto const hasSortField = [](FieldUse const& use) { return !use.encoding->sortField.empty(); };
+  return source.encoding.keepsDataOrder || !source.encoding.sort.empty() ||
+         std::ranges::any_of(source.uses, hasSortField);
+}
+
 // The different values in the field's own order, numbers and dates by size, or in that of the data, as text.
 NodeId FindDomain(GraphBuilder& graph, ScaleSource const& source) {
   std::string const& name = source.name;
-  char const* const function = source.encoding.keepsDataOrder ? "distinct" : "distinctSorted";
+  char const* const function = IsOrderGiven(source) ? "distinct" : "distinctSorted";
   std::vector<NodeId> columns;
   std::vector<NodeId> texts;
   // Values that no row is left of have their place all the same.

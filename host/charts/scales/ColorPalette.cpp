@@ -22,7 +22,7 @@ OrtColor ReadColor(Compilation const& compilation, Encoding const& encoding, Lit
 }  // namespace
 
 NodeId PlanPalette(Compilation& compilation, Encoding const& encoding, std::string const& name, NodeId count,
-                   char const* defaultScheme, bool isReversed) {
+                   char const* defaultScheme, PaletteEnds ends, bool isReversed) {
   GraphBuilder& graph = compilation.graph;
   ScaleSpec const& scale = encoding.scale;
   NodeId palette = -1;
@@ -35,7 +35,8 @@ NodeId PlanPalette(Compilation& compilation, Encoding const& encoding, std::stri
         graph.Constant(name + " palette", factory::MakeArray<int>(StoreTypeInfo::Int32, std::move(colors)));
   } else {
     std::string const scheme = scale.scheme.empty() ? defaultScheme : scale.scheme;
-    palette = graph.Call(name + " palette", "colorScheme", {graph.Text(scheme), count});
+    char const* const function = ends == PaletteEnds::Taken ? "colorScheme" : "discreteColorScheme";
+    palette = graph.Call(name + " palette", function, {graph.Text(scheme), count});
   }
   return isReversed ? graph.Call(name + " reversed palette", "reverse", {palette}) : palette;
 }

@@ -14,7 +14,7 @@ namespace {
 namespace factory = ort::core::factory;
 using ort::core::StoreTypeInfo;
 
-constexpr int kDefaultSteps = 4;
+constexpr int kDefaultSteps = 5;
 // Labels of steps whose ends are not round have so many significant digits of the step's width.
 constexpr int kLabelDigits = 3;
 // Of a step: what rounding makes of a number that stands at a step's end.
@@ -145,8 +145,9 @@ class StepPlanner {
     int stops = steps.count;
     if (steps.isDiverging)
       stops = 2 * static_cast<int>(std::max(Peek(graph_, steps.left), Peek(graph_, steps.right))) + 1;
-    steps.palette = PlanPalette(compilation_, source_.encoding, "color", graph_.Int(stops),
-                                hasMiddle ? kDivergingScheme : kSequentialScheme, isReversed);
+    steps.palette =
+        PlanPalette(compilation_, source_.encoding, "color", graph_.Int(stops),
+                    hasMiddle ? kDivergingScheme : kSequentialScheme, PaletteEnds::Left, isReversed);
   }
 
   void PlanQuantize() {

@@ -64,7 +64,7 @@ StyleScale PlanCategoricalColor(Compilation& compilation, ScaleSource const& sou
   Encoding const& encoding = source.encoding;
   CategoryField const field = IndexCategories(compilation, source);
   char const* const scheme = encoding.type == FieldType::Ordinal ? kSequentialScheme : kCategoricalScheme;
-  NodeId const palette = PlanPalette(compilation, encoding, "color", field.count, scheme,
+  NodeId const palette = PlanPalette(compilation, encoding, "color", field.count, scheme, PaletteEnds::Left,
                                      encoding.scale.reverse.value_or(false));
   NodeId const wide = graph.Map("color palette values", "toInt64", palette);
   NodeId const size = graph.Call("color palette size", "count", {palette});
@@ -90,7 +90,7 @@ StyleScale PlanContinuousColor(Compilation& compilation, ScaleSource const& sour
   StyleScale scale{.channel = Channel::Color, .encoding = encoding};
   char const* const scheme = field.middle >= 0 ? kDivergingScheme : kSequentialScheme;
   scale.palette = PlanPalette(compilation, encoding, "color", graph.Int(kSchemeStops), scheme,
-                              IsReversed(encoding, field));
+                              PaletteEnds::Taken, IsReversed(encoding, field));
   for (std::size_t i = 0; i < source.uses.size(); ++i) {
     std::string const& label = source.uses[i].label;
     NodeId const fraction =

@@ -132,6 +132,7 @@ TEST(ChartFunctions, AnswerCalls) {
       {"visibleLabels", {Reals({0, 10, 20}, {0}), Reals({9, 9, 9}), Real(1), Text("greedy")}, "F|T|T"},
       {"visibleLabels", {Reals({0, 10, 20}), Reals({9, 9, 9}, {1}), Real(1), Text("greedy")}, "T|F|T"},
       {"colorScheme", {Text("viridis"), factory::MakeInt32(2)}, "-12320428|-137435"},
+      {"discreteColorScheme", {Text("viridis"), factory::MakeInt32(1)}, "-14577267"},
       {"timeUnitFloor",
        {Dates({OrtDateTime(2020, 5, 17, 12), {}}, {1}), Text("month")},
        "2012-05-01T00:00:00.0000|<9>"},

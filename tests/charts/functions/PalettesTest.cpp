@@ -60,6 +60,18 @@ TEST(Palettes, OfEveryNameHaveTheAskedLengthAreOpaqueAndRepeatable) {
   }
 }
 
+TEST(Palettes, OfDiscreteValuesLeaveTheEndsOfRamps) {
+  for (std::string_view const name : ListPaletteNames()) {
+    for (int const count : {0, 1, 2, 5, 8}) {
+      Colors whole = MakePaletteColors(name, count + 2);
+      bool const isRamp = whole.back() != MakePaletteColors(name, count + 3)[whole.size() - 1];
+      if (isRamp) whole.erase(whole.begin());
+      whole.resize(static_cast<std::size_t>(count));
+      EXPECT_EQ(MakePaletteColors(name, count, PaletteEnds::Left), whole) << name << ", " << count;
+    }
+  }
+}
+
 TEST(Palettes, RampsTakeMiddlesLinearly) {
   for (char const* name : {"viridis", "magma", "blues", "redblue", "cividis"}) {
     Colors const coarse = MakePaletteColors(name, 3);
