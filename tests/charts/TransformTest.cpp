@@ -118,11 +118,30 @@ TEST(Tooltips, TellTheFieldsOfAllChannels) {
        "<title>f0: a\nSum of f1: 10</title>"},
       {R"({"type":"bar","tooltip":{"content":"encoding"}})",
        kX + R"(,"y":{"field":"f1","aggregate":"sum"},)"
-            R"("tooltip":{"field":"f0","title":"name"})",
+            R"("tooltip":[{"field":"f0","title":"name"}])",
        "<title>name: a</title>"},
+      // A single field is told by its value alone.
+      {R"({"type":"bar","tooltip":null})",
+       kX + R"(,"y":{"field":"f1","aggregate":"mean"},"tooltip":{"field":"f0"})", "<title>a</title>"},
+      {R"({"type":"bar","tooltip":"one & all"})", kX, "<title>one &amp; all</title>"},
+      {R"("bar")", kX + R"(,"tooltip":{"value":"one"})", "<title>one</title>"},
+      // All fields, or what became of them.
+      {R"({"type":"point","tooltip":{"content":"data"}})", kX, "<title>f0: a\nf1: 4</title>"},
+      {R"({"type":"bar","tooltip":{"content":"data"}})",
+       R"("x":{"field":"f0","sort":"-y"},"y":{"field":"f1","aggregate":"mean"})",
+       "<title>f0: a\nmean_f1: 5</title>"},
+      // Lines and areas tell their first rows, rules and texts each its own.
+      {R"({"type":"line","tooltip":true})", kX + R"(,"y":{"field":"f1","type":"quantitative"})",
+       "<title>f0: a\nf1: 4</title></path>"},
+      {R"({"type":"area","tooltip":true})", kX + R"(,"y":{"field":"f1","type":"quantitative"})",
+       "<title>f0: a\nf1: 4</title></path>"},
+      {R"({"type":"rule","tooltip":true})", R"("y":{"field":"f1","type":"quantitative"})",
+       "<title>f1: 6</title></path>"},
+      {R"({"type":"text","tooltip":true})", R"("text":{"field":"f1","type":"quantitative"})",
+       "<title>f1: 6</title>6</text>"},
       {R"({"type":"bar","tooltip":true})",
        R"("x":{"field":"f1","bin":{"step":5}},"y":{"aggregate":"count","title":"n"})",
-       "<title>f1 (binned): 0\nn: 1</title>"},
+       "<title>f1 (binned): 0 \u2013 5\nn: 1</title>"},
   };
   for (auto const& [mark, encoding, text] : cases) {
     std::string const svg = drawing.DrawSvg(MakeDocument(mark, R"("a" 4|"a" 6)", encoding));

@@ -154,6 +154,9 @@ struct Encoding {
   std::string derivedTitle;  ///< "Sum of people"
 };
 
+/// What a mark tells of each row where no channel tooltip does: the fields of its channels, or all fields.
+enum class TooltipContent { None, Encoding, Data };
+
 struct MarkSpec {
   std::string type;  ///< a name of the table of marks
   std::string path = "$.mark";
@@ -169,7 +172,8 @@ struct MarkSpec {
   LineInterpolation interpolation = LineInterpolation::Linear;
   std::vector<double> orientations;  ///< of words, degrees clockwise: multiples of 90
   bool hasPoints = false;            ///< a line with a symbol at every row
-  std::optional<bool> tooltip;
+  TooltipContent tooltip = TooltipContent::None;
+  std::string tooltipText;  ///< of all rows
   std::optional<bool> clip;
   std::optional<bool> isHorizontal;  ///< "orient"
   bool hasLine = false;              ///< an area with a line at its upper end

@@ -79,7 +79,7 @@ constexpr ChannelParts kChannels[] = {
     {.name = "detail", .channel = Channel::Detail, .isList = true},
     {.name = "order", .channel = Channel::Order, .hasSort = true, .isList = true},
     {.name = "text", .channel = Channel::Text, .hasValue = true, .hasFormat = true, .isList = true},
-    {.name = "tooltip", .channel = Channel::Tooltip, .hasFormat = true, .isList = true},
+    {.name = "tooltip", .channel = Channel::Tooltip, .hasValue = true, .hasFormat = true, .isList = true},
     {.name = "longitude", .channel = Channel::Longitude},
     {.name = "latitude", .channel = Channel::Latitude},
     {.name = "row", .channel = Channel::Row, .hasSort = true, .hasHeader = true},
@@ -220,6 +220,8 @@ void ReadField(JsonValue const& value, ChannelParts const& parts, Encoding& enco
   RefuseFurther(reader);
   reader.Read();
   bool const isCount = encoding.aggregate == AggregateOperation::Count;
+  if (value.Has("datum") && parts.channel == Channel::Tooltip)
+    value.FailAt("datum", "has no scale here; use value");
   if (value.Has("datum") && (!encoding.field.empty() || encoding.aggregate))
     value.FailAt("datum", "is given beside a field; leave one of them out");
   if (encoding.field.empty() && !isCount && !value.Has("datum")) {
@@ -293,6 +295,8 @@ std::vector<Encoding> ReadEncodings(JsonValue const& view, std::vector<ChannelMe
       if (channel.IsNull()) return;  // a layer does without what the view hands down
       if (!parts.isList || !channel.Get().is_array()) {
         encodings.push_back(ReadEncoding(channel, parts));
+        // A single field is told without its name.
+        if (parts.channel == Channel::Tooltip) encodings.back().title = {true, ""};
         return;
       }
       for (JsonValue const& part : channel.ReadArray()) encodings.push_back(ReadEncoding(part, parts));

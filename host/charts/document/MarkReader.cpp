@@ -29,6 +29,8 @@ constexpr NamedValue<LineInterpolation> kInterpolationNames[] = {
     {"step", LineInterpolation::Step},
     {"monotone", LineInterpolation::Monotone}};
 
+constexpr NamedValue<TooltipContent> kTooltipContents[] = {{"encoding", TooltipContent::Encoding},
+                                                           {"data", TooltipContent::Data}};
 constexpr NamedValue<bool> kOrientations[] = {{"horizontal", true}, {"vertical", false}};
 constexpr NamedValue<char const*> kAlignments[] = {
     {"left", "left"}, {"center", "center"}, {"right", "right"}};
@@ -86,16 +88,21 @@ bool HasChannel(MarkDefinition const& mark, Channel channel) {
   return std::ranges::find(mark.channels, channel) != mark.channels.end();
 }
 
-/// Whether the fields of all channels are told.
-bool ReadTooltip(JsonValue const& value) {
-  if (value.IsOff()) return false;
-  if (!value.IsObject()) return value.ReadBool();
-  std::string content;
-  JsonObjectReader(value).Text("content", content).Read();
-  if (content == "data")
-    value.FailAt("content", "\"data\" is not supported; list the fields in the channel tooltip");
-  if (content != "encoding") value.FailAt("content", "expects \"encoding\"");
-  return true;
+void ReadTooltip(JsonValue const& value, MarkSpec& mark) {
+  if (value.IsNull()) return;
+  if (value.Get().is_string()) {
+    mark.tooltipText = value.ReadText();
+  } else if (value.IsObject()) {
+    JsonObjectReader(value)
+        .OneOf("content", mark.tooltip, std::span<NamedValue<TooltipContent> const>(kTooltipContents))
+        .Refuse("expr", "is not supported; calculate a field and give it to the channel tooltip")
+        .Read();
+    if (mark.tooltip == TooltipContent::None) value.Fail("expects content, \"encoding\" or \"data\"");
+  } else if (value.Get().is_boolean()) {
+    mark.tooltip = value.ReadBool() ? TooltipContent::Encoding : TooltipContent::None;
+  } else {
+    value.Fail("expects true, false, a text or {\"content\": ...}, not " + value.Describe());
+  }
 }
 
 /// Refuses what some marks have and this one would pass over.
@@ -153,7 +160,7 @@ MarkSpec ReadMark(JsonValue const& value) {
       .OneOf("fit", mark.fit, std::span<NamedValue<char const*> const>(kFits))
       .OneOf("dir", mark.isRightToLeft, std::span<NamedValue<bool> const>(kDirections))
       .On("text", [&mark](JsonValue const& text) { mark.text = text.ReadLines(); })
-      .On("tooltip", [&mark](JsonValue const& tooltip) { mark.tooltip = ReadTooltip(tooltip); })
+      .On("tooltip", [&mark](JsonValue const& tooltip) { ReadTooltip(tooltip, mark); })
       .Refuse("fillOpacity", "is not supported; use opacity")
       .Refuse("strokeOpacity", "is not supported; use opacity")
       .Refuse("style", "named styles are not supported; set the mark's own properties")
@@ -170,12 +177,14 @@ std::string ListMarkNames() {
 }
 
 void CheckChannels(std::string const& fileName, LayerSpec const& layer) {
-  for (Encoding const& encoding : layer.encodings) {
-    auto const hasIt = [&](MarkDefinition const& mark) { return HasChannel(mark, encoding.channel); };
-    if (IsFacet(encoding.channel) || hasIt(GetDefinition(layer.mark))) continue;
+  auto const check = [&](Channel channel, std::string const& path) {
+    auto const hasIt = [&](MarkDefinition const& mark) { return HasChannel(mark, channel); };
+    if (IsFacet(channel) || hasIt(GetDefinition(layer.mark))) return;
     throw DocumentError(
-        fmt::format("{}: {}: is for {} only; leave it out", fileName, encoding.path, ListMarks(hasIt)));
-  }
+        fmt::format("{}: {}: is for {} only; leave it out", fileName, path, ListMarks(hasIt)));
+  };
+  for (Encoding const& encoding : layer.encodings) check(encoding.channel, encoding.path);
+  if (layer.mark.tooltip != TooltipContent::None) check(Channel::Tooltip, layer.mark.path + ".tooltip");
 }
 
 }  // namespace ostrel::charts

@@ -28,10 +28,17 @@ void CheckData(JsonValue const& value) {
   if (!value.Has("url") && !value.Has("values")) value.Fail("expects url or values");
 }
 
-// The mark tells the fields of its channels, unless the document lists them.
+// One text for all rows.
+void AddTooltipText(LayerSpec& layer) {
+  Encoding& tooltip = layer.encodings.emplace_back();
+  tooltip.channel = Channel::Tooltip;
+  tooltip.path = layer.mark.path + ".tooltip";
+  tooltip.value = layer.mark.tooltipText;
+}
+
+// The fields of the mark's channels.
 void AddTooltips(LayerSpec& layer) {
   constexpr double kMaxBinsOfPositions = 10;
-  if (layer.Find(Channel::Tooltip) != nullptr) return;
   std::vector<Encoding> tooltips;
   for (Encoding const& encoding : layer.encodings) {
     bool const isCount = encoding.aggregate == AggregateOperation::Count;
@@ -40,7 +47,7 @@ void AddTooltips(LayerSpec& layer) {
              other.timeUnit == encoding.timeUnit;
     };
     bool const isTold = (!encoding.field.empty() || isCount) && std::ranges::none_of(tooltips, isSame);
-    if (!isTold || encoding.channel == Channel::Order || encoding.channel == Channel::Detail) continue;
+    if (!isTold || encoding.channel == Channel::Order || IsFacet(encoding.channel)) continue;
     Encoding& tooltip = tooltips.emplace_back();
     tooltip.channel = Channel::Tooltip;
     tooltip.path = layer.mark.path + ".tooltip";
@@ -124,7 +131,14 @@ void ViewReader::Finish(std::vector<LayerSpec>& layers) const {
   if (!data_) view_.FailAt("data", "is missing; give {\"url\": ...} or {\"values\": [...]}");
   if (!mark_) view_.FailAt("mark", "is missing; use one of " + ListMarkNames());
   LayerSpec layer{view_.GetPath(), data_, dataPath_, transforms_, *mark_, ReadEncodings(view_, encodings_)};
-  if (layer.mark.tooltip == true) AddTooltips(layer);
+  // What the document lists in the channel comes first.
+  if (layer.Find(Channel::Tooltip) != nullptr) {
+    layer.mark.tooltip = TooltipContent::None;
+  } else if (!layer.mark.tooltipText.empty()) {
+    AddTooltipText(layer);
+  } else if (layer.mark.tooltip == TooltipContent::Encoding) {
+    AddTooltips(layer);
+  }
   CheckChannels(view_.GetFileName(), layer);
   CheckFacets(layer);
   layers.push_back(std::move(layer));

@@ -1,6 +1,7 @@
 #include "charts/marks/MarkSpan.h"
 #include "charts/marks/Marks.h"
 #include "charts/marks/Series.h"
+#include "charts/marks/Tooltips.h"
 #include "charts/transforms/ChannelFields.h"
 
 // The mark area: what lies between the rows of each series and their base line.
@@ -13,8 +14,9 @@ struct AreaColumns {
   NodeId place = -1;  // Real64 columns; special where an area breaks
   NodeId from = -1;
   NodeId to = -1;
-  NodeId group = -1;  // Int32 column; -1 for a single area
-  NodeId color = -1;  // Color column; -1 where the channel has no field
+  NodeId group = -1;     // Int32 column; -1 for a single area
+  NodeId color = -1;     // Color column; -1 where the channel has no field
+  NodeId tooltips = -1;  // String column; -1 without: an area tells its first row's
 };
 
 class AreaPlan final : public MarkPlan {
@@ -29,12 +31,14 @@ class AreaPlan final : public MarkPlan {
     auto const* groups = columns_.group < 0 ? nullptr : &scene.results[columns_.group]->AsTypedArray<int>();
     auto const* colors =
         columns_.color < 0 ? nullptr : &scene.results[columns_.color]->AsTypedArray<OrtColor>();
+    TooltipReader const tooltips(scene.results, columns_.tooltips);
     AreaMark area;
     for (int row = 0; row < ends.x.GetCount(); ++row) {
       bool const isNew =
           row > 0 && groups != nullptr && groups->GetElement(row) != groups->GetElement(row - 1);
       if (isNew) Finish(area, scene.group);
       area.fill = colors != nullptr ? colors->GetElement(row) : look_.color;
+      if (area.points.empty()) area.tooltip = tooltips.Read(row);
       area.points.push_back(Turned(ends.Read(row)));
       area.basePoints.push_back(Turned(bases.Read(row)));
     }
@@ -74,10 +78,11 @@ std::unique_ptr<MarkPlan> Plan(MarkContext& context) {
                       .from = span.from,
                       .to = span.to,
                       .group = FindSeries(context),
-                      .color = context.GetScaled(Channel::Color)};
+                      .color = context.GetScaled(Channel::Color),
+                      .tooltips = PlanTooltips(context)};
   PlacedChannel const* const placed = context.Find(place);
-  std::vector<NodeId*> const all = {&columns.place, &columns.from, &columns.to, &columns.group,
-                                    &columns.color};
+  std::vector<NodeId*> const all = {&columns.place, &columns.from,  &columns.to,
+                                    &columns.group, &columns.color, &columns.tooltips};
   SortSeries(context, placed == nullptr ? -1 : placed->numbers, columns.color, all, columns.group);
   for (NodeId* column : all) {
     if (*column >= 0) context.GetGraph().Keep(*column);
@@ -91,7 +96,7 @@ MarkDefinition DefineArea() {
   return {.name = "area",
           .properties = {"fill", "strokeWidth", "interpolate", "line", "orient"},
           .channels = {Channel::X, Channel::Y, Channel::X2, Channel::Y2, Channel::Color, Channel::Opacity,
-                       Channel::Detail, Channel::Order},
+                       Channel::Detail, Channel::Order, Channel::Tooltip},
           .plan = Plan,
           .isStacked = true,
           .joinsRows = true,

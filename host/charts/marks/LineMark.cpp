@@ -1,6 +1,7 @@
 #include "charts/marks/Marks.h"
 #include "charts/marks/Series.h"
 #include "charts/marks/SymbolMark.h"
+#include "charts/marks/Tooltips.h"
 
 // The mark line: lines through the rows of each group, in the order of x or of the channel order.
 namespace ostrel::charts {
@@ -11,8 +12,9 @@ using ort::core::OrtColor;
 struct LineColumns {
   NodeId x = -1;  // Real64 columns; special where a line breaks
   NodeId y = -1;
-  NodeId group = -1;  // Int32 column; -1 for a single line
-  NodeId color = -1;  // Color column; -1 where the channel has no field
+  NodeId group = -1;     // Int32 column; -1 for a single line
+  NodeId color = -1;     // Color column; -1 where the channel has no field
+  NodeId tooltips = -1;  // String column; -1 without: a line tells its first row's
 };
 
 class LinePlan final : public MarkPlan {
@@ -30,6 +32,7 @@ class LinePlan final : public MarkPlan {
                              results[columns_.y]->AsTypedArray<double>()};
     auto const* groups = columns_.group < 0 ? nullptr : &results[columns_.group]->AsTypedArray<int>();
     auto const* colors = columns_.color < 0 ? nullptr : &results[columns_.color]->AsTypedArray<OrtColor>();
+    TooltipReader const tooltips(results, columns_.tooltips);
     LineMark line;
     auto const finish = [&] {
       if (!line.points.empty()) scene.group.nodes.emplace_back(std::move(line));
@@ -40,6 +43,7 @@ class LinePlan final : public MarkPlan {
       if (isNew) {
         finish();
         line = Begin(colors != nullptr ? colors->GetElement(row) : look_.color);
+        line.tooltip = tooltips.Read(row);
       }
       line.points.push_back(points.Read(row));
     }
@@ -76,11 +80,12 @@ std::unique_ptr<MarkPlan> Plan(MarkContext& context) {
   CheckSeriesChannels(context);
   NodeId const x = context.GetPosition(Channel::X);
   NodeId const y = context.GetPosition(Channel::Y);
-  LineColumns lines{.x = x, .y = y, .color = context.GetScaled(Channel::Color)};
+  LineColumns lines{
+      .x = x, .y = y, .color = context.GetScaled(Channel::Color), .tooltips = PlanTooltips(context)};
   lines.group = FindSeries(context);
-  SortSeries(context, FindDirection(context), lines.color, {&lines.x, &lines.y, &lines.group, &lines.color},
-             lines.group);
-  for (NodeId const column : {lines.x, lines.y, lines.group, lines.color}) {
+  SortSeries(context, FindDirection(context), lines.color,
+             {&lines.x, &lines.y, &lines.group, &lines.color, &lines.tooltips}, lines.group);
+  for (NodeId const column : {lines.x, lines.y, lines.group, lines.color, lines.tooltips}) {
     if (column >= 0) graph.Keep(column);
   }
   MarkLook const& look = context.GetLook();
@@ -91,14 +96,14 @@ std::unique_ptr<MarkPlan> Plan(MarkContext& context) {
 }  // namespace
 
 MarkDefinition DefineLine() {
-  return {
-      .name = "line",
-      .properties = {"stroke", "strokeWidth", "strokeDash", "interpolate", "point"},
-      .channels = {Channel::X, Channel::Y, Channel::Color, Channel::Opacity, Channel::Detail, Channel::Order},
-      .plan = Plan,
-      .joinsRows = true,
-      .sample = LegendSample::Line,
-      .gap = "the line breaks there"};
+  return {.name = "line",
+          .properties = {"stroke", "strokeWidth", "strokeDash", "interpolate", "point"},
+          .channels = {Channel::X, Channel::Y, Channel::Color, Channel::Opacity, Channel::Detail,
+                       Channel::Order, Channel::Tooltip},
+          .plan = Plan,
+          .joinsRows = true,
+          .sample = LegendSample::Line,
+          .gap = "the line breaks there"};
 }
 
 }  // namespace ostrel::charts

@@ -1,5 +1,6 @@
 #include "charts/marks/MarkSpan.h"
 #include "charts/marks/Marks.h"
+#include "charts/marks/Tooltips.h"
 #include "charts/scales/DomainRoom.h"
 
 // The mark rule: a straight line at every row, from end to end of the pane where x or y is not given.
@@ -15,10 +16,12 @@ class RulePlan final : public MarkPlan {
   RulePlan(MarkContext& context, MarkSpan const& x, MarkSpan const& y) : look_(context.GetLook()) {
     look_.strokeWidth = context.GetMark().strokeWidth.value_or(kStrokeWidth);
     color_ = context.GetScaled(Channel::Color);
+    NodeId const tooltips = PlanTooltips(context);
     NodeId const placed = context.FindPlaced({x.from, x.to, y.from, y.to, color_});
     x_ = {context.KeepPlaced("rule x", x.from, placed), context.KeepPlaced("rule x2", x.to, placed)};
     y_ = {context.KeepPlaced("rule y", y.from, placed), context.KeepPlaced("rule y2", y.to, placed)};
     color_ = context.KeepPlaced("rule color", color_, placed);
+    tooltips_ = context.KeepPlaced("rule tooltips", tooltips, placed);
   }
 
   // Rules of one colour that follow one another share a path.
@@ -29,6 +32,7 @@ class RulePlan final : public MarkPlan {
     auto const& y = read(y_.from);
     auto const& y2 = read(y_.to);
     auto const* colors = color_ < 0 ? nullptr : &scene.results[color_]->AsTypedArray<OrtColor>();
+    TooltipReader const tooltips(scene.results, tooltips_);
     RuleMarks rules;
     for (int row = 0; row < x.GetCount(); ++row) {
       OrtColor const color = Fade(colors != nullptr ? colors->GetElement(row) : look_.color, look_.opacity);
@@ -39,6 +43,7 @@ class RulePlan final : public MarkPlan {
       rules.stroke = {color, look_.strokeWidth, look_.strokeDash};
       rules.rules.push_back(
           {{x.GetElement(row), y.GetElement(row)}, {x2.GetElement(row), y2.GetElement(row)}});
+      if (tooltips_ >= 0) rules.tooltips.push_back(tooltips.Read(row));
     }
     if (!rules.rules.empty()) scene.group.nodes.emplace_back(std::move(rules));
   }
@@ -50,6 +55,7 @@ class RulePlan final : public MarkPlan {
   MarkSpan x_;  // Real64 columns of the placed rows
   MarkSpan y_;
   NodeId color_ = -1;
+  NodeId tooltips_ = -1;
 };
 
 bool IsGiven(MarkContext& context, Channel channel) { return context.GetSpec().Find(channel) != nullptr; }
@@ -76,7 +82,8 @@ RowReach Reach(MarkContext& context, Channel) {
 MarkDefinition DefineRule() {
   return {.name = "rule",
           .properties = {"stroke", "strokeWidth", "strokeDash"},
-          .channels = {Channel::X, Channel::Y, Channel::X2, Channel::Y2, Channel::Color, Channel::Detail},
+          .channels = {Channel::X, Channel::Y, Channel::X2, Channel::Y2, Channel::Color, Channel::Detail,
+                       Channel::Tooltip},
           .plan = Plan,
           .reach = Reach,
           .color = 0xFF333333,

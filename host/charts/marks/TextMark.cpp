@@ -48,6 +48,7 @@ class TextPlan final : public MarkPlan {
     NodeId const placed = context.FindPlaced({x, y, color_, texts});
     x_ = context.KeepPlaced("text x", x, placed);
     y_ = context.KeepPlaced("text y", y, placed);
+    tooltips_ = context.KeepPlaced("text tooltips", PlanTooltips(context), placed);
     color_ = context.KeepPlaced("text color", color_, placed);
     PlanTextsOfRows(context.GetGraph(), context.KeepPlaced("texts", texts, placed));
   }
@@ -56,6 +57,7 @@ class TextPlan final : public MarkPlan {
     auto const& x = scene.results[x_]->AsTypedArray<double>();
     auto const& y = scene.results[y_]->AsTypedArray<double>();
     auto const* colors = color_ < 0 ? nullptr : &scene.results[color_]->AsTypedArray<OrtColor>();
+    TooltipReader const tooltips(scene.results, tooltips_);
     TextMark look;
     look.angle = FindDirection(mark_.angle.value_or(0)).slant;
     double const angle = mark_.angle.value_or(0) * std::numbers::pi / 180;
@@ -67,6 +69,7 @@ class TextPlan final : public MarkPlan {
         if (!texts.HasText(row)) continue;
         look.at = {x.GetElement(row) + shift.x, y.GetElement(row) + shift.y};
         look.color = Fade(colors != nullptr ? colors->GetElement(row) : look_.color, look_.opacity);
+        look.tooltip = tooltips.Read(row);
         texts.Add(scene.group, row, style_, look, scene.extent);
       }
     }
@@ -94,7 +97,8 @@ class TextPlan final : public MarkPlan {
   double ascent_ = 0;  // from an alphabetic baseline to the line's top
   NodeId x_ = -1;      // columns of the placed rows
   NodeId y_ = -1;
-  NodeId color_ = -1;             // -1 where the channel has no field
+  NodeId color_ = -1;  // -1 where the channel has no field
+  NodeId tooltips_ = -1;
   std::vector<NodeId> composed_;  // each text is empty in all nodes but one
 };
 
@@ -156,7 +160,7 @@ MarkDefinition DefineText() {
           .properties = {"dx", "dy", "angle", "align", "baseline", "fontSize", "fontWeight", "text", "fill",
                          "limit", "dir"},
           .channels = {Channel::X, Channel::Y, Channel::XOffset, Channel::YOffset, Channel::Color,
-                       Channel::Text, Channel::Detail},
+                       Channel::Text, Channel::Detail, Channel::Tooltip},
           .plan = Plan,
           .reach = Reach,
           .isFilled = true,

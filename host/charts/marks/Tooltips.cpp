@@ -16,8 +16,16 @@ NodeId FormatDateColumn(MarkContext& context, Encoding const& encoding) {
   std::string const name = encoding.field + " texts";
   if (!encoding.timeUnit.empty())
     return FormatUnits(graph, name, encoding.timeUnit, instants, encoding.format);
-  std::string const pattern = encoding.format.empty() ? "%Y-%m-%d" : encoding.format;
+  std::string const pattern = encoding.format.empty() ? "%b %d, %Y" : encoding.format;
   return graph.Call(name, "formatDates", {instants, graph.Text(pattern)});
+}
+
+NodeId FormatNumberColumn(MarkContext& context, std::string const& field, std::string const& format) {
+  GraphBuilder& graph = context.GetGraph();
+  RowColumn const& numbers = context.GetRows().GetNumbers(graph, field);
+  bool const isReal = numbers.GetType() == ort::core::StoreType::Real64;
+  NodeId const reals = isReal ? numbers.node : graph.Map(field + " reals", "asReal64", numbers.node);
+  return graph.Call(field + " texts", "formatNumbers", {reals, graph.Text(format)});
 }
 
 std::string TooltipTitle(Encoding const& encoding) {
@@ -31,11 +39,13 @@ NodeId PlanTexts(MarkContext& context, Encoding const& encoding) {
   LayerRows& rows = context.GetRows();
   bool const isTemporal = encoding.type == FieldType::Temporal || !encoding.timeUnit.empty();
   if (isTemporal) return FormatDateColumn(context, encoding);
-  if (encoding.format.empty()) return rows.GetTexts(graph, encoding.field).node;
-  RowColumn const& numbers = rows.GetNumbers(graph, encoding.field);
-  bool const isReal = numbers.GetType() == ort::core::StoreType::Real64;
-  NodeId const reals = isReal ? numbers.node : graph.Map(encoding.field + " reals", "asReal64", numbers.node);
-  return graph.Call(encoding.field + " texts", "formatNumbers", {reals, graph.Text(encoding.format)});
+  bool const isQuantity = encoding.type == FieldType::Quantitative;
+  if (encoding.format.empty() && !isQuantity) return rows.GetTexts(graph, encoding.field).node;
+  NodeId const texts = FormatNumberColumn(context, encoding.field, encoding.format);
+  if (!encoding.bin || encoding.endField.empty()) return texts;
+  return graph.Call(
+      encoding.field + " interval", "joinTexts",
+      {texts, graph.Text(" \u2013 "), FormatNumberColumn(context, encoding.endField, encoding.format)});
 }
 
 NodeId PlanTooltips(MarkContext& context) {
@@ -43,8 +53,14 @@ NodeId PlanTooltips(MarkContext& context) {
   std::vector<NodeId> parts;
   for (Encoding const& encoding : context.GetSpec().encodings) {
     if (encoding.channel != Channel::Tooltip) continue;
-    parts.push_back(graph.Text((parts.empty() ? "" : "\n") + TooltipTitle(encoding) + ": "));
-    parts.push_back(PlanTexts(context, encoding));
+    std::string const title = TooltipTitle(encoding);
+    if (!parts.empty() || !title.empty())
+      parts.push_back(graph.Text((parts.empty() ? "" : "\n") + title + (title.empty() ? "" : ": ")));
+    if (auto const* text = std::get_if<std::string>(&encoding.value)) {
+      parts.push_back(context.Repeat("tooltip text", graph.Text(*text)));
+    } else {
+      parts.push_back(PlanTexts(context, encoding));
+    }
   }
   return parts.empty() ? -1 : graph.Call("tooltips", "joinTexts", parts);
 }

@@ -90,6 +90,7 @@ struct RuleMarks {
   };
   std::vector<Rule> rules;
   Stroke stroke;
+  std::vector<std::string> tooltips = {};  ///< one for each rule, or none
 };
 
 struct RectMark {
@@ -140,6 +141,7 @@ struct TextMark {
   TextFont font;
   ort::core::OrtColor color{static_cast<int>(0xFF333333)};
   bool isRightToLeft = false;
+  std::string tooltip;
 };
 
 struct Group;

@@ -46,12 +46,15 @@ class ChannelDeriver {
     bool const isAggregated = std::ranges::any_of(
         drawn_.encodings, [](Encoding const& encoding) { return encoding.aggregate.has_value(); });
     if (isAggregated) Aggregate();
+    bool const tellsRows = layer_.mark.tooltip == TooltipContent::Data;
+    std::vector<Encoding> const tooltips = tellsRows ? ListFields(isAggregated) : std::vector<Encoding>();
     Encoding* const stacked = FindStacked(isHorizontal, isAggregated);
     for (Encoding& encoding : drawn_.encodings) {
       if (encoding.sortBy && !encoding.sortBy->channel.empty()) SortByChannel(encoding, stacked);
     }
     if (stacked != nullptr) Stack(*stacked);
     PlaceIntervals();
+    std::ranges::copy(tooltips, std::back_inserter(drawn_.encodings));
     for (Encoding& encoding : drawn_.encodings) {
       Encoding const* const first = Find(encoding.channel == Channel::X2 ? Channel::X : Channel::Y);
       if (IsSecondPosition(encoding.channel) && first != nullptr) encoding.type = first->type;
@@ -274,6 +277,20 @@ class ChannelDeriver {
       encoding.field = as;
     }
     drawn_.rows = AggregateRows(graph_, aggregate, *drawn_.rows);
+  }
+
+  // All fields of the rows: those of the data, or what the channels made of them.
+  std::vector<Encoding> ListFields(bool isAggregated) const {
+    std::vector<Encoding> tooltips;
+    for (DataColumn const& column : (isAggregated ? drawn_.rows : source_)->GetTable().columns) {
+      auto const isOrder = [&](Encoding const& encoding) { return encoding.sortField == column.name; };
+      if (std::ranges::any_of(drawn_.encodings, isOrder)) continue;
+      Encoding& tooltip = tooltips.emplace_back();
+      tooltip.channel = Channel::Tooltip;
+      tooltip.path = layer_.mark.path + ".tooltip";
+      tooltip.field = column.name;
+    }
+    return tooltips;
   }
 
   Encoding* Find(Channel channel) {

@@ -57,13 +57,14 @@ void WriteRules(RuleMarks const& rules, SvgStream& out) {
   auto const isDrawn = [](RuleMarks::Rule const& rule) { return IsFinite(rule.from) && IsFinite(rule.to); };
   if (!IsPainted(rules.stroke) || std::none_of(rules.rules.begin(), rules.rules.end(), isDrawn)) return;
   // In one path translucent rules would not show through where they cross.
-  bool const isOpaque = rules.stroke.color.GetA() == 255;
-  out << (isOpaque ? "<path" : "<g");
+  bool const isOnePath = rules.stroke.color.GetA() == 255 && rules.tooltips.empty();
+  out << (isOnePath ? "<path" : "<g");
   WriteStroke(rules.stroke, 1, out);
-  out << (isOpaque ? " d=\"" : ">\n");
-  for (RuleMarks::Rule const& rule : rules.rules) {
+  out << (isOnePath ? " d=\"" : ">\n");
+  for (std::size_t i = 0; i < rules.rules.size(); ++i) {
+    RuleMarks::Rule const& rule = rules.rules[i];
     if (!isDrawn(rule)) continue;
-    out << (isOpaque ? "M" : "<path d=\"M") << rule.from.x << NextNumber{rule.from.y};
+    out << (isOnePath ? "M" : "<path d=\"M") << rule.from.x << NextNumber{rule.from.y};
     if (rule.from.y == rule.to.y) {
       out << "H" << rule.to.x;
     } else if (rule.from.x == rule.to.x) {
@@ -71,9 +72,14 @@ void WriteRules(RuleMarks const& rules, SvgStream& out) {
     } else {
       out << "L" << rule.to.x << NextNumber{rule.to.y};
     }
-    if (!isOpaque) out << "\"/>\n";
+    if (isOnePath) continue;
+    if (rules.tooltips.empty()) {
+      out << "\"/>\n";
+    } else {
+      out << "\"><title>" << Escaped{rules.tooltips[i]} << "</title></path>\n";
+    }
   }
-  out << (isOpaque ? "\"/>\n" : "</g>\n");
+  out << (isOnePath ? "\"/>\n" : "</g>\n");
 }
 
 void WriteGradient(GradientMark const& gradient, int id, SvgStream& out) {

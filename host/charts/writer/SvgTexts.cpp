@@ -98,7 +98,9 @@ void TextWriter::WriteElement(TextMark const& mark, bool isStyled) {
   if (mark.isRightToLeft) out_ << " direction=\"rtl\" unicode-bidi=\"embed\"";
   std::string const text = ToOneLine(mark.text);
   if (HasLooseBlanks(text)) out_ << " xml:space=\"preserve\"";
-  out_ << ">" << Escaped{text} << "</text>\n";
+  out_ << ">";
+  if (!mark.tooltip.empty()) out_ << "<title>" << Escaped{mark.tooltip} << "</title>";
+  out_ << Escaped{text} << "</text>\n";
 }
 
 }  // namespace ostrel::charts
