@@ -27,9 +27,12 @@ void MeasureWithFonts() {
   static ostrel::services::InstalledServices const services = ostrel::services::InstallServices();
 }
 
-Value MakeStyles() {
+// So many styles, of 11 to 20 pixels.
+Value MakeStyles(int count = 1) {
+  auto sizes = factory::MakeColumnBuilder<double>(StoreTypeInfo::Real64, count);
+  for (int i = 0; i < count; ++i) sizes.GetValues()[static_cast<std::size_t>(i)] = 11 + i % 10;
   factory::NamedValues columns;
-  columns.emplace(VisualKey::FontSize, factory::MakeConstantArray<double>(StoreTypeInfo::Real64, 11, 1));
+  columns.emplace(VisualKey::FontSize, sizes.Finish());
   FunctionRegistry registry;
   OstrelTransforms::RegisterOstrelComposerFunctions(registry);
   OStringCore const name(TransformNames::UPDATE_TEXT_STYLE_TABLE);
@@ -142,6 +145,25 @@ BENCHMARK_CAPTURE(Compose, many_wrapped_cold, kManyWrapped, false)
     ->UseRealTime();
 BENCHMARK_CAPTURE(Compose, many_wrapped_warm, kManyWrapped, true)
     ->Arg(1)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
+
+// Texts of a style each: the time of a text does not depend on how many styles there are.
+void ComposeManyStyles(benchmark::State& state) {
+  MeasureWithFonts();
+  auto const count = static_cast<int>(state.range(0));
+  auto inputs = MakeInputs(MakeTexts(5, static_cast<std::size_t>(count), 8, 12), 300, 40, DotsRight, NoWrap);
+  inputs[3] = MakeRows(static_cast<std::size_t>(count), 1);
+  for (auto _ : state) {
+    inputs[4] = MakeStyles(count);
+    if (CountRuns(OstrelTransforms::ComposeText(inputs)) < count) state.SkipWithError("too few runs");
+  }
+  state.SetItemsProcessed(state.iterations() * count);
+}
+BENCHMARK(ComposeManyStyles)
+    ->Arg(1000)
+    ->Arg(10'000)
+    ->Arg(100'000)
     ->Unit(benchmark::kMillisecond)
     ->UseRealTime();
 

@@ -94,7 +94,14 @@ void IStoreDictionary<K, V>::IndexKeys() {
   std::size_t const slotCount = std::bit_ceil(entries_.size() * 2 + 1);
   mask_ = slotCount - 1;
   slots_.assign(slotCount, 0);
+  // How many keys before its use a slot of a large table is fetched from memory.
+  constexpr std::size_t ahead = 16;
   for (std::size_t i = 0; i < entries_.size(); ++i) {
+    if constexpr (std::is_integral_v<K>) {
+      if (i + ahead < entries_.size()) {
+        __builtin_prefetch(&slots_[detail::HashKey(entries_[i + ahead].first) & mask_], 1);
+      }
+    }
     std::size_t slot = detail::HashKey(entries_[i].first) & mask_;
     while (slots_[slot] != 0) slot = (slot + 1) & mask_;
     slots_[slot] = static_cast<uint32>(i + 1);

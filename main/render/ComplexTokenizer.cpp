@@ -1,6 +1,7 @@
 #include "render/ComplexTokenizer.h"
 
 #include <array>
+#include <atomic>
 
 #include "ostrelsys/OCType.h"
 #include "ostreltransforms/CallbackAccess.h"
@@ -19,19 +20,28 @@ constexpr std::uint8_t kHyphen = 8;
 constexpr std::uint8_t kSoftBreak = 16;
 // The next unit belongs to the same cluster.
 constexpr std::uint8_t kJoined = 32;
+// Joins no neighbour of this kind, unless it is a line end.
+constexpr std::uint8_t kAlone = 64;
 
-std::uint8_t ClassifyByRule(char16_t unit) {
-  if (unit == u'\n' || unit == u'\r') return kLineEnd;
-  return static_cast<std::uint8_t>((OCType::isSpace(unit) ? kBlank : 0) |
-                                   (OCType::isPunct(unit) ? kPunctuation : 0));
+// Ideographs and Hangul syllables, which are neither blanks nor punctuation.
+constexpr bool IsEastAsianLetter(char16_t unit) {
+  return (unit >= 0x4E00 && unit < 0xA000) || (unit >= 0xAC00 && unit < 0xD7A4);
 }
 
-constexpr std::size_t kAscii = 128;
+std::uint8_t ClassifyByRule(char16_t unit) {
+  constexpr char16_t firstMark = 0x0300;
+  if (unit == u'\n' || unit == u'\r') return kLineEnd | kAlone;
+  return static_cast<std::uint8_t>((OCType::isSpace(unit) ? kBlank : 0) |
+                                   (OCType::isPunct(unit) ? kPunctuation : 0) |
+                                   (unit < firstMark ? kAlone : 0));
+}
 
-std::array<std::uint8_t, kAscii> const& GetAsciiKinds() {
+constexpr std::size_t kLatin = 256;
+
+std::array<std::uint8_t, kLatin> const& GetLatinKinds() {
   static auto const kinds = [] {
-    std::array<std::uint8_t, kAscii> result{};
-    for (std::size_t i = 0; i < kAscii; ++i) result[i] = ClassifyByRule(static_cast<char16_t>(i));
+    std::array<std::uint8_t, kLatin> result{};
+    for (std::size_t i = 0; i < kLatin; ++i) result[i] = ClassifyByRule(static_cast<char16_t>(i));
     return result;
   }();
   return kinds;
@@ -45,9 +55,11 @@ std::u16string_view UpToZero(OStringCore const& text) {
 
 }  // namespace
 
-// One allocation for many tokens; it lives as long as any of them.
+// One allocation for many tokens; it lives as long as any of them. Small enough for those that allocators
+// have at hand: a larger one makes them tidy up what was freed before.
 struct ComplexTokenizer::TokenBlock {
-  std::array<Token, 16> tokens;
+  static constexpr std::size_t kBytes = 1000;
+  std::array<Token, kBytes / sizeof(Token)> tokens;
 };
 
 ComplexTokenizer::ComplexTokenizer(FormattedText const& text, bool useBreakHints)
@@ -68,15 +80,19 @@ void ComplexTokenizer::reset() {
 void ComplexTokenizer::Read(FormattedText const& text) {
   units_.reserve(text.GetCharacterCount());
   kinds_.resize(text.GetCharacterCount());
-  auto const& ascii = GetAsciiKinds();
+  auto const& latin = GetLatinKinds();
   std::uint8_t found = 0;
   for (TextRun const& run : text.GetRuns()) {
     auto const begin = units_.size();
-    units_ += UpToZero(run.text);
+    units_ += run.text.view();
     for (auto i = begin; i < units_.size(); ++i) {
       char16_t& unit = units_[i];
+      if (unit == u'\0') {
+        units_.resize(i);
+        break;
+      }
       if (unit == u'\t') unit = u' ';
-      kinds_[i] = unit < kAscii ? ascii[unit] : ClassifyByRule(unit);
+      kinds_[i] = unit < kLatin ? latin[unit] : IsEastAsianLetter(unit) ? kAlone : ClassifyByRule(unit);
       found |= kinds_[i];
     }
     if (units_.size() > begin) styles_.push_back({run.styleIndex, units_.size()});
@@ -110,30 +126,28 @@ std::shared_ptr<Token> ComplexTokenizer::next() {
   if (atEnd()) return nullptr;
   auto const begin = cursor_;
   auto const end = FindTokenEnd(begin);
-  auto token = MakeToken();
+  auto const last = end > begin ? kinds_[end - 1] : kLineEnd;
+  Token& token = MakeToken();
   // A space that carries a mark is nothing that a line's end may swallow.
-  bool const endsInMark = end > begin && (kinds_[end - 1] & (kBlank | kLineEnd)) == 0;
-  token->isWord = endsInMark || (kinds_[begin] & (kBlank | kLineEnd)) == 0 ? 1 : 0;
+  token.isWord = ((last & kinds_[begin]) & (kBlank | kLineEnd)) == 0 ? 1 : 0;
+  token.breakAfter = (last & kSoftBreak) != 0 ? SoftBreak : (last & kHyphen) != 0 ? Hyphen : None;
   cursor_ = end;
-  if (end > begin && (kinds_[end - 1] & kSoftBreak) != 0) {
-    token->breakAfter = SoftBreak;
-  } else if (end > begin && (kinds_[end - 1] & kHyphen) != 0) {
-    token->breakAfter = Hyphen;
-  } else if (!atEnd() && (kinds_[end] & kLineEnd) != 0) {
-    token->breakAfter = LineBreak;
+  if (token.breakAfter == None && !atEnd() && (kinds_[end] & kLineEnd) != 0) {
+    token.breakAfter = LineBreak;
     if (units_[cursor_] == u'\r') ++cursor_;
     if (!atEnd() && units_[cursor_] == u'\n') ++cursor_;
   }
-  AddSegments(*token, begin, end);
-  return token;
+  AddSegments(token, begin, end);
+  return {block_, &token};
 }
 
 // The position of the first unit that is not the token's; a line end is none of any.
 inline std::size_t ComplexTokenizer::FindTokenEnd(std::size_t begin) {
   auto const kind = kinds_[begin] & (kBlank | kLineEnd);
   if ((kind & kLineEnd) != 0) return begin;
-  if (breakMode_ == AfterPunctuation || breakMode_ == AnyCharacter) return FindFinerTokenEnd(begin);
   auto end = begin + 1;
+  if (breakMode_ == AnyCharacter && kind == 0 && (end == kinds_.size() || IsClusterEnd(end))) return end;
+  if (breakMode_ == AfterPunctuation || breakMode_ == AnyCharacter) return FindFinerTokenEnd(begin);
   while (end < kinds_.size() && (kinds_[end] & (kBlank | kLineEnd)) == kind &&
          (kinds_[end - 1] & (kSoftBreak | kHyphen)) == 0) {
     ++end;
@@ -160,9 +174,7 @@ std::size_t ComplexTokenizer::FindFinerTokenEnd(std::size_t begin) {
 }
 
 inline bool ComplexTokenizer::IsClusterEnd(std::size_t position) {
-  // Below, no character but a line end joins a neighbour.
-  constexpr char16_t firstMark = 0x0300;
-  if (units_[position - 1] < firstMark && units_[position] < firstMark) return true;
+  if ((kinds_[position - 1] & kinds_[position] & kAlone) != 0) return true;
   if (!knowsClusters_) MarkClusters();
   return (kinds_[position - 1] & kJoined) == 0;
 }
@@ -183,26 +195,36 @@ inline void ComplexTokenizer::AddSegments(Token& token, std::size_t begin, std::
   while (styles_[styleCursor_].end <= begin) ++styleCursor_;
   auto style = styles_[styleCursor_].styleIndex;
   if (begin == end) {
-    token.segments.push_back({style, OStringCore(u" ")});
+    token.segments.Add(style, u" ");
     return;
   }
   while (!singleStyle_ && styles_[styleCursor_].end < end) {
     auto const change = styles_[styleCursor_].end;
     auto const following = styles_[++styleCursor_].styleIndex;
     if (following == style) continue;
-    token.segments.push_back({style, OStringCore(units.substr(begin, change - begin))});
+    token.segments.Add(style, units.substr(begin, change - begin));
     begin = change;
     style = following;
   }
-  token.segments.push_back({style, OStringCore(units.substr(begin, end - begin))});
+  token.segments.Add(style, units.substr(begin, end - begin));
 }
 
-inline std::shared_ptr<Token> ComplexTokenizer::MakeToken() {
-  if (!block_ || blockUsed_ == block_->tokens.size()) {
+inline Token& ComplexTokenizer::MakeToken() {
+  if (!block_ || blockUsed_ == block_->tokens.size()) TakeBlock();
+  Token& token = block_->tokens[blockUsed_++];
+  token.segments.clear();
+  return token;
+}
+
+// The same block again when nobody else has a token of it any more.
+void ComplexTokenizer::TakeBlock() {
+  blockUsed_ = 0;
+  if (block_.use_count() != 1) {
     block_ = std::make_shared<TokenBlock>();
-    blockUsed_ = 0;
+  } else {
+    // After what other threads did with its tokens.
+    std::atomic_thread_fence(std::memory_order_acquire);
   }
-  return {block_, &block_->tokens[blockUsed_++]};
 }
 
 }  // namespace runtime

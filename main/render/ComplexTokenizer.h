@@ -43,7 +43,8 @@ class OSTREL_API ComplexTokenizer final : public Tokenizer {
   bool IsClusterEnd(std::size_t position);
   void MarkClusters();
   void AddSegments(Token& token, std::size_t begin, std::size_t end);
-  std::shared_ptr<Token> MakeToken();
+  Token& MakeToken();
+  void TakeBlock();
 
   bool useBreakHints_;
   std::u16string units_;

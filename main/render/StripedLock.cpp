@@ -1,16 +1,11 @@
 #include "render/StripedLock.h"
 
+#include <sched.h>
+
 namespace runtime::detail {
-namespace {
-
-constinit std::atomic<std::size_t> g_lastNumber{0};
-constinit thread_local std::size_t t_number = 0;
-
-}  // namespace
-
-std::size_t GetThreadNumber() noexcept {
-  if (t_number == 0) t_number = g_lastNumber.fetch_add(1, std::memory_order_relaxed) + 1;
-  return t_number;
+std::size_t GetRunningNumber() noexcept {
+  int const processor = sched_getcpu();
+  return processor < 0 ? 0 : static_cast<std::size_t>(processor);
 }
 
 void Pause() noexcept {

@@ -11,8 +11,9 @@
 namespace runtime {
 
 namespace detail {
-// A number of the calling thread; threads are numbered as they come.
-OSTREL_API std::size_t GetThreadNumber() noexcept;
+// A number that no other running thread has, as far as the machine has so many processors; it may change from
+// one call to the next.
+OSTREL_API std::size_t GetRunningNumber() noexcept;
 // Leaves the processor to whoever shares it for a moment, without a call into the system.
 OSTREL_API void Pause() noexcept;
 }  // namespace detail
@@ -24,7 +25,8 @@ OSTREL_API void Pause() noexcept;
 // that hold it.
 template <class Counters>
 class StripedLock {
-  struct alignas(64) Stripe {
+  // Processors fetch neighbouring lines in pairs.
+  struct alignas(128) Stripe {
     OReadWriteLock lock;
     Counters counters;
   };
@@ -32,7 +34,7 @@ class StripedLock {
  public:
   class Reader {
    public:
-    explicit Reader(StripedLock& lock) : stripe_(lock.stripes_[detail::GetThreadNumber() % kStripes]) {
+    explicit Reader(StripedLock& lock) : stripe_(lock.stripes_[detail::GetRunningNumber() % kStripes]) {
       if (!Try([&] { return stripe_.lock.TryLockForRead(); })) stripe_.lock.LockForRead();
     }
     ~Reader() { stripe_.lock.Unlock(); }

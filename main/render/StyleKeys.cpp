@@ -34,19 +34,37 @@ T Read(ITypedArray<T> const* column, std::uint32_t style) {
   return column == nullptr ? T() : T(column->GetElement(static_cast<int>(style)));
 }
 
+// Not taken back: a number must never stand for two values, however long one of them lives.
+constinit std::atomic<std::uint64_t> g_lastNumber{0};
+
 }  // namespace
 
+SharedIdentity::SharedIdentity() noexcept
+    : number_(g_lastNumber.fetch_add(1, std::memory_order_relaxed) + 1) {}
+
+// Whatever the order in which threads write, each number that is written stands for this very value.
+void SharedIdentity::Share(SharedIdentity const& other) const noexcept {
+  std::uint64_t const own = Get();
+  std::uint64_t const others = other.Get();
+  if (own < others) other.number_.store(own, std::memory_order_relaxed);
+  if (others < own) number_.store(others, std::memory_order_relaxed);
+}
+
 bool StyleKey::HasEqualLayout(StyleKey const& other) const {
+  if (identity.IsShared(other.identity)) return true;
   return layoutHash == other.layoutHash && GetBits(ascent) == GetBits(other.ascent) &&
          GetBits(fontHeight) == GetBits(other.fontHeight) && GetBits(leading) == GetBits(other.leading) &&
          EqualValues(textFont, other.textFont);
 }
 
 bool operator==(StyleKey const& a, StyleKey const& b) {
-  return a.hash == b.hash && a.font == b.font && GetBits(a.fontSize) == GetBits(b.fontSize) &&
-         a.color == b.color && a.fontStyle == b.fontStyle && a.fontWeight == b.fontWeight &&
-         a.textDecoration == b.textDecoration && a.textOrientation == b.textOrientation &&
-         a.hAlign == b.hAlign && a.vAlign == b.vAlign && a.HasEqualLayout(b);
+  if (a.identity.IsShared(b.identity)) return true;
+  bool const areEqual = a.hash == b.hash && a.font == b.font && GetBits(a.fontSize) == GetBits(b.fontSize) &&
+                        a.color == b.color && a.fontStyle == b.fontStyle && a.fontWeight == b.fontWeight &&
+                        a.textDecoration == b.textDecoration && a.textOrientation == b.textOrientation &&
+                        a.hAlign == b.hAlign && a.vAlign == b.vAlign && a.HasEqualLayout(b);
+  if (areEqual) a.identity.Share(b.identity);
+  return areEqual;
 }
 
 struct StyleKeys::Columns {
@@ -65,8 +83,9 @@ struct StyleKeys::Columns {
         hAlign(FindColumn<int>(table, VisualKey::HAlign)),
         vAlign(FindColumn<int>(table, VisualKey::VAlign)) {}
 
-  StyleKey MakeKey(std::uint32_t style) const {
-    StyleKey key;
+  std::shared_ptr<StyleKey const> MakeKey(std::uint32_t style) const {
+    auto made = std::make_shared<StyleKey>();
+    StyleKey& key = *made;
     key.textFont = Read(textFont, style);
     key.ascent = Read(ascent, style);
     key.fontHeight = Read(fontHeight, style);
@@ -87,7 +106,7 @@ struct StyleKeys::Columns {
                             key.hAlign, key.vAlign}) {
       key.hash = Mix(key.hash, value);
     }
-    return key;
+    return made;
   }
 
   ITypedArray<Value> const* textFont;
@@ -104,7 +123,7 @@ std::shared_ptr<StyleKey const> const& StyleKeys::Get(std::uint32_t style) {
   if (last_ != nullptr && style == lastStyle_) return *last_;
   if (columns_ == nullptr) columns_ = std::make_unique<Columns>(table_->AsNamedValues());
   auto& key = keys_[style];
-  if (key == nullptr) key = std::make_shared<StyleKey const>(columns_->MakeKey(style));
+  if (key == nullptr) key = columns_->MakeKey(style);
   lastStyle_ = style;
   last_ = &key;
   return key;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <unordered_map>
@@ -8,6 +9,23 @@
 #include "ostreltransforms/Export.h"
 
 namespace runtime {
+
+// A number that a value is known by. Values that are found to be equal take the lower of their numbers, so
+// that those which are compared again and again soon share one and are not compared in full any more.
+class OSTREL_API SharedIdentity {
+ public:
+  SharedIdentity() noexcept;
+  SharedIdentity(SharedIdentity const&) = delete;
+  SharedIdentity& operator=(SharedIdentity const&) = delete;
+
+  bool IsShared(SharedIdentity const& other) const noexcept { return Get() == other.Get(); }
+  void Share(SharedIdentity const& other) const noexcept;
+
+ private:
+  std::uint64_t Get() const noexcept { return number_.load(std::memory_order_relaxed); }
+
+  std::atomic<std::uint64_t> mutable number_;
+};
 
 // What a row of a text style table says about a composition, apart from the wrap mode. A column that the
 // table does not have counts as zeros.
@@ -30,6 +48,8 @@ struct StyleKey : std::enable_shared_from_this<StyleKey> {
   int hAlign = 0;
   int vAlign = 0;
   std::uint64_t hash = 0;  // of everything
+
+  SharedIdentity identity;
 
   bool HasEqualLayout(StyleKey const& other) const;
   // Reals by their bits.

@@ -1,5 +1,6 @@
 #include "render/TextComposer.h"
 
+#include <iterator>
 #include <utility>
 
 #include "ostreltransforms/CallbackAccess.h"
@@ -22,7 +23,8 @@ std::uint32_t TextComposer::GetVerticalAlignment() const {
 void TextComposer::compose(FormattedText const& text, Size const& size, ComposedText& result) {
   result = ComposedText();
   auto& runs = ComposeRuns(text, size, result);
-  result.runs_ = std::move(runs);
+  // As many as there are, while the composer keeps its memory.
+  result.runs_.assign(std::move_iterator(runs.begin()), std::move_iterator(runs.end()));
 }
 
 void TextComposer::BeginComposition(std::uint32_t firstStyle) {

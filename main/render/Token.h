@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -33,6 +34,20 @@ class OSTREL_API TokenSegments {
     if (hasFirst_) return Grow(std::move(segment));
     first_ = std::move(segment);
     hasFirst_ = true;
+  }
+  // A segment that is not measured yet.
+  void Add(std::uint32_t styleIndex, std::u16string_view text) {
+    if (hasFirst_) return Grow({styleIndex, OStringCore(text)});
+    first_.styleIndex = styleIndex;
+    first_.text.clear();
+    first_.text.append(text);
+    first_.measurement = 0;
+    hasFirst_ = true;
+  }
+
+  void clear() noexcept {
+    more_.clear();
+    hasFirst_ = false;
   }
 
   std::size_t size() const noexcept { return more_.empty() ? (hasFirst_ ? 1 : 0) : more_.size(); }

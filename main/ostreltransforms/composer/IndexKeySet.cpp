@@ -75,15 +75,22 @@ struct Groups {
 
 Groups GroupRows(KeyedRows rows) {
   SortByKey(rows);
+  std::span<KeyedRow const> const sorted = rows.Get();
+  auto const beginsGroup = [&](std::size_t i) {
+    return i == 0 || GetKey(sorted[i]) != GetKey(sorted[i - 1]);
+  };
+  std::size_t count = 0;
+  for (std::size_t i = 0; i < sorted.size(); ++i) count += beginsGroup(i) ? 1 : 0;
   Groups groups;
-  auto column = factory::MakeColumnBuilder<int>(StoreTypeInfo::Int32, static_cast<int>(rows.Get().size()));
-  int* next = column.GetValues().data();
-  for (KeyedRow const row : rows.Get()) {
-    if (groups.keys.empty() || groups.keys.back() != GetKey(row)) {
-      groups.keys.push_back(GetKey(row));
-      groups.starts.push_back(static_cast<int>(next - column.GetValues().data()));
+  groups.keys.reserve(count);
+  groups.starts.reserve(count + 1);
+  auto column = factory::MakeColumnBuilder<int>(StoreTypeInfo::Int32, static_cast<int>(sorted.size()));
+  for (std::size_t i = 0; i < sorted.size(); ++i) {
+    if (beginsGroup(i)) {
+      groups.keys.push_back(GetKey(sorted[i]));
+      groups.starts.push_back(static_cast<int>(i));
     }
-    *next++ = GetRow(row);
+    column.GetValues()[i] = GetRow(sorted[i]);
   }
   groups.rows = column.Finish();
   return groups;

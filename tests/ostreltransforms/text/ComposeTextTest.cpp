@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <numeric>
 #include <random>
 #include <set>
 #include <sstream>
@@ -264,6 +265,30 @@ TEST_F(ComposeText, EndsWithAnyMeasureOfAnyText) {
   Inputs inputs = Inputs().With({std::string(1'000'000, 'a')});
   EXPECT_EQ(Compose(inputs.In(45, 10, DotsRight, NoWrap)), "40x10: 0 aa.. 0,8 (0,8)\n");
   EXPECT_EQ(Compose(inputs.In(45, 10, PoundFill, WordWrap)), "40x10: 0 #### 0,8 (0,8)\n");
+}
+
+TEST_F(ComposeText, TakesAsManyStylesAsThereAreTexts) {
+  constexpr int count = 100'000;
+  std::vector<int> rows(count);
+  std::iota(rows.begin(), rows.end(), 0);
+  std::vector<Style> styles(count);
+  for (int i = 0; i < count; ++i) styles[static_cast<std::size_t>(i)].ascent = i % 1000;
+  Inputs inputs;
+  inputs.table = Texts::MakeTable(styles);
+  inputs.firsts = inputs.styles = Ints(rows);
+  inputs.counts = Ints(std::vector<int>(count, 1));
+  inputs.texts = Strings(std::vector<std::string>(count, "ab"));
+  Value result = OstrelTransforms::ComposeText(inputs.List());
+  EXPECT_TRUE(result->AsNamedValues().Get(L"text_style_id")->Equals(*inputs.styles));
+  auto const y = result->AsNamedValues().Get(L"text_run_y")->AsTypedArray<double>().GetValues();
+  ASSERT_EQ(y.size(), rows.size());
+  for (std::size_t i = 0; i < y.size(); ++i) ASSERT_EQ(y[i], static_cast<double>(i % 1000)) << i;
+  // All of them in one text, which has one line.
+  inputs.firsts = Ints({0});
+  inputs.counts = Ints({count});
+  result = OstrelTransforms::ComposeText(inputs.List());
+  EXPECT_TRUE(result->AsNamedValues().Get(L"text_style_id")->Equals(*inputs.styles));
+  EXPECT_EQ(result->AsNamedValues().Get(L"width")->AsTypedArray<double>().GetElement(0), 20.0 * count);
 }
 
 // Many texts go to several threads; a model composes them one by one without the cache.

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "Texts.h"
+#include "ostrelsys/OCType.h"
 #include "ostreltransforms/Callbacks.h"
 #include "render/ComplexTokenizer.h"
 #include "render/SimpleTokenizer.h"
@@ -210,7 +211,7 @@ TEST(ComplexTokenizer, TakesBreakHintsOfTheHost) {
 
 TEST(ComplexTokenizer, NothingIsLostOrDoubled) {
   // Characters of all kinds but line ends, in random order.
-  std::u16string const kinds = u"ab.-,  \t\u3000\u200B\u6F22\u3002\u0301\u0E33\u0E01";
+  std::u16string const kinds = u"ab.-,  \t\u3000\u200B\u6F22\u3002\u0301\u0E33\u0E01\uAC00\u1161\u11A8";
   std::uint32_t seed = 12345;
   for (int round = 0; round < 2000; ++round) {
     std::u16string plain;
@@ -232,6 +233,9 @@ TEST(ComplexTokenizer, NothingIsLostOrDoubled) {
         auto const before = joined.size();
         for (auto const& segment : token->segments) joined += segment.text.view();
         ASSERT_GT(joined.size(), before) << "an empty token";
+        if (mode != AnyCharacter || OCType::isSpace(joined[before])) continue;
+        ASSERT_EQ(static_cast<int>(joined.size()),
+                  OCType::nextClusterBoundary(OStringCore(plain), static_cast<int>(before)));
       }
       ASSERT_EQ(joined, plain) << text.GetText() << ", mode " << mode;
     }
@@ -269,14 +273,24 @@ TEST(TokenPassIterator, TriesFinerBreaksOnlyWhereTheyMayHelp) {
 }
 
 TEST(Tokenizer, TokensOutliveTheirTokenizer) {
-  std::vector<std::shared_ptr<Token>> tokens;
-  {
-    ComplexTokenizer tokenizer(Texts::Make("a b c d e f g h i j k l m n o p q r s t"), false);
-    while (auto token = tokenizer.next()) tokens.push_back(std::move(token));
+  FormattedText const text({{0, OStringCore(std::u16string(500, u'x'))}});
+  // All are kept, none, or each so many-th, while memory of the others is used again.
+  for (std::size_t const step : {1U, 2U, 7U, 40U, 1000U}) {
+    std::vector<std::shared_ptr<Token>> tokens;
+    {
+      ComplexTokenizer tokenizer(text, false);
+      tokenizer.SetBreakMode(AnyCharacter);
+      for (std::size_t i = 0; auto token = tokenizer.next(); ++i) {
+        ASSERT_EQ(Describe(*token, true), "0:x") << i;
+        token->segments.push_back({static_cast<std::uint32_t>(i), OStringCore(u"y")});
+        if (i % step == 0) tokens.push_back(std::move(token));
+      }
+    }
+    ASSERT_EQ(tokens.size(), (text.GetCharacterCount() + step - 1) / step);
+    for (std::size_t i = 0; i < tokens.size(); ++i) {
+      EXPECT_EQ(Describe(*tokens[i], true), "0:x+" + std::to_string(i * step) + ":y");
+    }
   }
-  ASSERT_EQ(tokens.size(), 39U);
-  EXPECT_EQ(Describe(*tokens.front(), true), "0:a");
-  EXPECT_EQ(Describe(*tokens.back(), true), "0:t");
 }
 
 }  // namespace
