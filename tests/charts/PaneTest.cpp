@@ -92,6 +92,42 @@ TEST(Panes, HaveTheirRowsOnSharedOrOwnScales) {
   }
 }
 
+/// "p q / u": the texts of every pane's own legend.
+std::string DescribeLegends(Scene const& scene) {
+  std::string text;
+  for (Group const* pane : FindPanes(scene)) {
+    if (pane != FindPanes(scene).front()) text += " /";
+    Group const* const legend = FindGroup(*pane, "legend");
+    if (legend == nullptr) continue;
+    for (SceneNode const& node : legend->nodes) {
+      if (auto const* mark = std::get_if<TextMark>(&node)) text += (text.empty() ? "" : " ") + mark->text;
+    }
+  }
+  return text;
+}
+
+TEST(Panes, HaveLegendsOfTheirOwnStyles) {
+  struct {
+    char const* channels;
+    char const* scales;
+    char const* legends;
+  } const cases[] = {
+      {R"("column":{"field":"g"},"color":{"field":"h"})", R"("color":"shared")", " /"},
+      {R"("column":{"field":"g"},"color":{"field":"h"})", R"("color":"independent")", "h u / h u v"},
+      {R"("column":{"field":"g"},"color":{"field":"h"},"shape":{"field":"h"})",
+       R"("color":"independent","shape":"independent")", "h u / h u v"},
+      // A pane without rows has nothing to tell.
+      {R"("row":{"field":"h"},"column":{"field":"g"},"opacity":{"field":"a","type":"quantitative"})",
+       R"("opacity":"independent")",
+       "a \u22121.0 \u22120.5 0.0 0.5 1.0 / a 0 5 10 15 20 / / a 0 50 100 150 200"},
+  };
+  ChartDrawing const drawing;
+  for (auto const& [channels, scales, legends] : cases) {
+    std::string const document = MakePanes(channels, std::string(R"(,"resolve":{"scale":{)") + scales + "}}");
+    EXPECT_EQ(DescribeLegends(drawing.Draw(document).scene), legends) << document;
+  }
+}
+
 TEST(Panes, OfTheOperatorHoldLayersOfOtherData) {
   ChartDrawing const drawing;
   Scene const scene =
@@ -130,6 +166,8 @@ TEST(Panes, TextsDoNotOverlap) {
   ChartDrawing const drawing;
   std::string const color = R"(,"color":{"field":"h","type":"nominal"})";
   std::string const documents[] = {
+      MakePanes(R"("column":{"field":"g"},"row":{"field":"h"})" + color,
+                R"(,"resolve":{"scale":{"color":"independent"}})"),
       MakePanes(R"("column":{"field":"g"},"row":{"field":"h"})" + color, R"(,"title":"A title")"),
       MakePanes(R"("facet":{"field":"a","columns":3})" + color),
       MakePanes(R"("facet":{"field":"a","columns":2})",

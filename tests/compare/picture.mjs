@@ -136,7 +136,7 @@ export function readPicture(program, document, dataRoot) {
   }
   facts.headers = facts.headers.map(linesOf);
   facts.title = texts(named('title')).map(linesOf).join('\n');
-  const legendTexts = texts(named('legend'));
+  const legendTexts = texts(find(plot, (child) => classOf(child) === 'legend'));
   facts.legends = [{
     title: legendTexts.filter(isBold).map(linesOf),
     labels: legendTexts.filter((text) => !isBold(text)).map(linesOf),

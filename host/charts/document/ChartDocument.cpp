@@ -101,16 +101,12 @@ void CheckMap(JsonValue const& root, ChartDocument const& document) {
 }
 
 /// Without panes the chart's resolve tells of its layers.
-void CheckResolve(JsonValue const& root, ChartDocument& document) {
+void CheckResolve(ChartDocument& document) {
   bool const hasPanes = document.FindFacet(Channel::Row) != nullptr ||
                         document.FindFacet(Channel::Column) != nullptr ||
                         document.FindFacet(Channel::Facet) != nullptr;
   ResolveSpec& panes = document.resolvePanes;
   if (!hasPanes) document.resolveLayers = std::exchange(panes, {});
-  for (Channel const channel : panes.independentScales) {
-    if (IsPosition(channel)) continue;
-    root.FailAt(fmt::format("resolve.scale.{}", NameOf(channel)), "panes share their legends; use shared");
-  }
   for (Channel const channel : panes.sharedZeros) {
     throw DocumentError(
         fmt::format("{}: {}.zero.{}: panes have their zeros where their scales have them; leave it out",
@@ -193,7 +189,7 @@ ChartDocument ParseChartDocument(std::string_view json, std::filesystem::path co
   reader.Read();
   if (frame) config.frame = frame;
   view.Finish(document.layers);
-  CheckResolve(root, document);
+  CheckResolve(document);
   CheckMap(root, document);
   return document;
 }

@@ -18,6 +18,7 @@ struct ChartOptions {
 struct StylePlan {
   StyleScale scale;
   std::size_t layer = 0;
+  std::optional<std::size_t> pane;  ///< that has the scale for itself, and the legend beside it
 };
 
 /// An axis of a pane.

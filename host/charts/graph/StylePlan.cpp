@@ -15,24 +15,49 @@ class StylePlanner {
       : compilation_(compilation), rows_(rows), plan_(plan) {}
 
   void Plan(Channel channel, char const* name) {
+    bool const isShared = !compilation_.document.resolvePanes.HasOwnScale(channel);
     for (auto const& uses : GroupUses(compilation_.document, channel)) {
-      ScaleSource source = MakeSource(compilation_, name, uses, rows_);
-      if (channel == Channel::Size) LimitSizes(source.encoding);
-      if (channel == Channel::Color) ChooseScheme(uses, source.encoding);
-      StyleScale const scale = PlanStyleScale(compilation_, source);
-      plan_.styles.push_back({scale, uses.front().layer});
-      for (PanePlan& pane : plan_.panes) {
-        for (std::size_t i = 0; i < uses.size(); ++i) {
-          LayerPlan& layer = pane.layers[uses[i].layer];
-          layer.channels.push_back({.encoding = uses[i].encoding,
-                                    .scaled = KeepPaneRows(compilation_.graph, layer, name, scale.rows[i],
-                                                           *rows_[uses[i].layer])});
-        }
+      if (isShared) {
+        PlanShared(uses, name);
+      } else {
+        for (std::size_t pane = 0; pane < plan_.panes.size(); ++pane) PlanPane(uses, name, pane);
       }
     }
   }
 
  private:
+  void PlanShared(std::vector<LayerUse> const& uses, char const* name) {
+    StyleScale const scale = PlanScale(uses, name, rows_);
+    plan_.styles.push_back({scale, uses.front().layer, std::nullopt});
+    for (PanePlan& pane : plan_.panes) {
+      for (std::size_t i = 0; i < uses.size(); ++i) {
+        LayerPlan& layer = pane.layers[uses[i].layer];
+        AddChannel(layer, uses[i],
+                   KeepPaneRows(compilation_.graph, layer, name, scale.rows[i], *rows_[uses[i].layer]));
+      }
+    }
+  }
+
+  void PlanPane(std::vector<LayerUse> const& uses, char const* name, std::size_t pane) {
+    LayerRowList const& rows = plan_.grid.cells[pane].layers;
+    StyleScale const scale = PlanScale(uses, name, rows);
+    auto const hasRows = [&](LayerUse const& use) { return rows[use.layer]->GetRowCount() > 0; };
+    if (std::ranges::any_of(uses, hasRows)) plan_.styles.push_back({scale, uses.front().layer, pane});
+    for (std::size_t i = 0; i < uses.size(); ++i)
+      AddChannel(plan_.panes[pane].layers[uses[i].layer], uses[i], scale.rows[i]);
+  }
+
+  StyleScale PlanScale(std::vector<LayerUse> const& uses, char const* name, LayerRowList const& rows) {
+    ScaleSource source = MakeSource(compilation_, name, uses, rows);
+    if (source.encoding.channel == Channel::Size) LimitSizes(source.encoding);
+    if (source.encoding.channel == Channel::Color) ChooseScheme(uses, source.encoding);
+    return PlanStyleScale(compilation_, source);
+  }
+
+  static void AddChannel(LayerPlan& layer, LayerUse const& use, NodeId styles) {
+    layer.channels.push_back({.encoding = use.encoding, .scaled = styles});
+  }
+
   // Pixels of a bin, 0 without bins: ticks stand where bins end.
   double FindBinWidth(PositionScale const& scale) const {
     if (!scale.encoding.bin || scale.encoding.bin->isDone || scale.encoding.axis.tickCount) return 0;

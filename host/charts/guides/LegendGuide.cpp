@@ -59,9 +59,11 @@ bool ShareLegend(StyleScale const& first, StyleScale const& second, Results cons
   return true;
 }
 
-std::vector<LegendContent> CollectLegends(ChartPlan const& plan, Results const& results) {
+std::vector<LegendContent> CollectLegends(ChartPlan const& plan, std::optional<std::size_t> pane,
+                                          Results const& results) {
   std::vector<LegendContent> legends;
-  for (auto const& [scale, layer] : plan.styles) {
+  for (auto const& [scale, layer, ownPane] : plan.styles) {
+    if (ownPane != pane) continue;
     GuideSpec const& spec = scale.encoding.legend;
     if (spec.isHidden) continue;
     auto const shares = [&, &style = scale](LegendContent const& legend) {
@@ -71,7 +73,7 @@ std::vector<LegendContent> CollectLegends(ChartPlan const& plan, Results const& 
     if (shared != legends.end()) {
       shared->scales.push_back(&scale);
     } else {
-      legends.push_back({&plan.panes[0].layers[layer], {&scale}});
+      legends.push_back({&plan.panes[pane.value_or(0)].layers[layer], {&scale}});
     }
   }
   return legends;
@@ -269,13 +271,13 @@ class LegendBuilder {
 
 }  // namespace
 
-Group BuildLegends(ChartPlan const& plan, Results const& results, Point at, TextSetter const& setter,
-                   Extent& extent) {
+Group BuildLegends(ChartPlan const& plan, std::optional<std::size_t> pane, Results const& results, Point at,
+                   TextSetter const& setter, Extent& extent) {
   Group group;
   group.role = "legend";
   group.origin = at;
   double top = 0;
-  for (LegendContent const& legend : CollectLegends(plan, results)) {
+  for (LegendContent const& legend : CollectLegends(plan, pane, results)) {
     LegendBuilder builder(group, setter, *legend.layer, extent);
     if (top > 0) top += GuideStyle::kLegendGap;
     StyleScale const& first = *legend.scales.front();

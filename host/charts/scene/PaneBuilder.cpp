@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "charts/guides/AxisGuide.h"
+#include "charts/guides/LegendGuide.h"
 #include "charts/texts/ComposedTexts.h"
 
 namespace ostrel::charts {
@@ -135,7 +136,23 @@ class GridBuilder {
       BuildPane(plan_, pane, false, results_, setter_, built.group, built.extent);
       panes_.push_back(std::move(built));
     }
+    AddPaneLegends();
     if (plan_.grid.panes) AddPaneHeaders(plan_.grid.panes->composedLabels);
+  }
+
+  // Those of a column of panes stand on one line.
+  void AddPaneLegends() {
+    std::vector<double> rights(static_cast<std::size_t>(plan_.grid.columnCount), plan_.width);
+    auto const rightOf = [&](BuiltPane const& built) -> double& {
+      return rights[static_cast<std::size_t>(built.plan->column)];
+    };
+    for (BuiltPane const& built : panes_)
+      rightOf(built) = std::max(rightOf(built), built.extent.GetRect().Right());
+    for (std::size_t i = 0; i < panes_.size(); ++i) {
+      BuiltPane& built = panes_[i];
+      Point const at{rightOf(built) + GuideStyle::kLegendOffset, 0};
+      AddGroup(built.group, BuildLegends(plan_, i, results_, at, setter_, built.extent));
+    }
   }
 
   // One label of a header, in its place.

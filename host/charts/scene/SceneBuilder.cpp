@@ -32,7 +32,7 @@ Scene BuildScene(ChartDocument const& document, ChartPlan const& plan, Results c
   plot.role = "plot";
   BuildPanes(plan, results, setter, plot, extent);
   Point const legendPlace{extent.GetRect().Right() + GuideStyle::kLegendOffset, 0};
-  AddGroup(plot, BuildLegends(plan, results, legendPlace, setter, extent));
+  AddGroup(plot, BuildLegends(plan, std::nullopt, results, legendPlace, setter, extent));
   AddTitles(plan, results, plot, extent);
 
   Rect const used = extent.GetRect();

@@ -301,8 +301,6 @@ TEST(DocumentErrors, Panes) {
         "$.resolve.scale.x: \"own\" is not supported; use one of shared, independent"},
        {R"("mark": "point", "resolve": {"axis": {"y": "independent"}})",
         "$.resolve.axis.y: layers share an axis with its scale; set resolve.scale"},
-       {R"("mark": "point", "encoding": {"row": {"field": "a"}}, "resolve": {"scale": {"color": "independent"}})",
-        "$.resolve.scale.color: panes share their legends; use shared"},
        {R"("mark": "point", "encoding": {"color": {"field": "a", "type": "quantitative", "scale": {"fit": true}}})",
         "$.encoding.color.scale.fit: is for positions only; leave it out"},
        {R"("mark": "point", "encoding": {"x": {"field": "a", "type": "nominal", "scale": {"fit": true}}})",
