@@ -1,6 +1,3 @@
-#include <random>
-#include <unordered_set>
-
 #include "ostrelrtcore/Factory.h"
 #include "ostreltransforms/Registration.h"
 #include "ostreltransforms/RowDriver.h"
@@ -45,24 +42,6 @@ TEST_F(FilterFunctions, KeepOnlyUniqueComparesTextsWithTheirCase) {
     input.emplace_back(OStringCore(text));
   ExpectUnary<RIndirectString, bool>(KeepUnique(StoreTypeInfo::String), input,
                                      {true, true, true, false, false, true, false}, State::Carried);
-}
-
-// Numbers that differ only in their high or only in their low bits, few and many of them.
-TEST_F(FilterFunctions, KeepOnlyUniqueAgreesWithASetOnAnyNumbers) {
-  std::mt19937 random(20240501);
-  for (int const spread : {2, 50, 5000, 1 << 30}) {
-    for (int const shift : {0, 8, 20}) {
-      std::vector<int> input(300);
-      std::vector<bool> expected;
-      std::unordered_set<int> seen;
-      for (int& value : input) {
-        value = static_cast<int>((random() % static_cast<unsigned>(spread)) << shift);
-        expected.push_back(seen.insert(value).second);
-      }
-      SCOPED_TRACE(testing::Message() << "spread " << spread << ", shift " << shift);
-      ExpectUnary<int, bool>(KeepUnique(StoreTypeInfo::Int32), input, expected, State::Carried);
-    }
-  }
 }
 
 TEST_F(FilterFunctions, KeepOnlyUniqueTakesNoParameters) {

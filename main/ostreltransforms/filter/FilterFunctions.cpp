@@ -4,9 +4,10 @@
 
 #include "ostreltransforms/FamilyTable.h"
 #include "ostreltransforms/FamilyTables.h"
+#include "ostreltransforms/FlatTable.h"
 #include "ostreltransforms/Registration.h"
+#include "ostreltransforms/SeenIntegers.h"
 #include "ostreltransforms/TransformNames.h"
-#include "ostreltransforms/filter/SeenValues.h"
 
 namespace OstrelTransforms {
 namespace {
@@ -14,12 +15,37 @@ namespace {
 using namespace ort::core;
 
 template <class T>
-class KeepOnlyUniqueFunctor {
+class KeepOnlyUniqueFunctor;
+
+template <>
+class KeepOnlyUniqueFunctor<int> {
  public:
-  bool Apply(T const& value) { return seen_.Insert(value); }
+  bool Apply(int value) { return seen_.Add(value).isNew; }
+  void ApplyToArray(std::span<int const> values, std::span<bool> output) {
+    seen_.AddAll(values, [output](std::size_t row, auto entry) { output[row] = entry.isNew; });
+  }
 
  private:
-  SeenValues<T> seen_;
+  SeenIntegers<std::int8_t> seen_;
+};
+
+// Equal texts are one pointer, which alone is hashed and compared.
+template <>
+class KeepOnlyUniqueFunctor<RIndirectString> {
+ public:
+  bool Apply(RIndirectString const& text) {
+    // The empty text marks a free slot and is held apart.
+    if (text.IsEmpty()) return !std::exchange(hasEmpty_, true);
+    return seen_.FindOrAdd(text).second;
+  }
+
+ private:
+  struct Slot {
+    RIndirectString key;
+    bool IsFree() const { return key.IsEmpty(); }
+  };
+  FlatTable<Slot> seen_;
+  bool hasEmpty_ = false;
 };
 
 constexpr int kRectWidth = 2;

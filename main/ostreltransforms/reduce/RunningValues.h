@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "ostreltransforms/FunctorInputs.h"
-#include "ostreltransforms/reduce/Numbering.h"
+#include "ostreltransforms/SeenIntegers.h"
 
 // Running computations of one row after the other: a is the first input's row, often the running value, and b
 // the second's.
@@ -76,13 +76,13 @@ class IsPreviousValueNullSpecialFunctor {
 
 class IncOnNewFunctor {
  public:
-  int Apply(int, int b) { return numbering_.GetNumber(b); }
+  int Apply(int, int b) { return seen_.Add(b).mark; }
   void ApplyToArrays(std::span<int const>, std::span<int const> b, std::span<int> output) {
-    numbering_.GetNumbers(b, output);
+    seen_.AddAll(b, [output](std::size_t row, auto entry) { output[row] = entry.mark; });
   }
 
  private:
-  Numbering numbering_;
+  SeenIntegers<int> seen_;
 };
 
 }  // namespace OstrelTransforms
