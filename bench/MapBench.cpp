@@ -381,20 +381,46 @@ void LookupOf100000Keys(benchmark::State& state) {
 }
 BENCHMARK(LookupOf100000Keys)->Args({2, 1'000'000});
 
+struct Points {
+  explicit Points(std::int64_t count)
+      : longitudes(Numbers(count, -180.0, 180.0)),
+        latitudes(Numbers(count, -85.0, 85.0)),
+        x(longitudes.size()),
+        y(longitudes.size()) {}
+  std::vector<double> longitudes, latitudes, x, y;
+};
+
 void MercatorForward(benchmark::State& state) {
-  auto const latitudes = Numbers(state.range(1), -85.0, 85.0);
-  std::vector<double> output(latitudes.size());
+  Points points(state.range(1));
   Time(
-      state, state.range(1), 16,
+      state, state.range(1), 32,
       [&] {
-        for (std::size_t row = 0; row < latitudes.size(); ++row)
-          output[row] = MercatorProjections::GetY(latitudes[row], 0.0);
+        for (std::size_t row = 0; row < points.x.size(); ++row) {
+          points.x[row] = MercatorProjections::GetX(points.longitudes[row]);
+          points.y[row] = MercatorProjections::GetY(points.latitudes[row], 0.0);
+        }
       },
       [&](std::size_t row) {
-        double const phi = latitudes[row] * M_PI / 180;
-        return std::fabs(output[row] - std::asinh(std::tan(phi)) * 6378137.0) < 1e-7;
+        double const phi = points.latitudes[row] * M_PI / 180;
+        return std::fabs(points.y[row] - std::asinh(std::tan(phi)) * 6378137.0) < 1e-7 &&
+               std::fabs(points.x[row] - points.longitudes[row] / 180 * M_PI * 6378137.0) < 1e-7;
       });
 }
 BENCHMARK(MercatorForward)->Args({2, kInCache})->Args({2, 1'000'000});
+
+// What the tangent and the logarithm of the plain formula take.
+void PlainMercatorForward(benchmark::State& state) {
+  Points points(state.range(1));
+  Time(
+      state, state.range(1), 32,
+      [&] {
+        for (std::size_t row = 0; row < points.x.size(); ++row) {
+          points.x[row] = points.longitudes[row] * M_PI / 180 * 6378137.0;
+          points.y[row] = std::log(std::tan(M_PI / 4 + points.latitudes[row] * M_PI / 180 / 2)) * 6378137.0;
+        }
+      },
+      [](std::size_t) { return true; });
+}
+BENCHMARK(PlainMercatorForward)->Args({2, kInCache})->Args({2, 1'000'000});
 
 }  // namespace

@@ -5,7 +5,7 @@ BEGIN {
   pairs = "^Invlerp/=InvlerpByHand/ ^ClampMin/=ClampMinByHand/ ^LnSpecial/0=StdLogLoop/0 " \
     "^LnSpecial/[12]=StdLogLoop/0 ^ExpSpecial/[012]=StdExpLoop/0 <false>=<true> ^Stack/=PlainStack/ " \
     "^ScanStack/=PlainStack/ ^IncOnNew/=StandardNumbering/ ^KeepOnlyUnique/=StandardSet/ " \
-    "^Compose/latin=Pango/latin ^Compose/cyrillic=Pango/cyrillic _warm=_cold"
+    "^MercatorForward/=PlainMercatorForward/ ^Compose/latin=Pango/latin ^Compose/cyrillic=Pango/cyrillic _warm=_cold"
   pairCount = split(pairs, pair, " ")
 }
 
