@@ -137,6 +137,49 @@ TEST(Guides, LegendsHideMarks) {
       "chart.vl.json: $: no row of $.data.values is left by the values that legends hide");
 }
 
+// "5,6 a|45,6 b": where the middle of each entry's symbol stands, and its label.
+std::string DescribeEntries(Scene const& scene) {
+  std::string text;
+  auto const symbols = FindMarks<SymbolMarks>(scene, "legend");
+  auto const labels = FindMarks<TextMark>(scene, "legend");
+  for (std::size_t i = 0; i < symbols.size(); ++i) {
+    double const x = symbols[i]->x->AsTypedArray<double>().GetElement(0);
+    double const y = symbols[i]->y->AsTypedArray<double>().GetElement(0);
+    text += fmt::format("{}{:.0f},{} {}", i == 0 ? "" : "|", x, y, labels[i]->text);
+  }
+  return text;
+}
+
+TEST(Guides, LegendsStandOnAnySide) {
+  ChartDrawing const drawing;
+  auto const draw = [&](std::string const& side, char const* color) {
+    return drawing
+        .Draw(MakeDocument("\"point\"", R"("a" 1|"bb" 2|"ccc" 3|"d" 4)",
+                           std::string(color) + R"(,"legend":{"orient":")" + side + "\"}}"))
+        .scene;
+  };
+  constexpr char const* kNames = R"("color":{"field":"f0","title":null)";
+  constexpr char const* kSizes = R"("size":{"field":"f1","type":"quantitative","title":null)";
+  constexpr char const* kRamp = R"("color":{"field":"f1","type":"quantitative","title":null)";
+  auto const originOf = [](Scene const& scene) { return FindGroup(scene.root, "legend")->origin; };
+
+  // Beside the pane of 100 by 100 pixels entries stand below one another, along it in lines as wide as it is.
+  EXPECT_EQ(DescribeEntries(draw("left", kNames)), "5,6 a|5,21 bb|5,36 ccc|5,51 d");
+  EXPECT_EQ(DescribeEntries(draw("top", kNames)), "5,6 a|45,6 bb|5,21 ccc|65,21 d");
+  EXPECT_EQ(DescribeEntries(draw("bottom", kSizes)), "5,9.5 1|47,9.5 2|8,31.5 3|56,31.5 4");
+  EXPECT_EQ(originOf(draw("right", kNames)).x, 118);
+  EXPECT_EQ(originOf(draw("left", kNames)).x, -18 - 46);
+  EXPECT_EQ(originOf(draw("bottom", kNames)).y, 118);
+  EXPECT_EQ(originOf(draw("top", kNames)).y, -18 - 26);
+
+  Scene const ramp = draw("bottom", kRamp);
+  auto const strip = FindMarks<GradientMark>(ramp, "legend");
+  ASSERT_EQ(strip.size(), 1u);
+  EXPECT_TRUE(strip[0]->isHorizontal);
+  EXPECT_GT(strip[0]->rect.width, strip[0]->rect.height);
+  EXPECT_EQ(ReadTexts(ramp, "legend"), "1.0|2.0|3.0|4.0");
+}
+
 TEST(Guides, AThousandCategoriesStayReadable) {
   ChartDrawing const drawing;
   Scene const scene = drawing

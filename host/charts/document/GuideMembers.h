@@ -39,7 +39,7 @@ inline constexpr std::tuple kGuideMembers{
     GuideMember<std::optional<bool>>{"labels", &GuideSpec::labels, kInAxis | kInAxisConfig},
     GuideMember<std::optional<bool>>{"ticks", &GuideSpec::ticks, kInAxis | kInAxisConfig},
     GuideMember<std::optional<bool>>{"tickBand", &GuideSpec::marksBandEnds, kInAxis | kInAxisConfig},
-    GuideMember<std::string>{"orient", &GuideSpec::orient, kInAxis},
+    GuideMember<std::string>{"orient", &GuideSpec::orient, kInAxis | kInLegend | kInLegendConfig},
 };
 
 /// Calls visit(member) for every member of the table.

@@ -9,7 +9,7 @@ namespace ostrel::charts {
 
 namespace {
 
-constexpr NamedValue<char const*> kAxisSides[] = {
+constexpr NamedValue<char const*> kSides[] = {
     {"left", "left"}, {"right", "right"}, {"top", "top"}, {"bottom", "bottom"}};
 
 constexpr NamedValue<bool> kTickBands[] = {{"extent", true}, {"center", false}};
@@ -37,7 +37,7 @@ bool Contains(std::vector<Channel> const& channels, Channel channel) {
 void ReadMember(JsonObjectReader& reader, GuideMember<std::string> const& member, GuideSpec& guide) {
   std::string& target = guide.*member.member;
   if (member.member == &GuideSpec::orient) {
-    reader.OneOf(member.name, target, std::span<NamedValue<char const*> const>(kAxisSides));
+    reader.OneOf(member.name, target, std::span<NamedValue<char const*> const>(kSides));
   } else {
     reader.Text(member.name, target);
   }
@@ -92,7 +92,8 @@ void RefuseOfAxes(JsonObjectReader& reader) {
 }
 
 void RefuseOfLegends(JsonObjectReader& reader) {
-  reader.Refuse("orient", "is not supported; legends stand right of the chart")
+  reader.Refuse("direction", "is not supported; entries run along the side that orient names")
+      .Refuse("columns", "is not supported; entries wrap at the chart's width")
       .Refuse("type", "is not supported; the field's type tells it");
 }
 

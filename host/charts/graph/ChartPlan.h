@@ -37,6 +37,10 @@ struct PanePlan {
 
 /// A chart as a function graph, and which of its nodes the picture is made of.
 struct ChartPlan {
+  /// Of all panes without the gaps between them, pixels.
+  double GetWidth() const { return width * grid.columnCount; }
+  double GetHeight() const { return height * grid.rowCount; }
+
   double width = 0;  ///< of a pane, pixels
   double height = 0;
   std::optional<ort::core::OrtColor> frame;  ///< of the line around a pane, where the document says

@@ -5,6 +5,7 @@
 
 #include "charts/document/Readers.h"
 #include "charts/marks/MarkTable.h"
+#include "charts/scales/LegendRooms.h"
 
 namespace ostrel::charts {
 namespace {
@@ -27,7 +28,7 @@ class StylePlanner {
 
  private:
   void PlanShared(std::vector<LayerUse> const& uses, char const* name) {
-    StyleScale const scale = PlanScale(uses, name, rows_);
+    StyleScale const scale = PlanScale(uses, name, rows_, plan_.GetWidth());
     plan_.styles.push_back({scale, uses.front().layer, std::nullopt});
     for (PanePlan& pane : plan_.panes) {
       for (std::size_t i = 0; i < uses.size(); ++i) {
@@ -40,18 +41,26 @@ class StylePlanner {
 
   void PlanPane(std::vector<LayerUse> const& uses, char const* name, std::size_t pane) {
     LayerRowList const& rows = plan_.grid.cells[pane].layers;
-    StyleScale const scale = PlanScale(uses, name, rows);
+    StyleScale const scale = PlanScale(uses, name, rows, plan_.width);
     auto const hasRows = [&](LayerUse const& use) { return rows[use.layer]->GetRowCount() > 0; };
     if (std::ranges::any_of(uses, hasRows)) plan_.styles.push_back({scale, uses.front().layer, pane});
     for (std::size_t i = 0; i < uses.size(); ++i)
       AddChannel(plan_.panes[pane].layers[uses[i].layer], uses[i], scale.rows[i]);
   }
 
-  StyleScale PlanScale(std::vector<LayerUse> const& uses, char const* name, LayerRowList const& rows) {
+  // The width is that of a legend along the chart or its pane, in pixels.
+  StyleScale PlanScale(std::vector<LayerUse> const& uses, char const* name, LayerRowList const& rows,
+                       double width) {
     ScaleSource source = MakeSource(compilation_, name, uses, rows);
     if (source.encoding.channel == Channel::Size) LimitSizes(source.encoding);
     if (source.encoding.channel == Channel::Color) ChooseScheme(uses, source.encoding);
-    return PlanStyleScale(compilation_, source);
+    StyleScale scale = PlanStyleScale(compilation_, source);
+    if (source.encoding.legend.IsHorizontal() && !scale.IsRamp()) {
+      MarkDefinition const& mark = GetDefinition(compilation_.document.layers[uses.front().layer].mark);
+      bool const isOfLines = mark.sample == LegendSample::Line;
+      scale.entryRooms = PlanLegendRooms(compilation_.graph, scale, isOfLines, width);
+    }
+    return scale;
   }
 
   static void AddChannel(LayerPlan& layer, LayerUse const& use, NodeId styles) {

@@ -46,8 +46,8 @@ void PlanHeader(GraphBuilder& graph, std::string const& name, PaneHeader& header
 
 void PlanTitles(Compilation& compilation, ChartPlan& plan) {
   GraphBuilder& graph = compilation.graph;
-  double const width = plan.width * plan.grid.columnCount;
-  double const height = plan.height * plan.grid.rowCount;
+  double const width = plan.GetWidth();
+  double const height = plan.GetHeight();
   double const length = std::max(width, GuideStyle::kLeastChartTitleLength);
   TextStyle style{.fontSize = GuideStyle::kChartTitleFontSize, .isBold = true, .across = TextAnchor::End};
   plan.title = ComposeTitle(graph, "title", compilation.document.title, style, length);

@@ -5,9 +5,9 @@
 
 namespace ostrel::charts {
 
-/// The legends of an evaluated chart that all panes share, or those of one pane, one below the other from `at` on, and the room that they take up added
-/// to the extent. Channels of one field share a legend.
-Group BuildLegends(ChartPlan const& plan, std::optional<std::size_t> pane, Results const& results, Point at,
-                   TextSetter const& setter, Extent& extent);
+/// Adds the legends of an evaluated chart that all panes share, or those of one pane, on their sides of a
+/// rectangle; and the room that they take up to the extent. Channels of one field share a legend.
+void AddLegends(ChartPlan const& plan, std::optional<std::size_t> pane, Rect const& beside,
+                Results const& results, TextSetter const& setter, Group& parent, Extent& extent);
 
 }  // namespace ostrel::charts

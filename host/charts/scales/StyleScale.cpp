@@ -18,7 +18,6 @@ constexpr char const* kCategoricalScheme = "tableau10";
 // Enough to follow ramps of up to 30 colours.
 constexpr int kSchemeStops = 33;
 constexpr double kLegendTickCount = 5;
-constexpr double kLegendLength = 160;  // of a colour ramp, pixels
 
 bool IsContinuous(Encoding const& encoding) { return ResolveScaleType(encoding) != ScaleType::Ordinal; }
 
@@ -42,9 +41,9 @@ NodeId PlanEntries(Compilation& compilation, Encoding const& encoding, ScaledFie
                                               .values = encoding.legend.values,
                                               .format = encoding.legend.format,
                                               .count = encoding.legend.tickCount.value_or(kLegendTickCount),
-                                              .length = kLegendLength,
-                                              .isHorizontal = false,
-                                              .font = MakeLabelFont(graph, kLegendLabelStyle.fontSize)});
+                                              .length = GuideStyle::kGradientLength,
+                                              .isHorizontal = encoding.legend.IsHorizontal(),
+                                              .font = MakeLabelFont(graph, GuideStyle::kLabelFontSize)});
   scale.entryLabels = values.labels;
   NodeId const scaled = ToScaleSpace(graph, field, name, values.numbers);
   scale.entryPlaces = ToFraction(graph, field, name + " place", scaled, false);
@@ -194,8 +193,9 @@ NodeId ComposeLabels(GraphBuilder& graph, ScaleSource const& source, StyleScale 
                                            {scale.entryLabels, graph.Int(GuideStyle::kMostLegendEntries)})
                               : scale.entryLabels;
   double const limit = source.encoding.legend.labelLimit.value_or(GuideStyle::kLabelLimit);
-  return ComposeTexts(graph, source.name + " legend texts", labels, kLegendLabelStyle,
-                      MakeBox(graph, kLegendLabelStyle, limit > 0 ? limit : GuideStyle::kNoLimit, 1));
+  TextStyle const style = scale.GetLabelStyle();
+  return ComposeTexts(graph, source.name + " legend texts", labels, style,
+                      MakeBox(graph, style, limit > 0 ? limit : GuideStyle::kNoLimit, 1));
 }
 
 StyleScale PlanScale(Compilation& compilation, ScaleSource const& source) {
@@ -214,6 +214,17 @@ StyleScale PlanScale(Compilation& compilation, ScaleSource const& source) {
 }
 
 }  // namespace
+
+TextStyle StyleScale::GetLabelStyle() const {
+  TextStyle style{.fontSize = GuideStyle::kLabelFontSize};
+  (IsRamp() && encoding.legend.IsHorizontal() ? style.along : style.across) = TextAnchor::Middle;
+  return style;
+}
+
+bool IsInDomain(ort::core::ITypedArray<double> const& entryPlaces, int row) {
+  double const place = entryPlaces.GetElement(row);
+  return !entryPlaces.IsSpecial(row) && place >= -kPlaceTolerance && place <= 1 + kPlaceTolerance;
+}
 
 StyleScale PlanStyleScale(Compilation& compilation, ScaleSource const& source) {
   StyleScale scale = PlanScale(compilation, source);

@@ -10,6 +10,11 @@ namespace ostrel::charts {
 
 /// The nodes of a colour, size, opacity or shape scale: what each row gets, and what its legend shows.
 struct StyleScale {
+  /// Whether its legend is a strip of colours, else a list of entries.
+  bool IsRamp() const { return palette >= 0 || steps >= 0; }
+  /// How its legend's labels are set: from the middle of their left end, below a strip from their top.
+  TextStyle GetLabelStyle() const;
+
   Channel channel = Channel::Color;
   Encoding encoding;  ///< what all channels of the scale say
   bool isCategorical = false;
@@ -24,13 +29,17 @@ struct StyleScale {
   NodeId palette = -1;        ///< of a continuous colour legend: Int32 column of its stops
   NodeId steps = -1;  ///< of a legend of colours in steps: Color column, from the lowest step up; its entries
                       ///< are the numbers between the steps
+  NodeId entryRooms = -1;  ///< of a list along the chart's width: composeShapes' table of one list; else -1
 };
 
 /// The area of the largest symbol, as of a step of 20 pixels, in square pixels.
 inline constexpr double kLargestSymbol = 361;
 
-/// How the labels of legends are set: from the middle of their left end.
-inline constexpr TextStyle kLegendLabelStyle{.fontSize = 10, .across = TextAnchor::Middle};
+/// What a round value at an end of the domain, 0 or 1, may miss it by.
+inline constexpr double kPlaceTolerance = 1e-9;
+
+/// Whether a continuous legend's entry stands in its domain.
+bool IsInDomain(ort::core::ITypedArray<double> const& entryPlaces, int row);
 
 /// The scale of a channel of styles.
 StyleScale PlanStyleScale(Compilation& compilation, ScaleSource const& source);

@@ -150,8 +150,9 @@ class GridBuilder {
       rightOf(built) = std::max(rightOf(built), built.extent.GetRect().Right());
     for (std::size_t i = 0; i < panes_.size(); ++i) {
       BuiltPane& built = panes_[i];
-      Point const at{rightOf(built) + GuideStyle::kLegendOffset, 0};
-      AddGroup(built.group, BuildLegends(plan_, i, results_, at, setter_, built.extent));
+      Rect beside = built.extent.GetRect();
+      beside.width = rightOf(built) - beside.x;
+      AddLegends(plan_, i, beside, results_, setter_, built.group, built.extent);
     }
   }
 

@@ -112,10 +112,12 @@ struct RectMarks {
   std::shared_ptr<ort::core::StoreValue> tooltips;  ///< String column or null
 };
 
-/// A rectangle filled with a linear run of colours, evenly spaced, from its bottom to its top.
+/// A rectangle filled with a linear run of colours, evenly spaced, from its bottom to its top or from its left
+/// to its right.
 struct GradientMark {
   Rect rect;
   std::vector<ort::core::OrtColor> colors;
+  bool isHorizontal = false;
 };
 
 /// The family of every text of a chart; where it is not installed, the fallbacks of the text services serve.

@@ -31,8 +31,7 @@ Scene BuildScene(ChartDocument const& document, ChartPlan const& plan, Results c
   Group plot;
   plot.role = "plot";
   BuildPanes(plan, results, setter, plot, extent);
-  Point const legendPlace{extent.GetRect().Right() + GuideStyle::kLegendOffset, 0};
-  AddGroup(plot, BuildLegends(plan, std::nullopt, results, legendPlace, setter, extent));
+  AddLegends(plan, std::nullopt, extent.GetRect(), results, setter, plot, extent);
   AddTitles(plan, results, plot, extent);
 
   Rect const used = extent.GetRect();

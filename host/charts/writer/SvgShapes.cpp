@@ -86,7 +86,9 @@ void WriteGradient(GradientMark const& gradient, int id, SvgStream& out) {
   if (!IsFinite(gradient.rect) || gradient.colors.empty()) return;
   double const last = std::max(1.0, static_cast<double>(gradient.colors.size() - 1));
   double position = 0;
-  out << "<linearGradient id=\"gradient" << id << "\" x1=\"0\" y1=\"1\" x2=\"0\" y2=\"0\">\n";
+  // SVG's own direction is from left to right.
+  char const* const direction = gradient.isHorizontal ? "" : " x1=\"0\" y1=\"1\" x2=\"0\" y2=\"0\"";
+  out << "<linearGradient id=\"gradient" << id << "\"" << direction << ">\n";
   for (ort::core::OrtColor const color : gradient.colors) {
     out << "<stop offset=\"" << position / last << "\" stop-color=\"" << color << "\"";
     WriteOpacity("stop-opacity", GetPaintOpacity(color), out);

@@ -272,8 +272,10 @@ TEST(ChannelErrors, GuidesAndOrder) {
        "$.encoding.order.sort: use one of ascending, descending"},
       {R"("color": {"field": "a", "legend": {"tickCount": 3}})",
        "$.encoding.color.legend.tickCount: is for quantitative and temporal fields only; leave it out"},
-      {R"("color": {"field": "a", "legend": {"orient": "left"}})",
-       "$.encoding.color.legend.orient: is not supported; legends stand right of the chart"},
+      {R"("color": {"field": "a", "legend": {"orient": "top-left"}})",
+       "$.encoding.color.legend.orient: \"top-left\" is not supported; use one of left, right, top, bottom"},
+      {R"("color": {"field": "a", "legend": {"orient": "top", "direction": "vertical"}})",
+       "$.encoding.color.legend.direction: is not supported; entries run along the side that orient names"},
       {R"("color": {"field": "a", "type": "temporal", "legend": {"values": ["soon"]}})",
        "$.encoding.color.legend.values[0]: expects a date such as \"2020-03-01\" or \"2020-03-01T12:00\""},
   });

@@ -137,7 +137,7 @@ TEST(DocumentErrors, TopLevel) {
       {R"("config": {"axis": {"title": "t"}})",
        "$.config.axis.title: is no default; set it for the axis itself"},
       {R"("config": {"legend": {"labelAngle": 9}})",
-       "$.config.legend.labelAngle: is not supported; use one of labelLimit, tickCount"},
+       "$.config.legend.labelAngle: is not supported; use one of labelLimit, tickCount, orient"},
       {R"("config": {"axisX": {}})",
        "$.config.axisX: is not supported; use config.axis, or set it for the axis itself"},
       {R"("config": {"bar": {"color": "red"}})",
