@@ -89,7 +89,8 @@ std::vector<double> LinearTicks(double minimum, double maximum, double count) {
   auto const ticks = FindMultiples(std::min(minimum, maximum), std::max(minimum, maximum), count);
   if (!ticks || !(ticks->last - ticks->first < kMostTicks)) return {};
   std::vector<double> values;
-  for (double i = 0; i <= ticks->last - ticks->first; ++i) {
+  int const lastRow = static_cast<int>(ticks->last - ticks->first);
+  for (int i = 0; i <= lastRow; ++i) {
     // Adding zero makes a negative zero positive.
     double const value = ticks->Get(ticks->first + i) + 0.0;
     // Where doubles are farther apart than the step, several multiples give one of them, which may lie
