@@ -27,6 +27,9 @@ TEST(Guides, ShowTheValuesThatTheirScaleOrTheDocumentNames) {
       {"axis y", R"("y":{"field":"f0","type":"quantitative","axis":{"labels":false}})", "f0"},
       // Ticks of bins are where they end.
       {"axis x", R"("x":{"field":"f0","bin":{"step":4}})", "0|4|8|12|f0 (binned)"},
+      {"legend", R"("size":{"field":"f0","bin":{"step":6}})", "f0 (binned)|0 \u2013 6|6 \u2013 12"},
+      {"legend", R"("color":{"field":"f0","bin":{"step":6},"type":"ordinal"})",
+       "f0 (binned)|0 \u2013 6|6 \u2013 12"},
       {"axis x", R"("x":{"timeUnit":"yearmonth","field":"f2","axis":{"tickCount":2}})",
        "Jan 2020|f2 (year-month)"},
       {"legend", R"("color":{"field":"f1","type":"nominal"})", "f1|a|b"},

@@ -75,6 +75,9 @@ TEST(ChartPlan, PlacesSymbolsByTheScalesOfTheirChannels) {
       {R"("b" 0|"a" 1)", kNominalX + R"(,"scale":{"reverse":true}},)" + kY, "25,100 75,0"},
       {R"("c" 0|"a" 1|"b" 1|"d" 1)", kNominalX + R"(,"sort":["b","x","d"]},)" + kY, "62,100 88,0 12,0 38,0"},
       {"10 0|9 1", kNominalX + "}," + kY, "75,100 25,0"},
+      // A row that x can't place counts for no other scale either.
+      {"0 0|null 50|10 1", kX + "}," + kY, "0,100 100,0"},
+      {"0 0|10 1|null 2", kX + R"(},"y":{"field":"f1","type":"nominal"})", "0,25 100,75"},
       // Channels without a field.
       {"0 0|10 1", kX + "}", "0,50 100,50"},
       {"0 0|10 1", kX + R"(},"y":{"value":7})", "0,7 100,7"},

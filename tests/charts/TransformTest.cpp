@@ -99,6 +99,10 @@ TEST(Bars, StandOnTheirBaseLine) {
       {"1|1|9", R"("x":{"field":"f0","bin":{"step":5}},"y":{"aggregate":"count"})",
        "0,0,50,100 50,50,100,100"},
       {"1|1|9", R"("y":{"field":"f0","bin":{"step":5}},"x":{"aggregate":"count"})", "0,50,100,100 0,0,50,50"},
+      // Bins as categories stand in their own order, and the last but one of three has no row here.
+      {"11|11|1",
+       R"("x":{"field":"f0","bin":{"step":5},"type":"ordinal",)" + kWide + R"(},"y":{"aggregate":"count"})",
+       "50,0,100,100 0,50,50,100"},
   };
   for (auto const& [rows, encoding, rects] : cases) {
     Scene const scene = drawing.Draw(MakeDocument("\"bar\"", rows, encoding)).scene;

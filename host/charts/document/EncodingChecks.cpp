@@ -193,7 +193,7 @@ void CheckThresholds(JsonValue const& value, ScaleSpec const& scale) {
 /// What only scales of steps have, and what they have not.
 void CheckSteps(JsonValue const& value, Encoding const& encoding) {
   ScaleSpec const& scale = encoding.scale;
-  bool const hasBins = encoding.bin && !encoding.bin->isDone;
+  bool const hasBins = encoding.bin && !encoding.bin->isDone && !IsDiscrete(encoding.type);
   bool const isOfBins =
       scale.type == ScaleType::BinOrdinal || (!scale.type && encoding.channel == Channel::Color && hasBins);
   bool const isOfThresholds = scale.type == ScaleType::Threshold;

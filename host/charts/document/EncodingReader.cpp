@@ -181,7 +181,7 @@ void CheckTransforms(JsonValue const& value, Encoding const& encoding) {
   int const count =
       (encoding.aggregate ? 1 : 0) + (encoding.bin ? 1 : 0) + (encoding.timeUnit.empty() ? 0 : 1);
   if (count > 1) value.Fail("expects one of aggregate, bin and timeUnit");
-  if (encoding.bin && IsDiscrete(encoding.type))
+  if (encoding.bin && encoding.bin->isDone && IsDiscrete(encoding.type))
     value.FailAt("type", "bins are intervals of numbers; use \"quantitative\"");
   if (!encoding.timeUnit.empty() && encoding.type == FieldType::Quantitative)
     value.FailAt("type", "units of time are no quantities; use \"temporal\" or \"ordinal\"");

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "charts/document/Readers.h"
+#include "charts/graph/PlaceableRows.h"
 #include "charts/graph/PositionPlan.h"
 #include "charts/graph/StylePlan.h"
 #include "charts/graph/TitlePlan.h"
@@ -33,13 +34,13 @@ LayerRowList MakeRows(std::vector<std::shared_ptr<DataTable const>> const& table
 }
 
 // The rows that each layer draws; its channels become columns of them.
-LayerRowList DeriveLayers(Compilation& compilation, LayerRowList rows) {
+LayerRowList DeriveLayers(Compilation& compilation, LayerRowList rows, std::vector<std::string>& leftOut) {
   for (std::size_t i = 0; i < rows.size(); ++i) {
     LayerSpec& layer = compilation.document.layers[i];
     auto const transformed = TransformRows(compilation.graph, layer.transforms, rows[i]);
     DrawnRows drawn = DeriveChannelFields(compilation.graph, layer, transformed);
     layer.encodings = std::move(drawn.encodings);
-    rows[i] = std::move(drawn.rows);
+    rows[i] = KeepPlaceable(compilation.graph, layer, std::move(drawn.rows), leftOut);
   }
   return rows;
 }
@@ -75,7 +76,7 @@ ChartPlan PlanChart(Compilation& compilation, std::vector<std::shared_ptr<DataTa
                     ChartOptions const& options) {
   ChartDocument const& document = compilation.document;
   ChartPlan plan;
-  auto const rows = DeriveLayers(compilation, MakeRows(tables));
+  auto const rows = DeriveLayers(compilation, MakeRows(tables), plan.leftOut);
   plan.grid = PlanPanes(compilation, rows);
   if (auto const& frame = document.config.frame)
     plan.frame =

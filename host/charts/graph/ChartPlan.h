@@ -47,6 +47,7 @@ struct ChartPlan {
   std::vector<std::unique_ptr<PositionScale>> positions;
   std::vector<StylePlan> styles;
   PaneGrid grid;
+  std::vector<std::string> leftOut;  ///< sentences on rows that no layer draws
   TitleText title;
   TitleText subtitle;
   std::optional<MapPlan> map;

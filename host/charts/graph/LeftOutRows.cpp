@@ -73,7 +73,7 @@ void DescribePosition(LeftOut const& count, std::vector<std::string>& sentences)
 }
 
 std::vector<std::string> DescribeAll(ChartPlan const& plan, Results const& results) {
-  std::vector<std::string> sentences;
+  std::vector<std::string> sentences = plan.leftOut;
   for (PaneRows const& rows : plan.grid.sources) {
     if (int const missing = CountSpecials(results, rows.indices); missing > 0) {
       sentences.push_back(

@@ -69,6 +69,10 @@ NodeId SortByList(GraphBuilder& graph, std::string const& name, NodeId domain,
                     {domain, graph.Call(name + " sorting", "sortIndices", {places})});
 }
 
+bool IsDescending(Encoding const& encoding) {
+  return encoding.sortBy ? encoding.sortBy->isDescending : encoding.isDescending.value_or(false);
+}
+
 // By the numbers that the first rows of the values have; values without one come last.
 NodeId SortByNumbers(GraphBuilder& graph, ScaleSource const& source, NodeId domain) {
   std::string const& name = source.name;
@@ -79,7 +83,7 @@ NodeId SortByNumbers(GraphBuilder& graph, ScaleSource const& source, NodeId doma
     NodeId const firstRows = graph.Call(name + " first rows", "indexIn", {domain, texts});
     NodeId const keys = graph.Call(name + " sort numbers", "take", {numbers, firstRows});
     NodeId const order =
-        graph.Call(name + " sorting", "sortIndices", {keys, graph.Bool(use.encoding->sortBy->isDescending)});
+        graph.Call(name + " sorting", "sortIndices", {keys, graph.Bool(IsDescending(*use.encoding))});
     return graph.Call(name + " sorted domain", "take", {domain, order});
   }
   return domain;

@@ -1,6 +1,7 @@
 #include "charts/scales/StyleScale.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "charts/document/Readers.h"
 #include "charts/guides/GuideStyle.h"
@@ -18,6 +19,7 @@ constexpr char const* kCategoricalScheme = "tableau10";
 // Enough to follow ramps of up to 30 colours.
 constexpr int kSchemeStops = 33;
 constexpr double kLegendTickCount = 5;
+constexpr double kMostBins = 1'000;  // that a legend lists
 
 bool IsContinuous(Encoding const& encoding) { return ResolveScaleType(encoding) != ScaleType::Ordinal; }
 
@@ -48,6 +50,45 @@ NodeId PlanEntries(Compilation& compilation, Encoding const& encoding, ScaledFie
   NodeId const scaled = ToScaleSpace(graph, field, name, values.numbers);
   scale.entryPlaces = ToFraction(graph, field, name + " place", scaled, false);
   return ToFraction(graph, field, name, scaled, true);
+}
+
+// Bins, of which a legend shows each with the style of its middle.
+bool HasBins(Encoding const& encoding) {
+  return encoding.bin && !encoding.startField.empty() && encoding.legend.values.empty();
+}
+
+NodeId PlanBinEntries(Compilation& compilation, ScaleSource const& source, ScaledField const& field,
+                      StyleScale& scale) {
+  GraphBuilder& graph = compilation.graph;
+  Encoding const& encoding = *source.uses.front().encoding;
+  LayerRows& rows = *source.uses.front().rows;
+  std::string const name = source.name + " bin";
+  NodeId const starts = rows.GetNumbers(graph, encoding.startField).node;
+  NodeId const widths =
+      graph.Zip(name + " widths", "subtract", rows.GetNumbers(graph, encoding.endField).node, starts);
+  auto const find = [&](char const* what, char const* function, NodeId column) {
+    return ort::core::FetchStoreValue<double>(graph.Peek(graph.Call(name + what, function, {column})));
+  };
+  double const width = find(" width", "columnMin", widths);
+  double const lowest = find(" lowest", "columnMin", starts);
+  double const highest = find(" highest", "columnMax", starts);
+  double const bins = std::round((highest - lowest) / width) + 1;
+  if (!(bins <= kMostBins)) return PlanEntries(compilation, encoding, field, scale);
+  auto const count = static_cast<int>(bins);
+  auto const placeAt = [&](char const* what, double shift) {
+    auto numbers = std::make_unique<std::vector<double>>();
+    for (int bin = 0; bin < count; ++bin) numbers->push_back(lowest + (bin + shift) * width);
+    return graph.Constant(name + what, factory::MakeArray<double>(StoreTypeInfo::Real64, std::move(numbers)));
+  };
+  auto const format = [&](NodeId numbers) {
+    return graph.Call(name + " texts", "formatNumbers", {numbers, graph.Text(encoding.legend.format)});
+  };
+  scale.entryLabels =
+      graph.Call(name + " labels", "joinTexts",
+                 {format(placeAt(" starts", 0)), graph.Text(" \u2013 "), format(placeAt(" ends", 1))});
+  NodeId const middles = ToScaleSpace(graph, field, name, placeAt(" middles", 0.5));
+  scale.entryPlaces = ToFraction(graph, field, name + " place", middles, false);
+  return ToFraction(graph, field, name, middles, true);
 }
 
 void KeepAll(GraphBuilder& graph, StyleScale const& scale) {
@@ -137,7 +178,8 @@ StyleScale PlanNumericScale(Compilation& compilation, ScaleSource const& source,
         ToFraction(graph, field, name + label, field.rows[i].scaled, encoding.scale.clamp.value_or(true));
     scale.rows.push_back(ToRange(graph, name + " of rows" + label, fraction, extent.low, extent.high));
   }
-  NodeId const places = PlanEntries(compilation, encoding, field, scale);
+  NodeId const places = HasBins(encoding) ? PlanBinEntries(compilation, source, field, scale)
+                                          : PlanEntries(compilation, encoding, field, scale);
   scale.entries = ToRange(graph, name + " of legend", places, extent.low, extent.high);
   return scale;
 }

@@ -10,6 +10,7 @@
 #include "charts/functions/TimeUnits.h"
 #include "charts/marks/MarkTable.h"
 #include "charts/scales/CategoryField.h"
+#include "charts/scales/ScaledField.h"
 #include "charts/transforms/RowTransforms.h"
 #include "ostrelrtcore/OrtDateTime.h"
 
@@ -152,6 +153,10 @@ class ChannelDeriver {
   void PlaceIntervals() {
     std::vector<Encoding> ends;
     for (Encoding& encoding : drawn_.encodings) {
+      // Styles of a bin are those of its middle.
+      if (IsStyle(encoding.channel) && encoding.bin && !encoding.endField.empty() &&
+          !IsStepped(ResolveScaleType(encoding)))
+        TakeMiddle(encoding);
       bool const isPlace = IsPosition(encoding.channel) && !IsDiscrete(encoding.type);
       if (!isPlace || encoding.endField.empty()) continue;
       if (encoding.bin && !encoding.scale.zero) encoding.scale.zero = false;
@@ -176,6 +181,10 @@ class ChannelDeriver {
     auto const unit = TimeUnit::FromName(encoding.timeUnit.name);
     bool const isOpen = encoding.axis.format.empty() && !encoding.axis.tickInterval;
     if (unit && isOpen && !encoding.timeUnit.IsPeriod()) encoding.axis.format = unit->GetLabelPattern();
+  }
+
+  static bool IsStyle(Channel channel) {
+    return channel == Channel::Size || channel == Channel::Opacity || channel == Channel::Color;
   }
 
   void TakeMiddle(Encoding& encoding) {
@@ -219,6 +228,27 @@ class ChannelDeriver {
       drawn_.rows =
           BinRows(graph_, {encoding.path, spec, encoding.field, start, encoding.endField}, *drawn_.rows);
     encoding.field = start;
+    if (IsDiscrete(encoding.type)) NameBins(encoding);
+  }
+
+  // Bins as categories: each is told by its ends, and they stand in their own order where no other is asked
+  // for.
+  void NameBins(Encoding& encoding) {
+    RowStep step(graph_, *drawn_.rows, encoding.path);
+    std::string const start = std::exchange(encoding.field, encoding.field + "_range");
+    auto const format = [&](std::string const& end) {
+      return graph_.Call(end + " texts", "formatNumbers", {step.Numbers(end), graph_.Text("")});
+    };
+    // A row without a number has no bin.
+    NodeId const texts = graph_.Call(encoding.field + " texts", "joinTexts",
+                                     {format(start), graph_.Text(" \u2013 "), format(encoding.endField)});
+    NodeId const none = graph_.Map(encoding.field + " is none", "isSpecial", step.Numbers(start));
+    NodeId const noText = graph_.Constant(
+        "no text", ort::core::factory::MakeSpecial(StoreTypeInfo::String, ort::core::SpecialKind::Missing));
+    step.Set(encoding.field, graph_.Call(encoding.field, "choose", {none, noText, texts}));
+    drawn_.rows = step.Extend();
+    encoding.endField.clear();
+    if (!encoding.sortBy && encoding.sort.empty() && !encoding.keepsDataOrder) encoding.sortField = start;
   }
 
   // Bins of the data: the second position has their ends.
