@@ -13,7 +13,7 @@ constexpr std::size_t kMostElements = 10'000;
 
 std::string DescribeRange(NumberRange const& range) {
   bool const hasMaximum = range.maximum < std::numeric_limits<double>::max();
-  auto const lower = fmt::format("{} {}", range.isAboveMinimum ? "above" : "of at least", range.minimum);
+  auto lower = fmt::format("{} {}", range.isAboveMinimum ? "above" : "of at least", range.minimum);
   if (!hasMaximum) return lower;
   if (!range.isAboveMinimum) return fmt::format("from {} to {}", range.minimum, range.maximum);
   return fmt::format("{} and at most {}", lower, range.maximum);
