@@ -41,7 +41,7 @@ Operand IsOf(Call& call, ValueType type) {
 
 Operand ToBoolean(Call& call) {
   OperandCompiler& compiler = call.compiler;
-  Operand const value = call.Get(0);
+  Operand value = call.Get(0);
   compiler.RequireValue(value);
   if (value.type == ValueType::Boolean) return value;
   auto const differs = [&](Operand const& from, Operand const& other) {

@@ -10,8 +10,8 @@ namespace ostrel::charts {
 using ort::core::builtins::BuiltinFamily;
 
 BuiltinFamily TickFamily();
-BuiltinFamily LabelFamily(std::shared_ptr<services::TextMeasurer const> measurer);
-BuiltinFamily TextBoxFamily(std::shared_ptr<services::TextMeasurer const> measurer);
+BuiltinFamily LabelFamily(std::shared_ptr<services::TextMeasurer const> const& measurer);
+BuiltinFamily TextBoxFamily(std::shared_ptr<services::TextMeasurer const> const& measurer);
 BuiltinFamily PaletteFamily();
 BuiltinFamily CalendarFamily();
 BuiltinFamily BinFamily();

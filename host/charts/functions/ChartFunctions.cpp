@@ -16,7 +16,7 @@ std::vector<BuiltinFamily> MakeFamilies(std::shared_ptr<services::TextMeasurer c
 }  // namespace
 
 void RegisterChartFunctions(FunctionRegistry& registry,
-                            std::shared_ptr<services::TextMeasurer const> measurer) {
+                            std::shared_ptr<services::TextMeasurer const> const& measurer) {
   for (auto const& family : MakeFamilies(measurer)) builtins::RegisterFamily(registry, family);
 }
 

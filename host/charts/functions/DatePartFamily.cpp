@@ -14,7 +14,7 @@ namespace {
 using namespace ort::core;
 using namespace ort::core::builtins;
 
-using PartReader = double (*)(OrtDateTime);
+using PartReader = int (*)(OrtDateTime);
 
 int DayOfYear(OrtDateTime date) {
   int const year = date.GetOrtDateTimeParts().GetYear();
@@ -33,17 +33,17 @@ constexpr int kTicksPerMillisecond = 10;
 
 // clang-format off
 constexpr NamedPart kParts[] = {
-    {"year", [](OrtDateTime date) -> double { return date.GetOrtDateTimeParts().GetYear(); }},
-    {"quarter", [](OrtDateTime date) -> double { return (date.GetOrtDateTimeParts().GetMonth() + 2) / 3; }},
-    {"month", [](OrtDateTime date) -> double { return date.GetOrtDateTimeParts().GetMonth() - 1; }},
-    {"date", [](OrtDateTime date) -> double { return date.GetOrtDateTimeParts().GetDay(); }},
-    {"week", [](OrtDateTime date) -> double { return (DayOfYear(date) + 7 - Weekday(date)) / 7; }},
-    {"dayofyear", [](OrtDateTime date) -> double { return DayOfYear(date) + 1; }},
-    {"day", [](OrtDateTime date) -> double { return Weekday(date); }},
-    {"hours", [](OrtDateTime date) -> double { return date.GetOrtDateTimeParts().GetHour(); }},
-    {"minutes", [](OrtDateTime date) -> double { return date.GetOrtDateTimeParts().GetMinute(); }},
-    {"seconds", [](OrtDateTime date) -> double { return date.GetOrtDateTimeParts().GetSecond(); }},
-    {"milliseconds", [](OrtDateTime date) -> double {
+    {"year", [](OrtDateTime date) -> int { return date.GetOrtDateTimeParts().GetYear(); }},
+    {"quarter", [](OrtDateTime date) -> int { return (date.GetOrtDateTimeParts().GetMonth() + 2) / 3; }},
+    {"month", [](OrtDateTime date) -> int { return date.GetOrtDateTimeParts().GetMonth() - 1; }},
+    {"date", [](OrtDateTime date) -> int { return date.GetOrtDateTimeParts().GetDay(); }},
+    {"week", [](OrtDateTime date) -> int { return (DayOfYear(date) + 7 - Weekday(date)) / 7; }},
+    {"dayofyear", [](OrtDateTime date) -> int { return DayOfYear(date) + 1; }},
+    {"day", [](OrtDateTime date) -> int { return Weekday(date); }},
+    {"hours", [](OrtDateTime date) -> int { return date.GetOrtDateTimeParts().GetHour(); }},
+    {"minutes", [](OrtDateTime date) -> int { return date.GetOrtDateTimeParts().GetMinute(); }},
+    {"seconds", [](OrtDateTime date) -> int { return date.GetOrtDateTimeParts().GetSecond(); }},
+    {"milliseconds", [](OrtDateTime date) -> int {
        return date.GetOrtDateTimeParts().GetFraction() / kTicksPerMillisecond;
      }},
 };
@@ -53,8 +53,9 @@ Value ReadDatePart(Value const& dates, Value const& part) {
   std::string const name = FetchStoreValue<OStringCore>(part).toUtf8();
   for (NamedPart const& known : kParts) {
     if (name != known.name) continue;
-    return MapRowsOf<double>([read = known.read](OrtDateTime date) { return std::optional(read(date)); },
-                             RowInput<OrtDateTime>(dates, "dates"));
+    return MapRowsOf<double>(
+        [read = known.read](OrtDateTime date) { return std::optional<double>(read(date)); },
+        RowInput<OrtDateTime>(dates, "dates"));
   }
   ThrowError(OrtError_WrongValueKind, "no part of a date is named \"" + name + "\"");
 }

@@ -197,7 +197,7 @@ Value ShowLabels(Value const& positions, Value const& sizes, Value const& gap, V
 
 }  // namespace
 
-BuiltinFamily LabelFamily(std::shared_ptr<TextMeasurer const> measurer) {
+BuiltinFamily LabelFamily(std::shared_ptr<TextMeasurer const> const& measurer) {
   using enum StoreType;
   KeySegmentType const text = Segment(String);
   return {

@@ -103,9 +103,10 @@ BuiltinRow RealRow(char const* name, char const* help, char const* example) {
 }
 
 template <template <class> class Operation>
-BuiltinRow PairRow(char const* name, std::vector<std::string> inputs, char const* help, char const* example) {
+BuiltinRow PairRow(char const* name, std::vector<std::string> const& inputs, char const* help,
+                   char const* example) {
   return {.name = name,
-          .inputs = std::move(inputs),
+          .inputs = inputs,
           .help = help,
           .example = example,
           .registrations = Zip<Operation, StoreType::Real64>()};

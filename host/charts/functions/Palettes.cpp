@@ -64,7 +64,7 @@ class Stops {
   /// The colour at `i` of `whole` even distances between the first stop and the last. The place is divided
   /// once, so that middles between stops are exact.
   int Interpolate(std::size_t i, std::size_t whole) const {
-    double const last = static_cast<double>(GetCount() - 1);
+    auto const last = static_cast<double>(GetCount() - 1);
     double const along = static_cast<double>(i) * last / static_cast<double>(whole);
     auto const stop = std::min(static_cast<std::size_t>(along), GetCount() - 2);
     double const part = along - static_cast<double>(stop);

@@ -166,7 +166,7 @@ Value ComposeInBoxes(Value const& texts, Value const& styles, Value const& table
 
 }  // namespace
 
-BuiltinFamily TextBoxFamily(std::shared_ptr<services::TextMeasurer const> measurer) {
+BuiltinFamily TextBoxFamily(std::shared_ptr<services::TextMeasurer const> const& measurer) {
   using enum StoreType;
   return {
       "text boxes",
