@@ -84,8 +84,7 @@ bool Composer::HasPlainBox() const noexcept {
 std::vector<ComposedTextRun>& Composer::ComposeRuns(FormattedText const& text, Size const& size,
                                                     Composed& result) {
   runs_.clear();
-  auto const& runs = text.GetRuns();
-  BeginComposition(runs.empty() ? 0 : runs.front().styleIndex);
+  BeginComposition(text.IsEmpty() ? 0 : text.GetRuns().front().styleIndex);
   AtExit const end([this] {
     tokens_.clear();
     EndComposition();

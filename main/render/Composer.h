@@ -73,7 +73,7 @@ class OSTREL_API Composer {
 
   Composer(bool allowFinerBreaks, float tolerance) noexcept;
 
-  // A composition begins with its first run's style (0 without runs) and ends, also when it fails.
+  // A composition begins with its first run's style (0 for an empty text) and ends, also when it fails.
   virtual void BeginComposition(std::uint32_t firstStyle) = 0;
   virtual void EndComposition() noexcept = 0;
   virtual float Measure(std::uint32_t style, OStringCore const& text) = 0;

@@ -1,3 +1,5 @@
+#include <algorithm>
+#include <iterator>
 #include <map>
 
 #include "charts/functions/ChartFamilies.h"
@@ -5,6 +7,7 @@
 #include "ostrelrtcore/builtins/Columns.h"
 #include "ostreltransforms/VisualKey.h"
 #include "ostreltransforms/composer/ComposeText.h"
+#include "render/Composer.h"
 
 /// Texts that have boxes of their own, where composeText has one for all. A special row is an empty text.
 namespace ostrel::charts {
@@ -164,6 +167,50 @@ Value ComposeInBoxes(Value const& texts, Value const& styles, Value const& table
   return joined.Finish();
 }
 
+std::vector<RIndirectString> SplitLines(RIndirectString const& text) {
+  std::vector<RIndirectString> lines;
+  for (OStringCore const& line : text.Get().split(OStringCore(u"\n"))) lines.emplace_back(line);
+  return lines;
+}
+
+Value ShortenLines(Value const& texts, Value const& table, Value const& width, Value const& height,
+                   Value const& fit) {
+  RequireColumn(*texts, StoreType::String, "texts");
+  auto const& rows = texts->AsTypedArray<RIndirectString>();
+  RowKinds const kinds(rows);
+  auto lines = std::make_unique<std::vector<RIndirectString>>();
+  std::vector<std::size_t> ends;
+  for (int row = 0; row < rows.GetCount(); ++row) {
+    if (kinds[row] == SpecialKind::None)
+      std::ranges::move(SplitLines(rows.GetElement(row)), std::back_inserter(*lines));
+    ends.push_back(lines->size());
+  }
+  std::size_t const count = lines->size();
+  // Each line is a text, of which one run is left or none.
+  Value const composed = OstrelTransforms::ComposeText(
+      {MakeInts(count, [](std::size_t i) { return i; }), MakeInts(count, [](std::size_t) { return 1; }),
+       factory::MakeArray<RIndirectString>(StoreTypeInfo::String, std::move(lines)),
+       MakeInts(count, [](std::size_t) { return 0; }), table, width, height, fit,
+       factory::MakeInt32(runtime::NoWrap)});
+  auto const& columns = composed->AsNamedValues();
+  auto const runCounts = columns.Get(VisualKey::TextRunCount)->AsTypedArray<int>().GetValues();
+  auto const runs = columns.Get(VisualKey::TextRun)->AsTypedArray<RIndirectString>().GetValues();
+  auto shortened = factory::MakeColumnBuilder<RIndirectString>(StoreTypeInfo::String, rows.GetCount());
+  auto run = runs.begin();
+  std::size_t line = 0;
+  for (int row = 0; row < rows.GetCount(); ++row) {
+    auto const at = static_cast<std::size_t>(row);
+    if (kinds[row] != SpecialKind::None) shortened.SetSpecial(row, kinds[row]);
+    OStringCore text;
+    for (std::size_t const first = line; line < ends[at]; ++line) {
+      if (line > first) text += u'\n';
+      if (runCounts[line] > 0) text += run++->Get();
+    }
+    shortened.GetValues()[at] = text;
+  }
+  return shortened.Finish();
+}
+
 }  // namespace
 
 BuiltinFamily TextBoxFamily(std::shared_ptr<services::TextMeasurer const> const& measurer) {
@@ -210,6 +257,17 @@ BuiltinFamily TextBoxFamily(std::shared_ptr<services::TextMeasurer const> const&
                {ArrayOf(String), ArrayOf(Int32), Segment(Table), ArrayOf(Real64), ArrayOf(Real64),
                 Segment(Int32), Segment(Int32)},
                Segment(KeyMap))}},
+          {.name = "shortenLines",
+           .inputs = {"texts", "styleTable", "width", "height", "fitStyle"},
+           .help =
+               "Texts of whose lines each fits a box by itself: in the first style of the table, with a fit "
+               "style of composeText. A line that fits in no form is empty.",
+           .example = R"("inputs": [{"Array": {"type": "String", "values": []}}, {"Table": {"text_font": )"
+                      R"({"Array": {"type": "Tuple", "values": []}}}}, {"Real64": 40}, {"Real64": 20}, )"
+                      R"({"Int32": 4}])",
+           .registrations = {Multinary<ShortenLines>(
+               {ArrayOf(String), Segment(Table), Segment(Real64), Segment(Real64), Segment(Int32)},
+               ArrayOf(String))}},
       }};
 }
 

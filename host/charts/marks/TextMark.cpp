@@ -63,31 +63,28 @@ class TextPlan final : public MarkPlan {
     double const angle = mark_.angle.value_or(0) * std::numbers::pi / 180;
     Point const shift{mark_.dx.value_or(0) + ascent_ * std::sin(angle),
                       mark_.dy.value_or(0) - ascent_ * std::cos(angle)};
-    for (NodeId const node : composed_) {
-      ComposedTexts const texts(scene.results[node]);
-      for (int row = 0; row < x.GetCount(); ++row) {
-        if (!texts.HasText(row)) continue;
-        look.at = {x.GetElement(row) + shift.x, y.GetElement(row) + shift.y};
-        look.color = Fade(colors != nullptr ? colors->GetElement(row) : look_.color, look_.opacity);
-        look.tooltip = tooltips.Read(row);
-        texts.Add(scene.group, row, style_, look, scene.extent);
-      }
+    ComposedTexts const texts(scene.results[composed_]);
+    for (int row = 0; row < x.GetCount(); ++row) {
+      if (!texts.HasText(row)) continue;
+      look.at = {x.GetElement(row) + shift.x, y.GetElement(row) + shift.y};
+      look.color = Fade(colors != nullptr ? colors->GetElement(row) : look_.color, look_.opacity);
+      look.tooltip = tooltips.Read(row);
+      texts.Add(scene.group, row, style_, look, scene.extent);
     }
   }
 
  private:
-  // Lines end where the text says; with a limit, what is longer is shortened.
+  // Lines end where the text says; with a limit, each that is longer is shortened.
   void PlanTextsOfRows(GraphBuilder& graph, NodeId texts) {
-    double const limit = mark_.limit.value_or(0);
-    NodeId const length = graph.Real(limit > 0 ? limit : GuideStyle::kNoLimit);
     NodeId const any = graph.Real(GuideStyle::kNoLimit);
-    bool const isTurned = style_.turn != TextTurn::None;
-    NodeId const fromRight = mark_.isRightToLeft.value_or(false)
-                                 ? graph.Call("texts from the right", "readsFromRight", {texts})
-                                 : -1;
-    composed_ = ComposeByDirection(graph, "composed texts", MakeSingleRuns(graph, "texts", texts, style_),
-                                   fromRight, {isTurned ? any : length, isTurned ? length : any});
-    for (NodeId const node : composed_) graph.Keep(node);
+    double const limit = mark_.limit.value_or(0);
+    if (limit > 0) {
+      bool const isTurned = style_.turn != TextTurn::None;
+      NodeId const length = graph.Real(limit);
+      texts = ShortenLines(graph, "texts", texts, style_, mark_.isRightToLeft.value_or(false),
+                           {isTurned ? any : length, isTurned ? length : any});
+    }
+    composed_ = graph.Keep(ComposeTexts(graph, "composed texts", texts, style_, {any, any}));
     if (mark_.baseline == "alphabetic") ascent_ = MeasureAscent(graph, style_);
   }
 
@@ -99,7 +96,7 @@ class TextPlan final : public MarkPlan {
   NodeId y_ = -1;
   NodeId color_ = -1;  // -1 where the channel has no field
   NodeId tooltips_ = -1;
-  std::vector<NodeId> composed_;  // each text is empty in all nodes but one
+  NodeId composed_ = -1;
 };
 
 // The text of each row.

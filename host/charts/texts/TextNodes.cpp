@@ -96,6 +96,19 @@ NodeId ComposeTexts(GraphBuilder& graph, std::string const& name, NodeId texts, 
   return Compose(graph, name, MakeSingleRuns(graph, name, texts, style), box);
 }
 
+NodeId ShortenLines(GraphBuilder& graph, std::string const& name, NodeId texts, TextStyle const& style,
+                    bool linesFromRight, TextBox const& box) {
+  NodeId const table = MakeTextStyles(graph, {style});
+  auto const shorten = [&](runtime::TextFitStyle fit) {
+    return graph.Call(name + " of short lines", "shortenLines",
+                      {texts, table, box.width, box.height, graph.Int(fit)});
+  };
+  NodeId const shortened = shorten(box.fit);
+  if (!linesFromRight || box.fit != runtime::DotsRight) return shortened;
+  NodeId const fromRight = graph.Call(name + " from the right", "readsFromRight", {texts});
+  return graph.Call(name + " by direction", "choose", {fromRight, shortened, shorten(runtime::DotsLeft)});
+}
+
 std::vector<NodeId> ComposeByDirection(GraphBuilder& graph, std::string const& name, TextRuns const& runs,
                                        NodeId fromRight, TextBox const& box) {
   if (fromRight < 0 || box.fit != runtime::DotsRight) return {Compose(graph, name, runs, box)};

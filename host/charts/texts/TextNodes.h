@@ -81,6 +81,11 @@ struct TextRuns {
 /// Texts of one run each.
 TextRuns MakeSingleRuns(GraphBuilder& graph, std::string const& name, NodeId texts, TextStyle const& style);
 
+/// Texts of one style of whose lines each fits the box. Lines from the right are cut by the direction of
+/// their text, as ComposeByDirection does.
+NodeId ShortenLines(GraphBuilder& graph, std::string const& name, NodeId texts, TextStyle const& style,
+                    bool linesFromRight, TextBox const& box);
+
 /// Nodes of composeText, each text being empty in all but one. A text that is shortened with dots loses what
 /// is read last; but in lines from the right, texts that are read from the left lose their beginning: the
 /// dots stand where such a line ends. `fromRight` is a Bool column of where texts are read from the right,

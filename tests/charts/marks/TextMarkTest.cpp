@@ -45,6 +45,11 @@ TEST(TextMarks, StandAtTheirPlaceByAlignmentBaselineAndAngle) {
       {R"(,"limit":40)", "abcde", "ab..@50,53/0|"},
       {R"(,"limit":40,"angle":90)", "abcde", "ab..@47,50/90|"},
       {R"(,"limit":0)", "abcde", "abcde@50,53/0|"},
+      // Each line has the limit.
+      {R"(,"limit":40,"baseline":"top")", "abcde\\nab\\nefghi", "ab..@50,58/0| ab@50,70/0| ef..@50,82/0|"},
+      {R"(,"limit":40,"baseline":"top")", "abcd\\n\\nab", "abcd@50,58/0| ab@50,82/0|"},
+      {R"(,"limit":40,"angle":90,"baseline":"top")", "abcde\\nab", "ab..@42,50/90| ab@30,50/90|"},
+      {R"(,"limit":5,"baseline":"top")", "abcde\\nab", ""},
       // What is left out stood where the line ends.
       {R"(,"limit":40)", "אבגדה", "אב..@50,53/0|r"},
       {R"(,"limit":40,"dir":"rtl")", "אבגדה", "אב..@50,53/0|r"},

@@ -437,6 +437,8 @@ TEST(TextComposer, RefusesWhatTheStyleTableDoesNotHave) {
   EXPECT_EQ(compose(Texts::MakeTable({{}}), "1:a").first, 55);
   EXPECT_EQ(compose(Texts::MakeTable({{}}), "0:a|1:b").first, 55);
   EXPECT_EQ(compose(Texts::MakeTable({{}}), "0:a|1:"), Error(-1, "no error"));
+  // An empty text is in the first style, whatever its runs say.
+  EXPECT_EQ(compose(Texts::MakeTable({{}}), "1:"), Error(-1, "no error"));
 
   FormattedText beyond;
   beyond.append({0, Texts::Utf8("a")});
