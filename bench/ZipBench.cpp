@@ -223,7 +223,7 @@ BENCHMARK(PlainStack)->Apply(Sizes);
 
 void KeySizes(benchmark::internal::Benchmark* benchmark) {
   for (int const rows : {1000, 1'000'000}) {
-    for (int const different : {8, 1000, 1'000'000}) benchmark->Args({rows, different});
+    for (int const different : {8, 1000, 100'000, 1'000'000}) benchmark->Args({rows, different});
   }
 }
 BENCHMARK(IncOnNew)->Apply(KeySizes);

@@ -61,7 +61,8 @@ class FlatTable {
       --shift_;
       Refill(2 * slots_.size());
       slot = FindSlot(key);
-    } else if (((slot - slots_.data() - GetHome(key)) & (slots_.size() - 1)) > kFarthest) {
+    } else if (((static_cast<std::size_t>(slot - slots_.data()) - GetHome(key)) & (slots_.size() - 1)) >
+               kFarthest) {
       // Keys that the multiplier does not tell apart. There are some for every multiplier, but not the same.
       multiplier_ = multiplier_ * UINT64_C(0x5851F42D4C957F2D) + 2;
       Refill(slots_.size());

@@ -90,7 +90,9 @@ TEST(SeenIntegers, AgreeWithAMapOnAnyNumbers) {
       {"any", 20000, [&](int) { return static_cast<int>(random()); }},
       {"high bits", 3000, [&](int) { return static_cast<int>(static_cast<unsigned>(among(200)) << 24); }},
       {"crowded", 9000,
-       [&, crowded = MakeCrowded()](int row) { return crowded[random() % (1U + row / 4U)]; }},
+       [&, crowded = MakeCrowded()](int row) {
+         return crowded[random() % static_cast<unsigned>(1 + row / 4)];
+       }},
   };
   for (auto const& [name, rows, value] : cases) {
     SCOPED_TRACE(name);
