@@ -7,6 +7,9 @@ class OSTREL_API MapProjectorHelper {
  public:
   static constexpr double sEarthRadius = 6378137.0;  // metres, at the equator
 
+  // Through the base nothing but the class is copied: a projector keeps its parameters.
+  MapProjectorHelper(MapProjectorHelper const&) = default;
+  MapProjectorHelper& operator=(MapProjectorHelper const&) = default;
   virtual ~MapProjectorHelper();
   virtual double GetInverseOfX(double x) const = 0;
   virtual double GetInverseOfY(double y) const = 0;
@@ -20,8 +23,6 @@ class OSTREL_API MapProjectorHelper {
 
  protected:
   MapProjectorHelper() = default;
-  MapProjectorHelper(MapProjectorHelper const&) = default;
-  MapProjectorHelper& operator=(MapProjectorHelper const&) = default;
 };
 
 // See MercatorProjections.

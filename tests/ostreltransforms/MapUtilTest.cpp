@@ -86,6 +86,9 @@ TEST(MapProjectors, ComeByKind) {
   MercatorMapProjectorHelper copy(0.0);
   copy = *typed;
   EXPECT_EQ(copy.GetEccentricity(), 0.5);
+  MapProjectorHelper& base = copy;
+  base = MercatorMapProjectorHelper(0.25);
+  EXPECT_EQ(copy.GetEccentricity(), 0.5);
   EXPECT_EQ(mercator->GetCoordinate(true, 10), GetX(10));
   EXPECT_EQ(mercator->GetCoordinate(false, 10), GetY(10, 0.5));
   EXPECT_EQ(mercator->GetInverseOf(true, 1e6), GetInverseOfX(1e6));

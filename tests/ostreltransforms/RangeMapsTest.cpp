@@ -1,44 +1,22 @@
-#include <gtest/gtest.h>
-
 #include <climits>
 #include <cmath>
-#include <limits>
 
 #include "maps/MapUtil.h"
-#include "ostrelrtcore/Factory.h"
 #include "ostrelsys/OLogicException.h"
 #include "ostreltransforms/RangeUtilities.h"
 #include "ostreltransforms/RowDriver.h"
+#include "ostreltransforms/TestValues.h"
 #include "ostreltransforms/map/RangeMaps.h"
 
 namespace {
 
 using namespace OstrelTransforms;
-using namespace ort::core;
+using namespace TestValues;
 using RangeUtilities::Ends;
 using RowDriver::ErrorOf;
 
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-
-Value I32(int value) { return factory::MakeInt32(value); }
-Value I64(int64 value) { return factory::MakeInt64(value); }
-Value R32(float value) { return factory::MakeReal32(value); }
-Value R64(double value) { return factory::MakeReal64(value); }
-Value Text() { return factory::MakeString(OStringCore(L"a")); }
-Value Special(StoreTypeInfo const& type, SpecialKind kind = SpecialKind::Missing) {
-  return factory::MakeSpecial(type, kind);
-}
 Value Instant(int day, int hour = 0) { return factory::MakeDateTime(OrtDateTime(2020, 3, day, hour)); }
 Value Date(int day, int hour = 0) { return factory::MakeDate(OrtDateTime(2020, 3, day, hour)); }
-Value Range(Value minimum, Value maximum, int mode = 0, int fieldType = 4, bool isLog = false) {
-  return factory::MakeTuple(std::vector{std::move(minimum), std::move(maximum), I32(mode), I32(fieldType),
-                                        factory::MakeBool(isLog)});
-}
-
-void ExpectRange(Value const& got, Value const& expected, std::size_t place) {
-  EXPECT_TRUE(got->Equals(*expected)) << "case " << place;
-}
 
 TEST(RangeMaps, ExtendPointRangesOpensPoints) {
   struct {
@@ -62,7 +40,7 @@ TEST(RangeMaps, ExtendPointRangesOpensPoints) {
       {Range(Special(StoreTypeInfo::Real64), R64(5)), Range(Special(StoreTypeInfo::Real64), R64(5))},
   };
   std::size_t place = 0;
-  for (auto const& [range, expected] : cases) ExpectRange(ExtendPointRanges(range), expected, place++);
+  for (auto const& [range, expected] : cases) ExpectEqual(ExtendPointRanges(range), expected, place++);
   Value const special = Special(StoreTypeInfo::Real64);
   EXPECT_EQ(ErrorOf([&] { ExtendPointRanges(Range(special, special)); }), 55);
 }
@@ -79,7 +57,7 @@ TEST(RangeMaps, ClearRangesClearsTheEndsThatTheModeLeavesOpen) {
     }
     bool const keepsMaximum = mode == 5 || mode == 8 || mode == 9;
     bool const keepsMinimum = mode == 4 || mode == 6 || mode == 7;
-    ExpectRange(cleared, Range(keepsMinimum ? minimum : noMinimum, keepsMaximum ? maximum : noMaximum, mode),
+    ExpectEqual(cleared, Range(keepsMinimum ? minimum : noMinimum, keepsMaximum ? maximum : noMaximum, mode),
                 static_cast<std::size_t>(mode));
   }
 }
@@ -105,7 +83,7 @@ TEST(RangeMaps, PadRangeTableMovesEachEndInItsOwnType) {
   };
   std::size_t place = 0;
   for (auto const& [below, above, range, expected] : cases) {
-    ExpectRange(PadRangeTableFunctor(below, above).Apply(range), expected, place++);
+    ExpectEqual(PadRangeTableFunctor(below, above).Apply(range), expected, place++);
   }
   EXPECT_EQ(ErrorOf([] { PadRangeTableFunctor(1, 0).Apply(Range(Text(), R64(1))); }), 178);
 }
@@ -115,8 +93,8 @@ TEST(RangeMaps, ExpandMinAndMaxNeverNarrows) {
     return ExpandMinAndMaxFunctor(minimum, maximum).Apply(range);
   };
   Value const zero = R64(0), hundred = R64(100);
-  ExpectRange(expand(zero, hundred, Range(R64(10), R64(20), 3)), Range(zero, hundred, 3), 0);
-  ExpectRange(expand(zero, hundred, Range(I32(0), I64(100))), Range(zero, hundred), 1);
+  ExpectEqual(expand(zero, hundred, Range(R64(10), R64(20), 3)), Range(zero, hundred, 3), 0);
+  ExpectEqual(expand(zero, hundred, Range(I32(0), I64(100))), Range(zero, hundred), 1);
   for (Value const& range : {Range(R64(-5), R64(20)), Range(R64(5), R64(101)), Range(R64(kNaN), R64(5))}) {
     EXPECT_EQ(expand(zero, hundred, range), range);
   }
@@ -131,21 +109,21 @@ TEST(RangeMaps, ExpandAroundPointProjectsHalfASizeEachWay) {
         .Apply(Range(R64(point), Text(), 8, 7, true));
   };
   auto const range = [](double low, double high) { return Range(R64(low), R64(high), 8, 7, true); };
-  ExpectRange(expand(0, 2, 0, true), Range(R64(-7), I32(7), 8, 7, true), 0);
-  ExpectRange(expand(-0.0, 2, 99, true), Range(R64(-7), I32(7), 8, 7, true), 1);
-  ExpectRange(expand(5, 2, 1, true), range(3, 7), 2);
-  ExpectRange(expand(5, 2, 1, false), range(3, 7), 3);
+  ExpectEqual(expand(0, 2, 0, true), Range(R64(-7), I32(7), 8, 7, true), 0);
+  ExpectEqual(expand(-0.0, 2, 99, true), Range(R64(-7), I32(7), 8, 7, true), 1);
+  ExpectEqual(expand(5, 2, 1, true), range(3, 7), 2);
+  ExpectEqual(expand(5, 2, 1, false), range(3, 7), 3);
   double const x = GetX(10), y = GetY(10, 0);
-  ExpectRange(expand(x, 2, 0, true), range(GetX(GetInverseOfX(x) - 2), GetX(GetInverseOfX(x) + 2)), 4);
-  ExpectRange(expand(y, 2, 0, false),
+  ExpectEqual(expand(x, 2, 0, true), range(GetX(GetInverseOfX(x) - 2), GetX(GetInverseOfX(x) + 2)), 4);
+  ExpectEqual(expand(y, 2, 0, false),
               range(GetY(GetInverseOfY(y, 0) - 2, 0), GetY(GetInverseOfY(y, 0) + 2, 0)), 5);
   // Over the date line: a low end that wrapped mirrors the high one, a high end that wrapped falls on the
   // low.
-  ExpectRange(expand(-179, 2, 1, true), range(-181, -177), 6);
-  ExpectRange(expand(179, 2, 1, true), range(177, 177), 7);
-  ExpectRange(expand(179, 2, 1, false), range(177, 181), 8);
+  ExpectEqual(expand(-179, 2, 1, true), range(-181, -177), 6);
+  ExpectEqual(expand(179, 2, 1, true), range(177, 177), 7);
+  ExpectEqual(expand(179, 2, 1, false), range(177, 181), 8);
   // Both ends wrapped: nothing is mended.
-  ExpectRange(expand(5, 180, 1, true), range(-175, -175), 9);
+  ExpectEqual(expand(5, 180, 1, true), range(-175, -175), 9);
   EXPECT_THROW(expand(5, 2, 2, true), OLogicException);
 }
 
@@ -168,7 +146,7 @@ TEST(RangeUtilities, RefuseWhatIsNoRange) {
 
 TEST(RangeUtilities, BuilderPadsBothEndsByItsFurtherAmount) {
   Value const source = Range(R64(1), R64(1), 5, 2, true);
-  ExpectRange(RangeUtilities::MakeRange({I32(1), R64(2)}, source->AsTuple(), 0.5),
+  ExpectEqual(RangeUtilities::MakeRange({I32(1), R64(2)}, source->AsTuple(), 0.5),
               Range(I32(0), R64(2.5), 5, 2, true), 0);
   Value const minimum = R64(-0.0);
   EXPECT_EQ(RangeUtilities::MakeRange({minimum, R64(2)}, source->AsTuple())->AsTuple().GetMember(0), minimum);

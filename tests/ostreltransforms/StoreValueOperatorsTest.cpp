@@ -1,39 +1,22 @@
-#include <gtest/gtest.h>
-
 #include <cmath>
 #include <functional>
-#include <limits>
 #include <random>
 
-#include "ostrelrtcore/Factory.h"
 #include "ostreltransforms/RowDriver.h"
 #include "ostreltransforms/StoreValueOperators.h"
+#include "ostreltransforms/TestValues.h"
 
 namespace {
 
-using namespace ort::core;
 using namespace StoreValueOperators;
+using namespace TestValues;
 using RowDriver::Same;
-using Value = std::shared_ptr<StoreValue>;
 
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-
-Value I32(int value) { return factory::MakeInt32(value); }
-Value I64(int64 value) { return factory::MakeInt64(value); }
-Value R32(float value) { return factory::MakeReal32(value); }
-Value R64(double value) { return factory::MakeReal64(value); }
-Value Text() { return factory::MakeString(OStringCore(L"5")); }
-Value Missing(StoreTypeInfo const& type) { return factory::MakeSpecial(type, SpecialKind::Null); }
+Value Null(StoreTypeInfo const& type) { return Special(type, kNull); }
 Value Instant(int day, int hour = 0) { return factory::MakeDateTime(OrtDateTime(2020, 3, day, hour)); }
 Value Date(int day, int hour = 0) { return factory::MakeDate(OrtDateTime(2020, 3, day, hour)); }
 
 using Operator = Value (*)(StoreValue const&, StoreValue const&);
-
-void ExpectEqual(Value const& got, Value const& expected, std::size_t place) {
-  ASSERT_EQ(got->GetTypeInfo(), expected->GetTypeInfo()) << "case " << place;
-  EXPECT_TRUE(got->Equals(*expected)) << "case " << place;
-}
 
 TEST(StoreValueOperators, ComputeWithinOneType) {
   struct {
@@ -156,7 +139,7 @@ TEST(StoreValueOperators, RefuseMixedAndForeignTypes) {
     }
     ++place;
   }
-  EXPECT_EQ(RowDriver::ErrorOf([] { Add(*Missing(StoreTypeInfo::Int32), *I32(1)); }), 55);
+  EXPECT_EQ(RowDriver::ErrorOf([] { Add(*Null(StoreTypeInfo::Int32), *I32(1)); }), 55);
 }
 
 TEST(StoreValueOperatorsDeathTest, IntegerDivisionFaultsLikeTheMachine) {
@@ -182,7 +165,7 @@ TEST(StoreValueOperators, ConvertAndCompare) {
   EXPECT_NE(copy, value);
   ExpectEqual(copy, value, 0);
   ExpectEqual(Cast(*value, StoreType::Int32), I32(3), 1);
-  ExpectEqual(Cast(*Missing(StoreTypeInfo::Real64), StoreType::Int64), Missing(StoreTypeInfo::Int64), 2);
+  ExpectEqual(Cast(*Null(StoreTypeInfo::Real64), StoreType::Int64), Null(StoreTypeInfo::Int64), 2);
 }
 
 TEST(StoreValueOperators, LnGivesZeroOutsideItsDomain) {
@@ -197,7 +180,7 @@ TEST(StoreValueOperators, LnGivesZeroOutsideItsDomain) {
     ASSERT_EQ(ln->GetStoreType(), StoreType::Real64);
     EXPECT_TRUE(Same(ln->GetReal64(), expected)) << ln->GetReal64();
   }
-  ExpectEqual(Ln(*Missing(StoreTypeInfo::String)), Missing(StoreTypeInfo::String), 0);
+  ExpectEqual(Ln(*Null(StoreTypeInfo::String)), Null(StoreTypeInfo::String), 0);
 }
 
 TEST(StoreValueOperators, InterpolateCastsToTheRangesType) {

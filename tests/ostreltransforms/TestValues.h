@@ -25,7 +25,7 @@ inline Value I32(int value) { return factory::MakeInt32(value); }
 inline Value I64(int64 value) { return factory::MakeInt64(value); }
 inline Value R32(float value) { return factory::MakeReal32(value); }
 inline Value R64(double value) { return factory::MakeReal64(value); }
-inline Value Text(wchar_t const* text) { return factory::MakeString(OStringCore(text)); }
+inline Value Text(wchar_t const* text = L"a") { return factory::MakeString(OStringCore(text)); }
 inline Value Special(StoreTypeInfo const& type, SpecialKind kind = kMissing) {
   return factory::MakeSpecial(type, kind);
 }
@@ -67,7 +67,8 @@ inline Value Call(FunctionRegistry& registry, wchar_t const* name, std::vector<V
   return dynamic_cast<IMultinaryFunctor&>(*functor).Apply(inputs);
 }
 
-inline void ExpectEqual(Value const& got, Value const& expected, std::string const& place = "") {
+template <class Place = char const*>
+void ExpectEqual(Value const& got, Value const& expected, Place const& place = "") {
   ASSERT_NE(got, nullptr) << place;
   ASSERT_EQ(got->GetTypeInfo(), expected->GetTypeInfo()) << place;
   EXPECT_TRUE(got->Equals(*expected)) << place;

@@ -40,6 +40,18 @@ constexpr Row Lookup(wchar_t const* const& name, StoreType key, StoreType keySet
                                                 .example = example});
 }
 
+template <class T>
+constexpr Row ArrayLookup(wchar_t const* const& name, char const* example) {
+  return UnaryOperation<ArrayLookUpFunctor<T>, Value>(
+      {.name = name,
+       .inputs = {"indices"},
+       .parameters = {{"column", ArrayOf(ElementTraits<T>::kStoreType)}},
+       .help = "The element of a column at each index; 0 for an index outside it.",
+       .details = R"(- `indices`: rows of the column, counted from 0
+- `column`: as long as wanted; its special rows give the 0 that stands in them)",
+       .example = example});
+}
+
 constexpr Row kRows[] = {
     UnaryOperation<InvlerpFunctor<float>, float, float>(
         {.name = TransformNames::INVLERP,
@@ -189,33 +201,15 @@ Below `mid` the result is (value - low) / (mid - low), or 0 where `low` equals `
         R"("inputs": [{"Array": {"type": "DateTime", "values": ["2020-03-01T00:00:00.0000"]}}], )"
         R"("parameters": [{"KeySet": {"key": "DateTime", "value": "Int64", )"
         R"("entries": [["2020-03-01T00:00:00.0000", 15]]}}])"),
-    UnaryOperation<ArrayLookUpFunctor<float>, Value>(
-        {.name = TransformNames::ARRAY_LOOKUP_REAL32,
-         .inputs = {"indices"},
-         .parameters = {{"column", ArrayOf(StoreType::Real32)}},
-         .help = "The element of a column at each index; 0 for an index outside it.",
-         .details = R"(- `indices`: rows of the column, counted from 0
-- `column`: as long as wanted; its special rows give the 0 that stands in them)",
-         .example = R"("inputs": [{"Array": {"type": "Int32", "values": [-1, 0, 2, 3]}}], )"
-                    R"("parameters": [{"Array": {"type": "Real32", "values": [1.5, 2.5, 3.5]}}])"}),
-    UnaryOperation<ArrayLookUpFunctor<double>, Value>(
-        {.name = TransformNames::ARRAY_LOOKUP_REAL64,
-         .inputs = {"indices"},
-         .parameters = {{"column", ArrayOf(StoreType::Real64)}},
-         .help = "The element of a column at each index; 0 for an index outside it.",
-         .details = R"(- `indices`: rows of the column, counted from 0
-- `column`: as long as wanted; its special rows give the 0 that stands in them)",
-         .example = R"("inputs": [{"Array": {"type": "Int32", "values": [-1, 0, 2, 3]}}], )"
-                    R"("parameters": [{"Array": {"type": "Real64", "values": [1.5, 2.5, 3.5]}}])"}),
-    UnaryOperation<ArrayLookUpFunctor<int64>, Value>(
-        {.name = TransformNames::ARRAY_LOOKUP_INT64,
-         .inputs = {"indices"},
-         .parameters = {{"column", ArrayOf(StoreType::Int64)}},
-         .help = "The element of a column at each index; 0 for an index outside it.",
-         .details = R"(- `indices`: rows of the column, counted from 0
-- `column`: as long as wanted; its special rows give the 0 that stands in them)",
-         .example = R"("inputs": [{"Array": {"type": "Int32", "values": [-1, 0, 2, 3]}}], )"
-                    R"("parameters": [{"Array": {"type": "Int64", "values": [15, 25, 35]}}])"}),
+    ArrayLookup<float>(TransformNames::ARRAY_LOOKUP_REAL32,
+                       R"("inputs": [{"Array": {"type": "Int32", "values": [-1, 0, 2, 3]}}], )"
+                       R"("parameters": [{"Array": {"type": "Real32", "values": [1.5, 2.5, 3.5]}}])"),
+    ArrayLookup<double>(TransformNames::ARRAY_LOOKUP_REAL64,
+                        R"("inputs": [{"Array": {"type": "Int32", "values": [-1, 0, 2, 3]}}], )"
+                        R"("parameters": [{"Array": {"type": "Real64", "values": [1.5, 2.5, 3.5]}}])"),
+    ArrayLookup<int64>(TransformNames::ARRAY_LOOKUP_INT64,
+                       R"("inputs": [{"Array": {"type": "Int32", "values": [-1, 0, 2, 3]}}], )"
+                       R"("parameters": [{"Array": {"type": "Int64", "values": [15, 25, 35]}}])"),
     Unary<ExtendPointRanges>(
         {.name = TransformNames::EXTEND_POINT_RANGES,
          .inputs = {{"ranges", StoreType::Tuple}},

@@ -3,7 +3,7 @@
 #include "ostreltransforms/FunctorInputs.h"
 
 // Predicates on columns and tables. Anything but a column, a column of another element type, and anything
-// but a table throw 55.
+// without named columns throw 55.
 namespace OstrelTransforms {
 
 // Whether an ordinary row of an Int32 column holds the number.
