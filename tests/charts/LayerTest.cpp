@@ -65,6 +65,8 @@ TEST(Layers, ShareScalesOverTheDataOfAll) {
       {Point(R"("x":{"field":"k","type":"nominal"})") + "," +
            Point(R"("x":{"field":"k","type":"ordinal"})", kMore),
        "17,50 50,50 / 83,50", "p|q|r|k", ""},
+      // A constant takes no field's title away.
+      {Point(kX) + "," + Point(R"("x":{"datum":5})"), "0,50 100,50 / 50,50", "0|5|10|a", ""},
   };
   ChartDrawing const drawing;
   for (Case const& c : cases) {

@@ -83,6 +83,13 @@ TEST(Bars, StandOnTheirBaseLine) {
       {"0 10|10 5", R"("x":{"field":"f0","type":"quantitative"},)" + kY, "6,0,11,100 89,50,94,100"},
       {"1 10|10 5", R"("x":{"field":"f0","type":"quantitative","scale":{"type":"log","nice":false}},)" + kY,
        "2,0,7,100 92,50,98,100"},
+      // A constant size is the bar's.
+      {R"("a" 10)", kBandX + "," + kY + R"(,"size":{"value":40})", "30,0,70,100"},
+      // The aggregate of all rows of a place sorts it, not those of its colours.
+      {R"("a" 4 "u"|"a" 4 "u"|"a" 1 "v"|"b" 2 "u")",
+       R"("x":{"field":"f0","type":"nominal","sort":"-y",)" + kWide +
+           R"(},"y":{"field":"f1","aggregate":"mean","stack":null},"color":{"field":"f2"})",
+       "0,0,50,100 0,75,50,100 50,50,100,100"},
       // Order of places by the other axis or another field.
       {R"("a" 5|"b" 10)", R"("x":{"field":"f0","type":"nominal","sort":"-y",)" + kWide + "}," + kY,
        "50,50,100,100 0,0,50,100"},

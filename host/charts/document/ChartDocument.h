@@ -113,7 +113,7 @@ struct GuideSpec {
   std::optional<bool> ticks;
   std::optional<bool> marksBandEnds;  ///< "tickBand": "extent"
   std::vector<Literal> hidden;        ///< values whose rows are not drawn; their entries stay, faded
-  std::string orient;  ///< the side of the chart; empty where it is left open
+  std::string orient;                 ///< the side of the chart; empty where it is left open
 
   /// Of a legend or an axis that runs along the chart's width.
   bool IsHorizontal() const { return orient == "top" || orient == "bottom"; }

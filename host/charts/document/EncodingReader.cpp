@@ -94,6 +94,8 @@ Literal ReadValue(JsonValue const& value, Channel channel) {
     case Channel::Y:
     case Channel::X2:
     case Channel::Y2:
+      if (value.Get() == (channel == Channel::X || channel == Channel::X2 ? "width" : "height"))
+        return value.ReadText();
       if (value.Get().is_string()) value.Fail("expects a number of pixels, not " + value.Describe());
       return value.ReadNumber();
     case Channel::Size:

@@ -5,6 +5,7 @@
 
 #include "charts/document/Readers.h"
 #include "charts/document/TransformReaders.h"
+#include "charts/marks/MarkTable.h"
 
 namespace ostrel::charts {
 
@@ -64,6 +65,21 @@ void AddTooltips(LayerSpec& layer) {
       tooltip.bin->maxBins = kMaxBinsOfPositions;
   }
   std::ranges::move(tooltips, std::back_inserter(layer.encodings));
+}
+
+// Constants of channels that the mark does not have are its properties.
+void TakeConstants(LayerSpec& layer) {
+  MarkDefinition const& mark = GetDefinition(layer.mark);
+  std::erase_if(layer.encodings, [&](Encoding const& encoding) {
+    auto const* number = std::get_if<double>(&encoding.value);
+    if (number == nullptr || std::ranges::find(mark.channels, encoding.channel) != mark.channels.end())
+      return false;
+    auto const property = encoding.channel == Channel::Size      ? mark.constantSize
+                          : encoding.channel == Channel::Opacity ? &MarkSpec::opacity
+                                                                 : nullptr;
+    if (property != nullptr) layer.mark.*property = *number;
+    return property != nullptr;
+  });
 }
 
 }  // namespace
@@ -139,6 +155,7 @@ void ViewReader::Finish(std::vector<LayerSpec>& layers) const {
   } else if (layer.mark.tooltip == TooltipContent::Encoding) {
     AddTooltips(layer);
   }
+  TakeConstants(layer);
   CheckChannels(view_.GetFileName(), layer);
   CheckFacets(layer);
   layers.push_back(std::move(layer));

@@ -103,7 +103,8 @@ MarkDefinition DefineLine() {
           .plan = Plan,
           .joinsRows = true,
           .sample = LegendSample::Line,
-          .gap = "the line breaks there"};
+          .gap = "the line breaks there",
+          .constantSize = &MarkSpec::strokeWidth};
 }
 
 }  // namespace ostrel::charts

@@ -16,9 +16,12 @@ NodeId MarkContext::GetPosition(Channel channel) {
   Encoding const* const encoding = layer_.spec->Find(channel);
   double const* const given = encoding == nullptr ? nullptr : std::get_if<double>(&encoding->value);
   bool const isHorizontal = channel == Channel::X || channel == Channel::X2;
-  double const middle = (isHorizontal ? width_ : height_) / 2;
+  double const length = isHorizontal ? width_ : height_;
+  // A text is the pane's own length.
+  bool const isWhole = encoding != nullptr && std::holds_alternative<std::string>(encoding->value);
+  double const open = isWhole ? length : length / 2;
   auto const constant = ort::core::factory::MakeConstantArray<double>(
-      ort::core::StoreTypeInfo::Real64, given != nullptr ? *given : middle, layer_.rows->GetRowCount());
+      ort::core::StoreTypeInfo::Real64, given != nullptr ? *given : open, layer_.rows->GetRowCount());
   return GetGraph().Constant(isHorizontal ? "x position" : "y position", constant);
 }
 

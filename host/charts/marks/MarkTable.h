@@ -48,6 +48,8 @@ struct MarkDefinition {
   LegendSample sample = LegendSample::Symbol;
   /// What becomes of a row that a scale can't place.
   char const* gap = "not drawn";
+  /// The property that a constant size gives where the mark has no channel size.
+  std::optional<double> MarkSpec::*constantSize = nullptr;
   /// Channel size has a scale and a legend; otherwise the mark reads the field's numbers.
   bool scalesSize = true;
 };

@@ -109,6 +109,7 @@ std::unique_ptr<MarkPlan> PlanRects(MarkContext& context, MarkSpan const& x, Mar
 MarkDefinition DefineBar() {
   MarkDefinition bar = Define("bar");
   bar.properties.push_back("size");
+  bar.constantSize = &MarkSpec::size;
   bar.channels.push_back(Channel::Order);
   bar.isStacked = true;
   bar.bandGap = kBarGap;
@@ -127,6 +128,7 @@ MarkDefinition DefineRect() {
 
 MarkDefinition DefineTick() {
   MarkDefinition tick = Define("tick");
+  tick.constantSize = &MarkSpec::size;
   tick.properties.insert(tick.properties.end(), {"size", "strokeWidth"});
   tick.plan = PlanTicks;
   tick.bandGap = kTickGap;

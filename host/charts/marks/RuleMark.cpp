@@ -87,7 +87,8 @@ MarkDefinition DefineRule() {
           .plan = Plan,
           .reach = Reach,
           .color = 0xFF333333,
-          .sample = LegendSample::Line};
+          .sample = LegendSample::Line,
+          .constantSize = &MarkSpec::strokeWidth};
 }
 
 }  // namespace ostrel::charts

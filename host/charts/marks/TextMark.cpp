@@ -161,7 +161,8 @@ MarkDefinition DefineText() {
           .plan = Plan,
           .reach = Reach,
           .isFilled = true,
-          .color = 0xFF333333};
+          .color = 0xFF333333,
+          .constantSize = &MarkSpec::fontSize};
 }
 
 }  // namespace ostrel::charts

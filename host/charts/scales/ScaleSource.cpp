@@ -111,6 +111,9 @@ TitleSpec JoinTitles(std::vector<FieldUse> const& uses, TitleSpec (*guideTitle)(
     bool const isDerived = IsSecondPosition(use.encoding->channel) && use.encoding->path.back() != '2';
     if (isDerived) continue;
     TitleSpec const title = guideTitle(*use.encoding);
+    // A constant has no name beside a field's.
+    bool const isConstant = !std::holds_alternative<std::monostate>(use.encoding->datum);
+    if (isConstant && title.text.empty()) continue;
     isGiven = isGiven || title.isGiven;
     title.isGiven ? add(given, title.text) : add(fields, DefaultTitle(*use.encoding));
   }

@@ -42,7 +42,13 @@ class ChannelDeriver {
       if (encoding.bin) encoding.bin->isDone ? FindBinEnd(encoding) : Bin(encoding);
     }
     for (Encoding& encoding : drawn_.encodings) {
-      if (encoding.sortBy && encoding.sortBy->channel.empty()) SortByField(encoding);
+      if (!encoding.sortBy) continue;
+      if (auto const field = FindAggregated(*encoding.sortBy)) {
+        encoding.sortBy->channel.clear();
+        encoding.sortBy->operation = *field->aggregate;
+        encoding.sortBy->field = field->field;
+      }
+      if (encoding.sortBy->channel.empty()) SortByField(encoding);
     }
     bool const isAggregated = std::ranges::any_of(
         drawn_.encodings, [](Encoding const& encoding) { return encoding.aggregate.has_value(); });
@@ -257,6 +263,15 @@ class ChannelDeriver {
     Channel const second = encoding.channel == Channel::X ? Channel::X2 : Channel::Y2;
     auto const end = std::ranges::find(drawn_.encodings, second, &Encoding::channel);
     if (end != drawn_.encodings.end()) encoding.endField = end->field;
+  }
+
+  // The aggregate that values are sorted by: that of all their rows, however these are grouped.
+  Encoding const* FindAggregated(SortSpec const& sort) const {
+    auto const isMeant = [&](Encoding const& other) {
+      return sort.channel == NameOf(other.channel) && other.aggregate;
+    };
+    auto const found = std::ranges::find_if(drawn_.encodings, isMeant);
+    return found != drawn_.encodings.end() ? &*found : nullptr;
   }
 
   void SortByField(Encoding& encoding) {

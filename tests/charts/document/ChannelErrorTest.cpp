@@ -80,7 +80,8 @@ TEST(ChannelErrors, Constants) {
   ExpectOfEncoding({
       {R"("x": {"value": 5, "field": "a"})", "$.encoding.x.field: " + both},
       {R"("color": {"scale": {}, "value": "red"})", "$.encoding.color.scale: " + both},
-      {R"("x": {"value": "width"})", "$.encoding.x.value: expects a number of pixels, not \"width\""},
+      {R"("x": {"value": "width"})", ""},
+      {R"("x": {"value": "height"})", "$.encoding.x.value: expects a number of pixels, not \"height\""},
       {R"("color": {"value": 5})", "$.encoding.color.value: expects a text, not 5"},
       {R"("color": {"value": "red", "condition": {}})",
        "$.encoding.color.condition: conditions are not supported; use a field or a value"},
