@@ -47,7 +47,7 @@ ChartPlan Plan(Compilation& compilation, DataRoots const& roots, ChartOptions co
 
 DrawnChart DrawChart(ChartDocument const& document, DataRoots const& roots, ChartOptions const& options,
                      ChartEnvironment const& environment) {
-  Compilation compilation{document, GraphBuilder(environment.registry)};
+  Compilation compilation{document, GraphBuilder(environment.registry), ImageFiles(roots)};
   ChartPlan const plan = Plan(compilation, roots, options);
   Results const results = compilation.graph.Evaluate();
   TextSetter const setter(environment.measurer, kFontFamily);
@@ -57,7 +57,7 @@ DrawnChart DrawChart(ChartDocument const& document, DataRoots const& roots, Char
 ort::core::FunctionGraph MakeChartGraph(ChartDocument const& document, DataRoots const& roots,
                                         ChartOptions const& options,
                                         ort::core::FunctionRegistry const& registry) {
-  Compilation compilation{document, GraphBuilder(registry)};
+  Compilation compilation{document, GraphBuilder(registry), ImageFiles(roots)};
   Plan(compilation, roots, options);
   return compilation.graph.GetGraph();
 }

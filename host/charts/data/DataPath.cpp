@@ -8,8 +8,6 @@
 #include <algorithm>
 #include <cctype>
 #include <cerrno>
-#include <cstdint>
-#include <limits>
 #include <string_view>
 #include <system_error>
 #include <utility>
@@ -22,8 +20,6 @@ namespace ostrel::charts {
 namespace {
 
 namespace fs = std::filesystem;
-
-constexpr std::size_t kMostBytes = std::numeric_limits<std::int32_t>::max();
 
 [[noreturn]] void Fail(std::string const& path, std::string_view cause) {
   throw DataError(fmt::format("{}: {}", path.empty() ? "data file" : path, cause));
@@ -135,13 +131,13 @@ Descriptor Open(std::string const& path, ResolvedFile const& resolved) {
 }
 
 /// The size of a regular file.
-std::size_t CheckFile(std::string const& path, int descriptor) {
+std::size_t CheckFile(std::string const& path, int descriptor, std::size_t mostBytes) {
   struct stat status {};
   if (fstat(descriptor, &status) != 0) FailWithSystemError(path, errno);
   if (S_ISDIR(status.st_mode)) Fail(path, "is a folder, not a file");
   if (!S_ISREG(status.st_mode)) Fail(path, "is not a regular file");
   auto const size = static_cast<std::size_t>(status.st_size);
-  if (size > kMostBytes) Fail(path, fmt::format("{} bytes; at most {} are read", size, kMostBytes));
+  if (size > mostBytes) Fail(path, fmt::format("{} bytes; at most {} are read", size, mostBytes));
   return size;
 }
 
@@ -156,9 +152,9 @@ fs::path ResolveDataPath(std::string const& path, DataRoots const& roots) {
   return std::move(resolved.file);
 }
 
-DataText ReadDataFile(std::string const& path, DataRoots const& roots) {
+DataText ReadDataFile(std::string const& path, DataRoots const& roots, std::size_t mostBytes) {
   auto const descriptor = Open(path, Resolve(path, roots));
-  auto const size = CheckFile(path, descriptor.Get());
+  auto const size = CheckFile(path, descriptor.Get(), mostBytes);
   ort::core::PooledBuffer content(size);
   std::size_t done = 0;
   while (done < size) {

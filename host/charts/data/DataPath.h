@@ -21,6 +21,8 @@ struct DataRoots {
 /// is not a regular file.
 std::filesystem::path ResolveDataPath(std::string const& path, DataRoots const& roots);
 
+inline constexpr std::size_t kMostDataBytes = 0x7FFF'FFFF;
+
 /// A file's content in memory.
 class DataText {
  public:
@@ -33,7 +35,8 @@ class DataText {
 };
 
 /// The file's content. What is read is the file that was checked, also when links are changed meanwhile.
-/// Throws DataError as ResolveDataPath does, and for more than 2 GiB.
-DataText ReadDataFile(std::string const& path, DataRoots const& roots);
+/// Throws DataError as ResolveDataPath does, and for more bytes than are to be read.
+DataText ReadDataFile(std::string const& path, DataRoots const& roots,
+                      std::size_t mostBytes = kMostDataBytes);
 
 }  // namespace ostrel::charts

@@ -73,7 +73,8 @@ Projection ReadProjection(JsonValue const& value) {
 }
 
 bool IsMapLayer(LayerSpec const& layer) {
-  return GetDefinition(layer.mark).isMap || layer.Find(Channel::Longitude) != nullptr ||
+  MarkDefinition const& mark = GetDefinition(layer.mark);
+  return mark.isMap || mark.coversMap || layer.Find(Channel::Longitude) != nullptr ||
          layer.Find(Channel::Latitude) != nullptr;
 }
 
@@ -92,11 +93,16 @@ void CheckMap(JsonValue const& root, ChartDocument const& document) {
       if (Encoding const* const encoding = layer.Find(channel))
         fail(encoding->path, "a map has no axes; use longitude and latitude");
     }
-    if (GetDefinition(layer.mark).isMap) continue;
-    for (Channel const channel : {Channel::Longitude, Channel::Latitude}) {
+    MarkDefinition const& mark = GetDefinition(layer.mark);
+    if (mark.isMap) continue;
+    auto const require = [&](Channel channel, char const* what) {
       if (layer.Find(channel) == nullptr)
-        fail(layer.path + ".encoding", fmt::format("{} is missing, which a map needs", NameOf(channel)));
-    }
+        fail(layer.path + ".encoding", fmt::format("{} is missing, which {} needs", NameOf(channel), what));
+    };
+    for (Channel const channel : {Channel::Longitude, Channel::Latitude}) require(channel, "a map");
+    if (!mark.coversMap) continue;
+    for (Channel const channel : {Channel::Longitude2, Channel::Latitude2, Channel::Url})
+      require(channel, "an image");
   }
 }
 

@@ -41,7 +41,10 @@ enum class Channel {
   Column,
   Facet,
   Longitude,
-  Latitude
+  Latitude,
+  Longitude2,
+  Latitude2,
+  Url
 };
 /// The last three give colours to intervals of numbers: equal ones, those between given numbers, and bins.
 enum class ScaleType { Linear, Log, Sqrt, Time, Ordinal, Quantize, Threshold, BinOrdinal };

@@ -82,6 +82,9 @@ constexpr ChannelParts kChannels[] = {
     {.name = "tooltip", .channel = Channel::Tooltip, .hasValue = true, .hasFormat = true, .isList = true},
     {.name = "longitude", .channel = Channel::Longitude},
     {.name = "latitude", .channel = Channel::Latitude},
+    {.name = "longitude2", .channel = Channel::Longitude2},
+    {.name = "latitude2", .channel = Channel::Latitude2},
+    {.name = "url", .channel = Channel::Url, .hasValue = true},
     {.name = "row", .channel = Channel::Row, .hasSort = true, .hasHeader = true},
     {.name = "column", .channel = Channel::Column, .hasSort = true, .hasHeader = true},
     {.name = "facet", .channel = Channel::Facet, .hasSort = true, .hasHeader = true},
@@ -230,8 +233,7 @@ void ReadField(JsonValue const& value, ChannelParts const& parts, Encoding& enco
     value.Fail(parts.hasValue ? "expects a field or a value" : "expects a field");
   }
   if (!value.Has("type")) encoding.type = DefaultFieldType(encoding);
-  bool const isDegrees = parts.channel == Channel::Longitude || parts.channel == Channel::Latitude;
-  if (isDegrees && encoding.type != FieldType::Quantitative)
+  if (IsDegrees(parts.channel) && encoding.type != FieldType::Quantitative)
     value.FailAt("type", "degrees are numbers; use \"quantitative\"");
   CheckTransforms(value, encoding);
   CheckScale(value, encoding);
@@ -307,9 +309,6 @@ std::vector<Encoding> ReadEncodings(JsonValue const& view, std::vector<ChannelMe
   for (auto const* second : {"xError", "xError2", "yError", "yError2"}) {
     reader.Refuse(second, "spans are not supported; use x and y");
   }
-  for (auto const* place : {"longitude2", "latitude2"}) {
-    reader.Refuse(place, "is not supported; use longitude and latitude");
-  }
   for (auto const* polar : {"theta", "theta2", "radius", "radius2"}) {
     reader.Refuse(polar, "polar coordinates are not supported; use x and y");
   }
@@ -319,7 +318,6 @@ std::vector<Encoding> ReadEncodings(JsonValue const& view, std::vector<ChannelMe
       .Refuse("strokeOpacity", "is not supported; use opacity")
       .Refuse("strokeWidth", "is not supported; use the mark's strokeWidth")
       .Refuse("strokeDash", "is not supported; use the mark's strokeDash, or color")
-      .Refuse("url", "images are not supported; use shape")
       .Refuse("key", "is not supported; leave it out")
       .Refuse("href", "links are not supported; leave it out")
       .Refuse("description", "is not supported; use the chart's description");
@@ -328,8 +326,7 @@ std::vector<Encoding> ReadEncodings(JsonValue const& view, std::vector<ChannelMe
 }
 
 FieldType DefaultFieldType(Encoding const& encoding) {
-  if (encoding.channel == Channel::Longitude || encoding.channel == Channel::Latitude)
-    return FieldType::Quantitative;
+  if (IsDegrees(encoding.channel)) return FieldType::Quantitative;
   if (encoding.channel == Channel::Shape) return FieldType::Nominal;
   if (encoding.channel == Channel::Order || !encoding.sort.empty()) return FieldType::Ordinal;
   if (!encoding.timeUnit.empty()) return FieldType::Temporal;
@@ -365,6 +362,11 @@ bool IsFacet(Channel channel) {
 }
 
 bool IsSecondPosition(Channel channel) { return channel == Channel::X2 || channel == Channel::Y2; }
+
+bool IsDegrees(Channel channel) {
+  return channel == Channel::Longitude || channel == Channel::Latitude || channel == Channel::Longitude2 ||
+         channel == Channel::Latitude2;
+}
 
 bool IsDiscrete(FieldType type) { return type == FieldType::Ordinal || type == FieldType::Nominal; }
 

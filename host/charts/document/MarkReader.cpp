@@ -163,6 +163,7 @@ MarkSpec ReadMark(JsonValue const& value) {
       .On("tooltip", [&mark](JsonValue const& tooltip) { ReadTooltip(tooltip, mark); })
       .Refuse("fillOpacity", "is not supported; use opacity")
       .Refuse("strokeOpacity", "is not supported; use opacity")
+      .Refuse("url", "is not supported; use the channel url")
       .Refuse("style", "named styles are not supported; set the mark's own properties")
       .Read();
   if (!value.Has("type")) value.FailAt("type", "is missing; use one of " + ListMarkNames());

@@ -61,6 +61,8 @@ bool IsPosition(Channel channel);
 bool IsFacet(Channel channel);
 /// x2 or y2.
 bool IsSecondPosition(Channel channel);
+/// Longitudes and latitudes.
+bool IsDegrees(Channel channel);
 /// Ends of domains beyond this are refused: no domain's length may exceed the range of doubles.
 inline constexpr double kLargestNumber = 1e307;
 

@@ -14,6 +14,8 @@ namespace {
 using namespace ort::core;
 using namespace ort::core::builtins;
 
+constexpr double kMostWorldsOfSpans = 64;
+
 double ReadNumber(Value const& value) { return FetchStoreValue<double>(value); }
 
 int ReadProjection(Value const& value) {
@@ -50,6 +52,23 @@ class Degrees {
   ITypedArray<double> const& latitudes_;
 };
 
+// Parts of a map, row by row.
+class Spans {
+ public:
+  Spans(Value const& longitudes, Value const& latitudes, Value const& longitudes2, Value const& latitudes2)
+      : west_(longitudes, latitudes), east_(longitudes2, latitudes2) {
+    RequireOneLength(west_.GetCount(), east_.GetCount(), "longitudes2");
+  }
+
+  int GetCount() const { return west_.GetCount(); }
+  bool HasPlace(int row) const { return west_.HasPlace(row) && east_.HasPlace(row); }
+  MapSpan Get(int row) const { return {west_.Get(row), east_.Get(row)}; }
+
+ private:
+  Degrees west_;
+  Degrees east_;
+};
+
 Value MakeRange(DegreeRange const& range) {
   return factory::MakeTuple({factory::MakeReal64(range.low), factory::MakeReal64(range.high),
                              factory::MakeInt32(0), factory::MakeInt32(static_cast<int>(StoreType::Real64)),
@@ -79,17 +98,26 @@ Value MakeNumbers(std::initializer_list<std::pair<char const*, double>> numbers)
   return factory::MakeKeyMap(std::move(members));
 }
 
-Value CallMapBounds(Value const& longitudes, Value const& latitudes, Value const& projection) {
-  Degrees const degrees(longitudes, latitudes);
-  std::vector<MapPlace> places;
-  for (int row = 0; row < degrees.GetCount(); ++row) {
-    if (degrees.HasPlace(row)) places.push_back(degrees.Get(row));
+template <class Place, class Rows>
+Value FindBounds(Rows const& rows, Value const& projection) {
+  std::vector<Place> places;
+  for (int row = 0; row < rows.GetCount(); ++row) {
+    if (rows.HasPlace(row)) places.push_back(rows.Get(row));
   }
   MapBounds const bounds = FindMapBounds(places, ReadProjection(projection));
   factory::NamedValues members;
   members.emplace(OStringCore(L"longitudes"), MakeRange(bounds.longitudes));
   members.emplace(OStringCore(L"latitudes"), MakeRange(bounds.latitudes));
   return factory::MakeKeyMap(std::move(members));
+}
+
+Value CallMapBounds(Value const& longitudes, Value const& latitudes, Value const& projection) {
+  return FindBounds<MapPlace>(Degrees(longitudes, latitudes), projection);
+}
+
+Value CallMapSpanBounds(Value const& longitudes, Value const& latitudes, Value const& longitudes2,
+                        Value const& latitudes2, Value const& projection) {
+  return FindBounds<MapSpan>(Spans(longitudes, latitudes, longitudes2, latitudes2), projection);
 }
 
 Value CallMapZoom(Value const& longitudes, Value const& latitudes, Value const& projection,
@@ -146,6 +174,44 @@ Value CallMapPixels(Value const& longitudes, Value const& latitudes, Value const
   return factory::MakeKeyMap(std::move(members));
 }
 
+template <class T>
+Value MakeColumn(StoreTypeInfo const& type, std::vector<T>&& values) {
+  return factory::MakeArray<T>(type, std::make_unique<std::vector<T>>(std::move(values)));
+}
+
+Value CallMapSpans(Value const& longitudes, Value const& latitudes, Value const& longitudes2,
+                   Value const& latitudes2, Value const& projection, Value const& shown) {
+  Spans const spans(longitudes, latitudes, longitudes2, latitudes2);
+  int const kind = ReadProjection(projection);
+  double const west = ReadNumber(shown->AsTuple().GetMember(0));
+  double const east = ReadNumber(shown->AsTuple().GetMember(2));
+  if (!(std::abs(east - west) <= kMostWorldsOfSpans))
+    ThrowError(OrtError_InputKindNotAccepted, "a map of parts shows at most 64 worlds");
+  std::vector<double> left, top, right, bottom;
+  std::vector<int> rows;
+  for (int row = 0; row < spans.GetCount(); ++row) {
+    if (!spans.HasPlace(row)) continue;
+    MapSpan const span = spans.Get(row);
+    for (double copy = std::floor(west - ProjectSpan(kind, span, 0).right);; ++copy) {
+      MapEdges const edges = ProjectSpan(kind, span, copy);
+      if (edges.left >= east) break;
+      if (edges.right <= west) continue;
+      left.push_back(edges.left);
+      top.push_back(edges.top);
+      right.push_back(edges.right);
+      bottom.push_back(edges.bottom);
+      rows.push_back(row);
+    }
+  }
+  factory::NamedValues members;
+  members.emplace(OStringCore(L"left"), MakeColumn(StoreTypeInfo::Real64, std::move(left)));
+  members.emplace(OStringCore(L"top"), MakeColumn(StoreTypeInfo::Real64, std::move(top)));
+  members.emplace(OStringCore(L"right"), MakeColumn(StoreTypeInfo::Real64, std::move(right)));
+  members.emplace(OStringCore(L"bottom"), MakeColumn(StoreTypeInfo::Real64, std::move(bottom)));
+  members.emplace(OStringCore(L"row"), MakeColumn(StoreTypeInfo::Int32, std::move(rows)));
+  return factory::MakeKeyMap(std::move(members));
+}
+
 }  // namespace
 
 BuiltinFamily MapFamily() {
@@ -166,6 +232,16 @@ BuiltinFamily MapFamily() {
            .example = R"("inputs": [{"Array": {"type": "Real64", "values": [170, -170]}}, )"
                       R"({"Array": {"type": "Real64", "values": [-5, 5]}}, {"Int32": 1}])",
            .registrations = {Multinary<CallMapBounds>({numbers, numbers, kind}, keyMap)}},
+          {.name = "mapSpanBounds",
+           .inputs = {"longitudes", "latitudes", "longitudes2", "latitudes2", "projection"},
+           .help = "The same as mapBounds for parts of a map between a western and an eastern edge and two "
+                   "latitudes in either order.",
+           .example = R"("inputs": [{"Array": {"type": "Real64", "values": [170]}}, )"
+                      R"({"Array": {"type": "Real64", "values": [-5]}}, )"
+                      R"({"Array": {"type": "Real64", "values": [-170]}}, )"
+                      R"({"Array": {"type": "Real64", "values": [5]}}, {"Int32": 1}])",
+           .registrations = {Multinary<CallMapSpanBounds>({numbers, numbers, numbers, numbers, kind},
+                                                          keyMap)}},
           {.name = "mapZoom",
            .inputs = {"longitudes", "latitudes", "projection", "width", "height"},
            .help =
@@ -200,6 +276,22 @@ BuiltinFamily MapFamily() {
                       R"({"Array": {"type": "Real64", "values": [0, 45]}}, {"Int32": 1}, {"KeyMap": )"
                       R"({"world": {"Real64": 360}, "west": {"Real64": -0.5}, "north": {"Real64": 0.25}}}])",
            .registrations = {Multinary<CallMapPixels>({numbers, numbers, kind, keyMap}, keyMap)}},
+          {.name = "mapSpans",
+           .inputs = {"longitudes", "latitudes", "longitudes2", "latitudes2", "projection", "shown"},
+           .help =
+               "Where parts of a map, as mapSpanBounds takes them, lie on it: the edges \"left\", \"top\", "
+               "\"right\" and \"bottom\" in worlds, 0 at the prime meridian and the equator, and \"row\", "
+               "for "
+               "every copy of a part that the shown edges (a tuple of the same four) hold some of from west "
+               "to east.",
+           .example =
+               R"("inputs": [{"Array": {"type": "Real64", "values": [90]}}, )"
+               R"({"Array": {"type": "Real64", "values": [90]}}, )"
+               R"({"Array": {"type": "Real64", "values": [-90]}}, )"
+               R"({"Array": {"type": "Real64", "values": [0]}}, {"Int32": 1}, )"
+               R"({"Tuple": [{"Real64": -0.5}, {"Real64": -0.25}, {"Real64": 0.5}, {"Real64": 0.25}]}])",
+           .registrations = {Multinary<CallMapSpans>({numbers, numbers, numbers, numbers, kind, range},
+                                                     keyMap)}},
       }};
 }
 

@@ -22,19 +22,43 @@ double TopLatitude(int projection) { return projection == 0 ? kLatitudeLimit : 9
 
 double ProjectLatitude(int projection, double latitude) { return ProjectDegrees(projection, 0, latitude).y; }
 
-// What the largest gap of a circle leaves.
-DegreeRange FindStretch(std::vector<double> longitudes) {
-  if (longitudes.empty()) return {-kTurn / 2, kTurn / 2};
-  std::ranges::sort(longitudes);
-  double gap = longitudes.front() + kTurn - longitudes.back();
-  DegreeRange stretch{longitudes.front(), longitudes.back()};
-  for (std::size_t i = 1; i < longitudes.size(); ++i) {
-    if (longitudes[i] - longitudes[i - 1] <= gap) continue;
-    gap = longitudes[i] - longitudes[i - 1];
-    stretch = {longitudes[i], longitudes[i - 1] + kTurn};
+// What the largest gap of a circle leaves. The stretches begin within the circle.
+DegreeRange FindStretch(std::vector<DegreeRange> stretches) {
+  if (stretches.empty()) return {-kTurn / 2, kTurn / 2};
+  std::ranges::sort(stretches, {}, &DegreeRange::low);
+  double end = stretches.front().low;
+  // What goes on beyond the circle's end covers its beginning.
+  for (DegreeRange const& stretch : stretches) end = std::max(end, stretch.high - kTurn);
+  double const first = stretches.front().low;
+  double gap = 0;
+  DegreeRange found{first, first + kTurn};
+  for (DegreeRange const& stretch : stretches) {
+    if (&stretch != &stretches.front() && stretch.low - end > gap) {
+      gap = stretch.low - end;
+      found = {stretch.low, end + kTurn};
+    }
+    end = std::max(end, stretch.high);
   }
-  return stretch;
+  return first + kTurn - end >= gap ? DegreeRange{first, end} : found;
 }
+
+// The latitudes of places as far as the projection reaches, or all.
+class Latitudes {
+ public:
+  explicit Latitudes(int projection) : top_(TopLatitude(projection)) {}
+
+  void Add(MapPlace const& place) {
+    double const latitude = std::clamp(place.latitude, -top_, top_);
+    range_ = {std::min(range_.low, latitude), std::max(range_.high, latitude)};
+  }
+  DegreeRange Get() const { return range_.low <= range_.high ? range_ : DegreeRange{-top_, top_}; }
+
+ private:
+  double top_;
+  DegreeRange range_{top_, -top_};
+};
+
+double Wrap(double longitude) { return IdentitySpatialProjectorHelper().GetX(longitude); }
 
 }  // namespace
 
@@ -48,16 +72,34 @@ MapPoint ProjectDegrees(int projection, double longitude, double latitude) {
 }
 
 MapBounds FindMapBounds(std::vector<MapPlace> const& places, int projection) {
-  IdentitySpatialProjectorHelper const wrap;
-  double const top = TopLatitude(projection);
-  std::vector<double> longitudes;
-  DegreeRange latitudes = places.empty() ? DegreeRange{-top, top} : DegreeRange{top, -top};
+  std::vector<DegreeRange> stretches;
+  Latitudes latitudes(projection);
   for (MapPlace const& place : places) {
-    longitudes.push_back(wrap.GetX(place.longitude));
-    double const latitude = std::clamp(place.latitude, -top, top);
-    latitudes = {std::min(latitudes.low, latitude), std::max(latitudes.high, latitude)};
+    double const longitude = Wrap(place.longitude);
+    stretches.push_back({longitude, longitude});
+    latitudes.Add(place);
   }
-  return {FindStretch(std::move(longitudes)), latitudes};
+  return {FindStretch(std::move(stretches)), latitudes.Get()};
+}
+
+MapBounds FindMapBounds(std::vector<MapSpan> const& spans, int projection) {
+  std::vector<DegreeRange> stretches;
+  Latitudes latitudes(projection);
+  for (MapSpan const& span : spans) {
+    double const west = Wrap(span.west.longitude);
+    double const east = Wrap(span.east.longitude);
+    stretches.push_back({west, east > west ? east : east + kTurn});
+    latitudes.Add(span.west);
+    latitudes.Add(span.east);
+  }
+  return {FindStretch(std::move(stretches)), latitudes.Get()};
+}
+
+MapEdges ProjectSpan(int projection, MapSpan const& span, double copy) {
+  MapPoint const west = ProjectDegrees(projection, span.west.longitude, span.west.latitude);
+  MapPoint const east = ProjectDegrees(projection, span.east.longitude, span.east.latitude);
+  double const copyOfEast = east.x > west.x ? copy : copy + 1;
+  return {west.x + copy, -std::max(west.y, east.y), east.x + copyOfEast, -std::min(west.y, east.y)};
 }
 
 MapZoom FindMapZoom(MapBounds const& bounds, MapFrame const& frame) {

@@ -30,6 +30,21 @@ struct DegreeRange {
   double high = 0;
 };
 
+/// A part of a map from a western to an eastern edge, at most one way around it on, and between two
+/// latitudes in either order; an eastern edge on the western one's longitude is one way around on.
+struct MapSpan {
+  MapPlace west;
+  MapPlace east;
+};
+
+/// A part of a map in worlds, y downwards.
+struct MapEdges {
+  double left = 0;
+  double top = 0;
+  double right = 0;
+  double bottom = 0;
+};
+
 struct MapBounds {
   DegreeRange longitudes;
   DegreeRange latitudes;
@@ -59,6 +74,12 @@ MapPoint ProjectDegrees(int projection, double longitude, double latitude);
 /// The shortest stretch of longitudes that holds all places, across the date line where that is shorter, and
 /// their latitudes as far as the projection reaches. Without places the whole map.
 MapBounds FindMapBounds(std::vector<MapPlace> const& places, int projection);
+/// The same of parts of a map.
+MapBounds FindMapBounds(std::vector<MapSpan> const& spans, int projection);
+
+/// A part's edges in a copy of the world: so many whole worlds east of that of the prime meridian. Parts that
+/// meet have the same number for their common edge.
+MapEdges ProjectSpan(int projection, MapSpan const& span, double copy);
 
 /// How much of a map a pane shows in one of four zoom levels to each doubling, so that it holds the bounds as
 /// far as its shape allows. One world is enough unless the latitudes need a smaller scale.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "charts/data/ImageFile.h"
 #include "charts/document/ChartDocument.h"
 #include "charts/graph/GraphBuilder.h"
 
@@ -10,6 +11,7 @@ struct Compilation {
   /// Once the chart is planned its channels are over the rows to be drawn, with nothing left to derive.
   ChartDocument document;
   GraphBuilder graph;
+  ImageFiles images;
 };
 
 /// Throws DocumentError naming the document and the place in it.

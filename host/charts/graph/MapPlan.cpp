@@ -1,6 +1,7 @@
 #include "charts/graph/MapPlan.h"
 
 #include "charts/data/ShapeSource.h"
+#include "charts/document/Readers.h"
 #include "charts/marks/MarkTable.h"
 #include "charts/scales/ScaledField.h"
 
@@ -28,26 +29,18 @@ class MapPlanner {
           {rows.GetNumbers(graph_, kShapeLongitude).node, rows.GetNumbers(graph_, kShapeLatitude).node});
       return;
     }
-    DegreeColumns const degrees = ReadDegrees(spec, rows);
-    points_.push_back(degrees);
-    plan_.sources.push_back(
-        {spec.Find(Channel::Longitude), graph_.Keep(degrees.longitudes), rows.GetRowCount()});
-    plan_.sources.push_back(
-        {spec.Find(Channel::Latitude), graph_.Keep(degrees.latitudes), rows.GetRowCount()});
+    DegreeColumns const degrees = AddDegrees(spec, rows, Channel::Longitude, Channel::Latitude);
+    if (!GetDefinition(spec.mark).coversMap) {
+      points_.push_back(degrees);
+      return;
+    }
+    spans_.push_back(degrees);
+    eastSpans_.push_back(AddDegrees(spec, rows, Channel::Longitude2, Channel::Latitude2));
   }
 
   void PlanView() {
-    std::vector<DegreeColumns> const& fitted = points_.empty() ? outlines_ : points_;
-    std::vector<NodeId> longitudes;
-    std::vector<NodeId> latitudes;
-    for (DegreeColumns const& degrees : fitted) {
-      longitudes.push_back(degrees.longitudes);
-      latitudes.push_back(degrees.latitudes);
-    }
     plan_.projection = graph_.Int(compilation_.document.projection == Projection::Mercator ? 0 : 1);
-    NodeId const bounds = graph_.Call("map bounds", "mapBounds",
-                                      {graph_.Call("longitudes", "concatenate", longitudes),
-                                       graph_.Call("latitudes", "concatenate", latitudes), plan_.projection});
+    NodeId const bounds = FindBounds();
     NodeId const x = Widen("longitude", bounds, [&](NodeId ranges, NodeId degrees) {
       NodeId const none = graph_.Call("no latitudes", "head", {ranges, graph_.Int(0)});
       return graph_.Call("longitudes with margin", "extendXRangesByDegree",
@@ -63,9 +56,9 @@ class MapPlanner {
   }
 
   void PlaceLayer(LayerSpec const& spec, std::size_t layer, PaneCell& cell) {
-    if (GetDefinition(spec.mark).isMap) return;
+    if (GetDefinition(spec.mark).isMap || GetDefinition(spec.mark).coversMap) return;
     auto const& rows = cell.layers[layer];
-    DegreeColumns const degrees = ReadDegrees(spec, *rows);
+    DegreeColumns const degrees = ReadDegrees(spec, *rows, Channel::Longitude, Channel::Latitude);
     NodeId const copies = graph_.Call(
         "copies on the map", "wrapMaps",
         {degrees.longitudes, degrees.latitudes, View("left"), View("right"), View("bottom"), View("top"),
@@ -82,6 +75,30 @@ class MapPlanner {
   MapPlan const& GetPlan() const { return plan_; }
 
  private:
+  // Of all points, else of all images, else of all outlines.
+  NodeId FindBounds() {
+    if (points_.empty() && !spans_.empty()) {
+      DegreeColumns const west = Concatenate("west ", spans_);
+      DegreeColumns const east = Concatenate("east ", eastSpans_);
+      return graph_.Call(
+          "map bounds", "mapSpanBounds",
+          {west.longitudes, west.latitudes, east.longitudes, east.latitudes, plan_.projection});
+    }
+    DegreeColumns const places = Concatenate("", points_.empty() ? outlines_ : points_);
+    return graph_.Call("map bounds", "mapBounds", {places.longitudes, places.latitudes, plan_.projection});
+  }
+
+  DegreeColumns Concatenate(std::string const& label, std::vector<DegreeColumns> const& columns) {
+    std::vector<NodeId> longitudes;
+    std::vector<NodeId> latitudes;
+    for (DegreeColumns const& degrees : columns) {
+      longitudes.push_back(degrees.longitudes);
+      latitudes.push_back(degrees.latitudes);
+    }
+    return {graph_.Call(label + "longitudes", "concatenate", longitudes),
+            graph_.Call(label + "latitudes", "concatenate", latitudes)};
+  }
+
   // A range of the bounds with a margin.
   template <class Extend>
   NodeId Widen(std::string const& name, NodeId bounds, Extend const& extend) {
@@ -113,11 +130,19 @@ class MapPlanner {
         graph_.Call("map view", "mapView", {left, right, latitudes, plan_.projection, width, height});
   }
 
-  DegreeColumns ReadDegrees(LayerSpec const& spec, LayerRows& rows) {
-    auto const read = [&](Channel channel, char const* name) {
-      return FieldNumbers(compilation_, {spec.Find(channel), &rows, ""}, name);
+  DegreeColumns ReadDegrees(LayerSpec const& spec, LayerRows& rows, Channel longitude, Channel latitude) {
+    auto const read = [&](Channel channel) {
+      return FieldNumbers(compilation_, {spec.Find(channel), &rows, ""}, NameOf(channel));
     };
-    return {read(Channel::Longitude, "longitude"), read(Channel::Latitude, "latitude")};
+    return {read(longitude), read(latitude)};
+  }
+
+  // The same of all rows, and those without are told of.
+  DegreeColumns AddDegrees(LayerSpec const& spec, LayerRows& rows, Channel longitude, Channel latitude) {
+    DegreeColumns const degrees = ReadDegrees(spec, rows, longitude, latitude);
+    plan_.sources.push_back({spec.Find(longitude), graph_.Keep(degrees.longitudes), rows.GetRowCount()});
+    plan_.sources.push_back({spec.Find(latitude), graph_.Keep(degrees.latitudes), rows.GetRowCount()});
+    return degrees;
   }
 
   NodeId View(char const* member) {
@@ -130,6 +155,8 @@ class MapPlanner {
   double height_;
   MapPlan plan_;
   std::vector<DegreeColumns> points_;
+  std::vector<DegreeColumns> spans_;  // one corner of each layer's images
+  std::vector<DegreeColumns> eastSpans_;
   std::vector<DegreeColumns> outlines_;
 };
 

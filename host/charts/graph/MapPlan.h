@@ -14,8 +14,8 @@ struct MapPlan {
   std::vector<PaneRows> sources;  ///< the degrees of the layers, special where a row has no place
 };
 
-/// Fits the map to the points of all layers, or to the outlines where there are none, and makes each layer's
-/// rows those of the copies of its points that a pane shows.
+/// Fits the map to the points of all layers, or to images or else outlines where there are none, and makes
+/// each layer's rows those of the copies of its points that a pane shows.
 MapPlan PlanMap(Compilation& compilation, std::vector<std::shared_ptr<LayerRows>> const& layers, double width,
                 double height, PaneGrid& grid);
 

@@ -32,6 +32,9 @@ inline constexpr double kLeastTitleLength = 150;       ///< lines of axis titles
 inline constexpr double kLeastChartTitleLength = 300;  ///< and those of a chart's title
 inline constexpr int kMostLegendEntries = 30;
 inline constexpr double kOuterPadding = 10;
+/// Where panes begin within a pixel of the picture: one-pixel lines at their whole positions fill their
+/// pixel.
+inline constexpr double kPixelShift = 0.5;
 inline constexpr double kLabelFontSize = 10;
 inline constexpr double kTitleFontSize = 11;
 inline constexpr double kChartTitleFontSize = 14;

@@ -8,9 +8,10 @@ namespace ostrel::charts {
 
 std::span<MarkDefinition const> GetMarkTable() {
   static std::vector<MarkDefinition> const table = {
-      DefinePoint(),    DefineCircle(),  DefineSquare(),        DefineLine(),      DefineBar(),
-      DefineArea(),     DefineRect(),    DefineRule(),          DefineTick(),      DefineText(),
-      DefineGeoshape(), DefineTreemap(), DefinePackedBubbles(), DefineWordCloud(), DefineTextTable(),
+      DefinePoint(),   DefineCircle(),        DefineSquare(),    DefineLine(),
+      DefineBar(),     DefineArea(),          DefineRect(),      DefineRule(),
+      DefineTick(),    DefineText(),          DefineGeoshape(),  DefineImage(),
+      DefineTreemap(), DefinePackedBubbles(), DefineWordCloud(), DefineTextTable(),
   };
   return table;
 }

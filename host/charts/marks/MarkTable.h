@@ -30,6 +30,8 @@ struct MarkDefinition {
 
   /// It draws outlines of a map: its rows are points of LoadShapes instead of those of a table.
   bool isMap = false;
+  /// It fills parts of a map between two longitudes and two latitudes.
+  bool coversMap = false;
   /// Whether rows of one place stand on one another where the document does not say.
   bool isStacked = false;
   /// Whether a series' rows are joined, so that stacked series need a row at every place.

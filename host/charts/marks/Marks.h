@@ -10,6 +10,7 @@ MarkDefinition DefineCircle();
 MarkDefinition DefineSquare();
 MarkDefinition DefineLine();
 MarkDefinition DefineGeoshape();
+MarkDefinition DefineImage();
 MarkDefinition DefineTreemap();
 MarkDefinition DefinePackedBubbles();
 MarkDefinition DefineWordCloud();

@@ -6,6 +6,7 @@
 #include <variant>
 #include <vector>
 
+#include "charts/data/ImageFile.h"
 #include "charts/document/ChartDocument.h"
 #include "ostrelrtcore/OrtColor.h"
 #include "ostrelrtcore/StoreValue.h"
@@ -112,6 +113,14 @@ struct RectMarks {
   std::shared_ptr<ort::core::StoreValue> tooltips;  ///< String column or null
 };
 
+/// A picture that fills a rectangle.
+struct ImageMark {
+  Rect rect;
+  std::shared_ptr<ImageFile const> file;
+  double opacity = 1;
+  std::string tooltip;
+};
+
 /// A rectangle filled with a linear run of colours, evenly spaced, from its bottom to its top or from its left
 /// to its right.
 struct GradientMark {
@@ -148,7 +157,7 @@ struct TextMark {
 
 struct Group;
 using SceneNode = std::variant<SymbolMarks, LineMark, AreaMark, ShapeMark, RuleMarks, RectMarks, RectMark,
-                               GradientMark, TextMark, std::unique_ptr<Group>>;
+                               ImageMark, GradientMark, TextMark, std::unique_ptr<Group>>;
 
 struct Group {
   std::string role;  ///< "axis x", "marks", "legend": the class of its SVG element

@@ -37,8 +37,8 @@ Scene BuildScene(ChartDocument const& document, ChartPlan const& plan, Results c
   Rect const used = extent.GetRect();
   Scene scene;
   double const padding = document.padding.value_or(GuideStyle::kOuterPadding);
-  // Half a pixel lets one-pixel lines at whole positions fill their pixel.
-  plot.origin = {std::ceil(padding - used.x) + 0.5, std::ceil(padding - used.y) + 0.5};
+  plot.origin = {std::ceil(padding - used.x) + GuideStyle::kPixelShift,
+                 std::ceil(padding - used.y) + GuideStyle::kPixelShift};
   scene.width = std::ceil(plot.origin.x + used.Right() + padding);
   scene.height = std::ceil(plot.origin.y + used.Bottom() + padding);
   scene.title = document.title.empty() ? document.name : document.title;

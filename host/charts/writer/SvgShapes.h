@@ -13,6 +13,7 @@ bool IsFinite(Rect const& rect);
 void WriteRectGeometry(Rect const& rect, SvgStream& out);
 
 bool IsDrawn(RectMark const& mark);
+bool IsDrawn(ImageMark const& image);
 bool IsSameStyle(RectMark const& left, RectMark const& right);
 void WriteRectStyle(RectMark const& mark, SvgStream& out);
 
@@ -22,6 +23,11 @@ void WriteShape(ShapeMark const& shape, SvgStream& out);
 void WriteRules(RuleMarks const& rules, SvgStream& out);
 /// `id` is the number of its gradient in the document.
 void WriteGradient(GradientMark const& gradient, int id, SvgStream& out);
+
+/// A picture as a symbol of the document; `id` is its number there.
+void WriteImageSymbol(ImageFile const& file, int id, SvgStream& out);
+/// A picture that a symbol has.
+void WriteImage(ImageMark const& image, int id, SvgStream& out);
 
 /// One element for each visible row, in a group with what they share.
 void WriteSymbols(SymbolMarks const& marks, SvgStream& out);

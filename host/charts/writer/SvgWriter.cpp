@@ -1,5 +1,7 @@
 #include "charts/writer/SvgWriter.h"
 
+#include <map>
+
 #include "charts/writer/SvgPaint.h"
 #include "charts/writer/SvgShapes.h"
 #include "charts/writer/SvgStream.h"
@@ -133,12 +135,19 @@ class SceneWriter {
   void Write(ShapeMark const& shape) { WriteShape(shape, out_); }
   void Write(RuleMarks const& rules) { WriteRules(rules, out_); }
   void Write(GradientMark const& gradient) { WriteGradient(gradient, ++gradients_, out_); }
+  void Write(ImageMark const& image) {
+    if (!IsDrawn(image)) return;
+    auto const [entry, isNew] = images_.try_emplace(image.file.get(), static_cast<int>(images_.size()) + 1);
+    if (isNew) WriteImageSymbol(*image.file, entry->second, out_);
+    WriteImage(image, entry->second, out_);
+  }
   void Write(std::unique_ptr<Group> const& group) { Write(*group); }
 
   SvgStream out_;
   TextWriter texts_;
   int clips_ = 0;
   int gradients_ = 0;
+  std::map<ImageFile const*, int> images_;  // each written once
 };
 
 }  // namespace

@@ -55,6 +55,30 @@ TEST(MapView, BoundsAreShortestAcrossTheDateLineToo) {
   }
 }
 
+TEST(MapView, BoundsOfPartsLeaveOutTheirLargestGap) {
+  struct {
+    std::vector<DegreeRange> parts;
+    DegreeRange longitudes;
+  } const cases[] = {
+      {{{-180, 180}}, {-180, 180}},
+      {{{-180, 0}, {0, 180}}, {-180, 180}},
+      {{{10, 20}, {40, 30}}, {40, 390}},
+      {{{10, 20}, {30, 40}}, {10, 40}},
+      {{{170, -170}, {-175, -165}}, {170, 195}},
+      {{{350, 370}}, {-10, 10}},
+      {{{0, -10}, {100, 80}}, {0, 360}},
+  };
+  for (auto const& c : cases) {
+    std::vector<MapSpan> spans;
+    for (DegreeRange const& part : c.parts) spans.push_back({{part.low, 5}, {part.high, -95}});
+    MapBounds const bounds = FindMapBounds(spans, 1);
+    EXPECT_EQ(bounds.longitudes.low, c.longitudes.low) << c.parts[0].low;
+    EXPECT_EQ(bounds.longitudes.high, c.longitudes.high) << c.parts[0].low;
+    EXPECT_EQ(bounds.latitudes.low, -90);
+    EXPECT_EQ(bounds.latitudes.high, 5);
+  }
+}
+
 TEST(MapView, HoldsRandomPlacesInLevelsOfAQuarter) {
   std::mt19937 random(7);
   std::uniform_real_distribution<double> longitude(-180, 180);
