@@ -309,6 +309,9 @@ TEST(Transforms, ChangeTheRowsInTheirOrder) {
       {R"({"joinaggregate":[{"op":"sum","field":"f1","as":"f1"}],"groupby":["f0"]},)"
        R"({"filter":{"field":"f2","range":[2,3]}})",
        "0,0,50,100 50,0,100,100"},
+      {R"({"joinaggregate":[{"op":"sum","field":"f1","as":"sum"}]},)"
+       R"({"calculate":"100 * datum.f1 / datum.sum","as":"f1"},{"filter":{"field":"f2","range":[2,3]}})",
+       "0,40,50,100 50,0,100,100"},
   };
   for (auto const& [transform, rects] : cases) {
     std::string const more = std::string(R"("transform":[)") + transform + "],";

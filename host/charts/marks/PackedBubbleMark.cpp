@@ -217,10 +217,9 @@ NodeId MakePair(GraphBuilder& graph, std::string const& name, NodeId value) {
 // Puts the middle of the bounds in the middle of the plot.
 NodeId Centre(GraphBuilder& graph, std::string const& name, NodeId pixels, Span const& span, NodeId scale,
               double length) {
-  NodeId const twice = graph.Zip(name + " twice the middle", "add", span.low, span.high);
   NodeId const middle =
-      graph.Zip(name + " middle", "multiply", graph.Zip(name + " twice in pixels", "multiply", twice, scale),
-                graph.Real(0.5));
+      graph.Zip(name + " middle in pixels", "multiply",
+                graph.Call(name + " middle", "interpolate", {graph.Real(0.5), span.low, span.high}), scale);
   NodeId const shift = graph.Zip(name + " shift", "subtract", graph.Real(length / 2), middle);
   return graph.Keep(graph.Zip(name + " of bubbles", "add", pixels, shift));
 }

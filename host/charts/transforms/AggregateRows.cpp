@@ -66,6 +66,10 @@ std::shared_ptr<LayerRows> AggregateRows(GraphBuilder& graph, AggregateSpec cons
   NodeId const groups = step.Groups("group of row", aggregate.groups);
   if (aggregate.keepsRows) {
     for (AggregateSpec::Field const& field : aggregate.fields) {
+      if (aggregate.groups.empty() && field.operation == AggregateOperation::Sum) {
+        step.Set(field.as, graph.Call(field.as, "accumulate", {step.Numbers(field.field)}));
+        continue;
+      }
       NodeId const ofGroups = AggregateField(step, field, groups);
       step.Set(field.as, graph.Call(field.as + " of rows", "take", {ofGroups, groups}));
     }
