@@ -169,6 +169,11 @@ TEST_F(AxisFunctions, RefuseOtherInputs) {
     EXPECT_EQ(ErrorOf([&, &given = inputs] { Ask(given); }), error) << "case " << place;
     ++place;
   }
+  try {
+    Ask({domains});
+  } catch (OrtRuntimeException const& wrongCount) {
+    EXPECT_TRUE(wrongCount.GetMessage().isEmpty());
+  }
 }
 
 }  // namespace

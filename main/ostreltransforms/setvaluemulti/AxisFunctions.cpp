@@ -102,9 +102,12 @@ Value MakeColumns(ExtentsTable const& table, Value const& axes) {
 
 }  // namespace
 
-Value ComputeAxisExtents(Value const& domains, Value const& ranges, Value const& reversed, Value const& axes,
-                         bool fallsBackUpright) {
-  ExtentsTable const table(domains, ranges, reversed, fallsBackUpright);
+Value ComputeAxisExtents(std::vector<Value> const& inputs) {
+  constexpr std::size_t kInputCount = 5;
+  if (inputs.size() != kInputCount) throw OrtRuntimeException(OrtError_WrongInputCount);
+  for (Value const& input : inputs) detail::RequireValue(input);
+  ExtentsTable const table(inputs[0], inputs[1], inputs[2], FetchStoreValue<bool>(inputs[4]));
+  Value const& axes = inputs[3];
   if (axes->GetTypeInfo().GetElementType() == StoreType::Int64) return MakeColumns<int64>(table, axes);
   detail::RequireColumnOf(StoreType::Int32, axes);
   return MakeColumns<int>(table, axes);

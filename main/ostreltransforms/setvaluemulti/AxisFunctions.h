@@ -16,9 +16,8 @@ namespace OstrelTransforms {
 //   3  axes: an Int32 or Int64 column with the position of an axis for each row of the result
 //   4  whether a row that names no axis goes from 0 to 1 (Bool); otherwise it goes from 1 to 0
 //
-// Special ends count as 0. Throws 219 for another number of inputs, and 55 for fewer ranges or flags than
-// domains and for inputs of another kind.
-Value ComputeAxisExtents(Value const& domains, Value const& ranges, Value const& reversed, Value const& axes,
-                         bool fallsBackUpright);
+// Special ends count as 0; a special row of the axes names none. Throws 219, without a message, for another
+// number of inputs, and 55 for fewer ranges or flags than domains and for inputs of another kind.
+Value ComputeAxisExtents(std::vector<Value> const& inputs);
 
 }  // namespace OstrelTransforms

@@ -83,7 +83,7 @@ constexpr Row kRows[] = {
                     {"ranges", ArrayOf(StoreType::Tuple)},
                     {"reversed", ArrayOf(StoreType::Bool)},
                     {"axes", ArrayOf(StoreType::Int32)},
-                    "fallsBackUpright"},
+                    {"fallsBackUpright", StoreType::Bool}},
          .output = StoreType::KeyMap,
          .help = "Where the ends and the zero of each row's axis lie, and its domain as numbers.",
          .details =
@@ -161,7 +161,7 @@ Special rows are no candidates.)",
          .details = R"(- `slots`: 0 for an empty slot; the last one is followed by the first
 
 The result is a tuple of two Int32, counted from 0; (0, 0) where no slot is empty, or all are. The length of a gap across
-the end is not corrected for that, so that any later gap replaces it; of gaps equally long the first is taken.)",
+the end is not corrected for that, so that any later gap replaces it; of gaps equally long the last is taken.)",
          .example = R"("inputs": [{"Array": {"type": "Int32", "values": [0, 0, 1, 0, 0, 0, 1]}}])"}),
     Difference<Calendar::DaysDifference>(TransformNames::DAYS_DIFFERENCE,
                                          "The whole days between two dates."),

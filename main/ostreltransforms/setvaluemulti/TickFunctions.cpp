@@ -86,9 +86,14 @@ Value CalcLogTicks(std::vector<Value> const& inputs) {
                                 FetchStoreValue<double>(inputs[7]), FetchStoreValue<double>(inputs[8])};
   LabelSpace const space{FetchStoreValue<int>(inputs[2]), FetchStoreValue<bool>(inputs[3]),
                          FetchStoreValue<int>(inputs[4]), inputs[5], inputs[6]};
-  if (!LogTicks::IsValid(domain)) throw OrtRuntimeException(OrtError_InputKindNotAccepted);
+  if (!LogTicks::IsValid(domain)) {
+    throw OrtRuntimeException(
+        OrtError_InputKindNotAccepted,
+        OStringCore(L"ticks of a log axis need finite ends, a scale above 0 and a base above 1"));
+  }
   auto const ticks = FindTicks(domain, space);
-  if (!ticks) throw OrtRuntimeException(OrtError_InputKindNotAccepted);
+  if (!ticks)
+    throw OrtRuntimeException(OrtError_InputKindNotAccepted, OStringCore(L"there are more than 10000 ticks"));
 
   auto column = factory::MakeColumnBuilder<double>(StoreTypeInfo::Real64, static_cast<int>(ticks->size()));
   std::span<double> const positions = column.GetValues();
