@@ -55,10 +55,13 @@ class ColumnBuilder {
 };
 
 namespace factory::detail {
-ORTCORE_API std::shared_ptr<StoreValue> MakeColumn(StoreTypeInfo const&, StorageClass, void*, std::size_t,
-                                                   std::shared_ptr<void const>, std::vector<int> const*,
-                                                   std::vector<SpecialKind> const*);
-}
+/// A column over elements that `owner` keeps alive. Lists may be null, unsorted, doubled: see MakeArray.
+ORTCORE_API std::shared_ptr<StoreValue> MakeColumn(StoreTypeInfo const& elementType, StorageClass storage,
+                                                   void* elements, std::size_t count,
+                                                   std::shared_ptr<void const> owner,
+                                                   std::vector<int> const* specialRows,
+                                                   std::vector<SpecialKind> const* specialKinds);
+}  // namespace factory::detail
 
 template <class T>
 std::shared_ptr<StoreValue> ColumnBuilder<T>::Finish() {

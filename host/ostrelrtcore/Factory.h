@@ -81,11 +81,6 @@ ORTCORE_API Value MakeKeySetOfSlices(StoreTypeInfo const& keyType, std::vector<u
                                      std::unique_ptr<std::unordered_map<SpecialKind, Value>> specialEntries);
 
 namespace detail {
-/// A column over elements that `owner` keeps alive. Lists may be null, unsorted, doubled: see MakeArray.
-ORTCORE_API Value MakeColumn(StoreTypeInfo const& elementType, StorageClass storage, void* elements,
-                             std::size_t count, std::shared_ptr<void const> owner,
-                             std::vector<int> const* specialRows,
-                             std::vector<SpecialKind> const* specialKinds);
 ORTCORE_API Value MakeConstantColumn(StoreTypeInfo const& elementType, StorageClass storage,
                                      void const* element, std::shared_ptr<void const> owner, int count,
                                      SpecialKind kind);

@@ -60,6 +60,12 @@ class ORTCORE_API RIndirectString {
     return left.Get() == right;
   }
 
+  /// The same text without a count of its own: another reference must live as long, and Forget must be called
+  /// before this one ends. For many references to what one owner keeps alive.
+  RIndirectString Borrow() const noexcept { return RIndirectString(m_entry); }
+  /// Makes this the empty string without counting down.
+  void Forget() noexcept { m_entry = nullptr; }
+
   /// What the pool of the process holds now.
   struct PoolStatistics {
     std::size_t entries;  ///< Different texts that are alive.

@@ -108,13 +108,13 @@ class RandomCache {
 
   OStringCore const name_;
   std::uint32_t const capacity_;
-  mutable StripedLock<Counters> lock_;
   std::uint32_t insertions_ = 0;
   // A power of two, and as many as entries at least, so that a look-up needs no division.
   Index buckets_;
   int bucketShift_ = 0;
   Index index_;  // all entries, in order of insertion
   std::minstd_rand random_;
+  mutable StripedLock<Counters> lock_;  // over cache lines of its own
 };
 
 template <class K, class V>

@@ -204,8 +204,9 @@ std::vector<Registration> Zip() {
 /// A function of whole values, `Value fn(Value const&, ...)` or `Value fn(Values const&)`, under one key.
 template <auto fn>
 Registration Multinary(std::vector<KeySegmentType> inputs, KeySegmentType output) {
-  return {Arity::Multinary,  0,  std::move(inputs),
-          std::move(output), {}, [] { return std::make_unique<detail::Call<fn>>(); }};
+  return {Arity::Multinary, 0,  std::move(inputs),
+          output,           {}, [] {
+    return std::make_unique<detail::Call<fn>>(); }};
 }
 
 }  // namespace ort::core::builtins

@@ -1,6 +1,5 @@
 #include "ostreltransforms/composer/RunTexts.h"
 
-#include <cstring>
 #include <utility>
 
 namespace OstrelTransforms {
@@ -13,21 +12,20 @@ RunTexts::RunTexts(std::vector<std::size_t> runCounts, int runCount) : rows_(std
   rows_->texts.resize(static_cast<std::size_t>(runCount));
 }
 
-// A reference without a count of its own is its bits, and must be gone before the vector counts it down.
 void RunTexts::WriteShared(std::size_t text, std::size_t firstRun,
                            std::shared_ptr<runtime::ComposedText const> composed) {
   RIndirectString* at = &rows_->texts[firstRun];
-  for (runtime::ComposedText::Row const& row : composed->GetRows()) {
-    std::memcpy(static_cast<void*>(at++), &row.text, sizeof row.text);
-  }
+  for (runtime::ComposedText::Row const& row : composed->GetRows()) *at++ = row.text.Borrow();
   rows_->shared[text] = std::move(composed);
 }
 
 RunTexts::Rows::~Rows() {
   RIndirectString* at = texts.data();
   for (std::size_t text = 0; text < runCounts.size(); ++text) {
-    if (shared[text] != nullptr) std::memset(static_cast<void*>(at), 0, runCounts[text] * sizeof *at);
-    at += runCounts[text];
+    RIndirectString* const end = at + runCounts[text];
+    for (; at != end; ++at) {
+      if (shared[text] != nullptr) at->Forget();
+    }
   }
 }
 

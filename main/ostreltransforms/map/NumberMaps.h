@@ -2,12 +2,47 @@
 
 #include <bit>
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
+#include <span>
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
+#include "ostrelrtcore/RowLoop.h"
 #include "ostrelsys/IntTypes.h"
 #include "ostreltransforms/map/ElementaryFunctions.h"
 
 namespace OstrelTransforms {
+
+namespace detail {
+
+// Row by row the greater (or the lesser) of a number and a bound, and of the two the bound where neither is
+// or one is NaN, as the baseline's own instructions have it; compilers spell the comparison out in four
+// there.
+template <bool takesGreater>
+void BoundRows(std::span<double const> input, double bound, std::span<double> output) {
+  auto const choose = [bound](double x) {
+    bool const isKept = takesGreater ? x > bound : bound > x;
+    return isKept ? x : bound;
+  };
+  std::size_t row = 0;
+#if defined(__SSE2__)
+  if (ort::core::GetVectorLevel() == ort::core::VectorLevel::Baseline) {
+    __m128d const bounds = _mm_set1_pd(bound);
+    for (; row + 2 <= input.size(); row += 2) {
+      __m128d const pair = _mm_loadu_pd(&input[row]);
+      _mm_storeu_pd(&output[row], takesGreater ? _mm_max_pd(pair, bounds) : _mm_min_pd(pair, bounds));
+    }
+  }
+#endif
+  double const* const from = input.data() + row;
+  double* const to = output.data() + row;
+  ort::core::RunRows(input.size() - row, [=](std::size_t i) { to[i] = choose(from[i]); });
+}
+
+}  // namespace detail
 
 // The strict comparisons decide: a NaN gives the bound.
 template <class T>
@@ -15,6 +50,9 @@ class ClampMinFunctor {
  public:
   explicit ClampMinFunctor(T minimum) : minimum_(minimum) {}
   T Apply(T x) const { return x > minimum_ ? x : minimum_; }
+  void ApplyToArray(std::span<T const> input, std::span<T> output) const {
+    detail::BoundRows<true>(input, minimum_, output);
+  }
 
  private:
   T minimum_;
@@ -25,6 +63,9 @@ class ClampMaxFunctor {
  public:
   explicit ClampMaxFunctor(T maximum) : maximum_(maximum) {}
   T Apply(T x) const { return maximum_ > x ? x : maximum_; }
+  void ApplyToArray(std::span<T const> input, std::span<T> output) const {
+    detail::BoundRows<false>(input, maximum_, output);
+  }
 
  private:
   T maximum_;
