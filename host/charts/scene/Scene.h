@@ -121,8 +121,8 @@ struct ImageMark {
   std::string tooltip;
 };
 
-/// A rectangle filled with a linear run of colours, evenly spaced, from its bottom to its top or from its left
-/// to its right.
+/// A rectangle filled with a linear run of colours, evenly spaced, from its bottom to its top or from its
+/// left to its right.
 struct GradientMark {
   Rect rect;
   std::vector<ort::core::OrtColor> colors;
