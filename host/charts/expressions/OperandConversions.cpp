@@ -155,7 +155,7 @@ Operand OperandCompiler::Equal(Operand const& first, Operand const& second, bool
     a = areDates ? ToDate(first) : ToReal(first);
     b = areDates ? ToDate(second) : ToReal(second);
   }
-  Operand const equal = WithoutMissing(Zip(StoreType::Bool, "equal", a, b), false);
+  Operand equal = WithoutMissing(Zip(StoreType::Bool, "equal", a, b), false);
   // What is missing on one side alone differs.
   if (!first.mayBeMissing || !second.mayBeMissing) return equal;
   Operand const isFirstMissing = IsMissing(first);

@@ -87,7 +87,7 @@ Entries ReadEntries(LegendContent const& legend, Results const& results) {
       entry.isHidden = entry.isHidden || results[scale->hiddenEntries]->AsTypedArray<bool>().GetElement(row);
     }
     if (entry.isHidden) entry.opacity *= kFaded;
-    entries.shown.push_back(std::move(entry));
+    entries.shown.push_back(entry);
   }
   return entries;
 }

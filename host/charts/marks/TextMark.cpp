@@ -12,7 +12,6 @@ namespace ostrel::charts {
 namespace {
 
 using ort::core::OrtColor;
-using ort::core::RIndirectString;
 
 constexpr double kFontSize = 11;
 constexpr double kLineHeight = 1.2;  // of the font's size
