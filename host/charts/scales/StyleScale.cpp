@@ -135,7 +135,8 @@ StyleScale PlanContinuousColor(Compilation& compilation, ScaleSource const& sour
     std::string const& label = source.uses[i].label;
     NodeId const fraction =
         ToFraction(graph, field, "color" + label, field.rows[i].scaled, encoding.scale.clamp.value_or(false));
-    scale.rows.push_back(graph.Map("row colors" + label, "cinterp", fraction, {scale.palette}));
+    std::string const name = "row colors" + label;
+    scale.rows.push_back(graph.Map(name, "cinterp", fraction, {scale.palette}));
   }
   NodeId const places = PlanEntries(compilation, encoding, field, scale);
   scale.entries = graph.Map("color legend colors", "cinterp", places, {scale.palette});
