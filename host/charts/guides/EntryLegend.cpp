@@ -114,7 +114,7 @@ class EntryBuilder {
         extent_(extent) {}
 
   // One below the other, all labels behind the widest symbol.
-  double AddEntries(Entries const& entries, ComposedTexts const& labels, double top) {
+  double AddColumn(Entries const& entries, ComposedTexts const& labels, double top) {
     double widest = GetSymbolWidth(0, isOfLines_);
     for (Entry const& entry : entries.shown)
       widest = std::max(widest, GetSymbolWidth(entry.size, isOfLines_));
@@ -128,8 +128,8 @@ class EntryBuilder {
   }
 
   // In lines, each in its room. Lines are stacked upwards there.
-  double AddEntries(Entries const& entries, ComposedTexts const& labels, ort::core::StoreValue const& rooms,
-                    double top) {
+  double AddLines(Entries const& entries, ComposedTexts const& labels, ort::core::StoreValue const& rooms,
+                  double top) {
     auto const& columns = rooms.AsNamedValues();
     auto const& x = columns.Get(VisualKey::TextRunXRemote)->AsTypedArray<double>();
     auto const& y = columns.Get(VisualKey::TextRunYRemote)->AsTypedArray<double>();
@@ -218,8 +218,8 @@ double AddEntryLegend(LegendContent const& legend, Results const& results, TextS
   Entries const entries = ReadEntries(legend, results);
   ComposedTexts const labels(results[first.entryTexts]);
   EntryBuilder builder(group, setter, *legend.layer, first.GetLabelStyle(), extent);
-  return first.entryRooms < 0 ? builder.AddEntries(entries, labels, top)
-                              : builder.AddEntries(entries, labels, *results[first.entryRooms], top);
+  return first.entryRooms < 0 ? builder.AddColumn(entries, labels, top)
+                              : builder.AddLines(entries, labels, *results[first.entryRooms], top);
 }
 
 }  // namespace ostrel::charts
