@@ -42,7 +42,6 @@ Scene MakeScene(std::int64_t count, Look look) {
   marks.size.constant = 30;
   marks.color.constant = OrtColor(static_cast<int>(0xFF4C78A8));
   marks.opacity.constant = 0.7;
-  marks.isFilled = true;
   if (look != Plain) {
     std::vector<OrtColor> colors(static_cast<std::size_t>(count));
     for (std::size_t row = 0; row < colors.size(); ++row)

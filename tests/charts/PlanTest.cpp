@@ -187,10 +187,6 @@ TEST(ChartPlan, RefusesWhatNoMarkOrScaleCanDraw) {
     char const* expected;
   };
   Case const cases[] = {
-      {R"({"type":"circle","stroke":"red"})", "1 2", kX + "}",
-       "$.mark.stroke: a filled symbol has no outline; use fill, or set filled to false"},
-      {R"({"type":"point","fill":"red"})", "1 2", kX + "}",
-       "$.mark.fill: a symbol is an outline; set filled to true"},
       {"\"point\"", "1 2", kX + R"(,"scale":{"type":"log","base":0.5}})",
        "$.encoding.x.scale.base: expects a number above 1; use reverse to turn the scale round"},
       {"\"point\"", "-1 2|0 2", kX + R"(,"scale":{"type":"log"}})",
@@ -218,7 +214,7 @@ TEST(ChartPlan, RefusesWhatNoMarkOrScaleCanDraw) {
        "$.encoding.color.type: a line has one color; use \"nominal\" or \"ordinal\""},
       {"\"point\"", "1 2", R"("size":{"field":"f1","type":"nominal"})",
        "$.encoding.size.type: this channel needs numbers; use \"quantitative\""},
-      {R"({"type":"point","color":"reddish"})", "1 2", kX + "}", "$.mark: \"reddish\" is no colour"},
+      {R"({"type":"point","color":"reddish"})", "1 2", kX + "}", "$.mark.color: \"reddish\" is no colour"},
   };
   ChartDrawing const drawing;
   for (Case const& c : cases) {

@@ -163,6 +163,14 @@ struct Encoding {
 /// What a mark tells of each row where no channel tooltip does: the fields of its channels, or all fields.
 enum class TooltipContent { None, Encoding, Data };
 
+/// How wide a mark is across its measure, or a rectangle in one direction.
+struct BreadthSpec {
+  std::optional<double> pixels;
+  std::optional<double> band;  ///< a share of a discrete value's band, or of an interval
+
+  bool IsGiven() const { return pixels || band; }
+};
+
 struct MarkSpec {
   std::string type;  ///< a name of the table of marks
   std::string path = "$.mark";
@@ -171,18 +179,30 @@ struct MarkSpec {
   std::string stroke;
   std::optional<double> size;  ///< area in square pixels
   std::optional<double> opacity;
+  std::optional<double> fillOpacity;
+  std::optional<double> strokeOpacity;
   std::optional<double> strokeWidth;
   std::vector<double> strokeDash;
   std::optional<bool> filled;
+  BreadthSpec width;
+  BreadthSpec height;
+  std::optional<double> thickness;     ///< of a tick along its measure, pixels
+  std::optional<double> bandSize;      ///< and across it
+  std::optional<double> cornerRadius;  ///< of all corners that have none of their own, pixels
+  std::optional<double> cornerRadiusTopLeft;
+  std::optional<double> cornerRadiusTopRight;
+  std::optional<double> cornerRadiusBottomRight;
+  std::optional<double> cornerRadiusBottomLeft;
+  std::optional<double> cornerRadiusEnd;  ///< of those at the end of a bar's measure
   std::optional<SymbolShape> shape;
   LineInterpolation interpolation = LineInterpolation::Linear;
-  std::vector<double> orientations;  ///< of words, degrees clockwise: multiples of 90
-  bool hasPoints = false;            ///< a line with a symbol at every row
+  std::vector<double> orientations;       ///< of words, degrees clockwise: multiples of 90
+  std::shared_ptr<MarkSpec const> point;  ///< a symbol at every row of a line or an area; null for none
+  std::shared_ptr<MarkSpec const> line;   ///< along the upper end of an area; null for none
   TooltipContent tooltip = TooltipContent::None;
   std::string tooltipText;  ///< of all rows
   std::optional<bool> clip;
   std::optional<bool> isHorizontal;  ///< "orient"
-  bool hasLine = false;              ///< an area with a line at its upper end
   std::optional<double> dx;          ///< of a text, pixels
   std::optional<double> dy;
   std::optional<double> angle;  ///< degrees, clockwise

@@ -53,6 +53,15 @@ void ReadWeight(JsonValue const& value, MarkSpec& mark) {
   mark.isBold = value.ReadOneOf(std::span<NamedValue<bool> const>(kWeights));
 }
 
+void ReadBreadth(JsonValue const& value, BreadthSpec& breadth) {
+  if (!value.IsObject()) {
+    breadth.pixels = value.ReadNumber(kNotNegative);
+    return;
+  }
+  JsonObjectReader(value).Number("band", breadth.band, kFraction).Read();
+  if (!breadth.band) value.FailAt("band", "is missing; give a share of the band, from 0 to 1");
+}
+
 void ReadDash(JsonValue const& value, std::vector<double>& dash) {
   for (auto const& length : value.ReadArray()) dash.push_back(length.ReadNumber(kNotNegative));
 }
@@ -114,6 +123,82 @@ void CheckProperties(JsonValue const& value, MarkDefinition const& mark) {
   }
 }
 
+void AddProperties(JsonObjectReader& reader, MarkSpec& mark) {
+  reader.Text("color", mark.color)
+      .Text("fill", mark.fill)
+      .Text("stroke", mark.stroke)
+      .Number("size", mark.size, kNotNegative)
+      .Number("opacity", mark.opacity, kFraction)
+      .Number("fillOpacity", mark.fillOpacity, kFraction)
+      .Number("strokeOpacity", mark.strokeOpacity, kFraction)
+      .Number("strokeWidth", mark.strokeWidth, kNotNegative)
+      .On("strokeDash", [&mark](JsonValue const& dash) { ReadDash(dash, mark.strokeDash); })
+      .Bool("filled", mark.filled)
+      .OneOf("shape", mark.shape, SymbolShapeNames())
+      .OneOf("interpolate", mark.interpolation,
+             std::span<NamedValue<LineInterpolation> const>(kInterpolationNames))
+      .On("orientations", [&mark](JsonValue const& angles) { ReadOrientations(angles, mark.orientations); })
+      .Bool("clip", mark.clip)
+      .OneOf("orient", mark.isHorizontal, std::span<NamedValue<bool> const>(kOrientations))
+      .On("width", [&mark](JsonValue const& width) { ReadBreadth(width, mark.width); })
+      .On("height", [&mark](JsonValue const& height) { ReadBreadth(height, mark.height); })
+      .Number("thickness", mark.thickness, kNotNegative)
+      .Number("bandSize", mark.bandSize, kNotNegative)
+      .Number("cornerRadius", mark.cornerRadius, kNotNegative)
+      .Number("cornerRadiusTopLeft", mark.cornerRadiusTopLeft, kNotNegative)
+      .Number("cornerRadiusTopRight", mark.cornerRadiusTopRight, kNotNegative)
+      .Number("cornerRadiusBottomRight", mark.cornerRadiusBottomRight, kNotNegative)
+      .Number("cornerRadiusBottomLeft", mark.cornerRadiusBottomLeft, kNotNegative)
+      .Number("cornerRadiusEnd", mark.cornerRadiusEnd, kNotNegative)
+      .Number("dx", mark.dx)
+      .Number("dy", mark.dy)
+      .Number("angle", mark.angle)
+      .OneOf("align", mark.align, std::span<NamedValue<char const*> const>(kAlignments))
+      .OneOf("baseline", mark.baseline, std::span<NamedValue<char const*> const>(kBaselines))
+      .Number("fontSize", mark.fontSize, kPositive)
+      .On("fontWeight", [&mark](JsonValue const& weight) { ReadWeight(weight, mark); })
+      .Number("limit", mark.limit, kNotNegative)
+      .OneOf("fit", mark.fit, std::span<NamedValue<char const*> const>(kFits))
+      .OneOf("dir", mark.isRightToLeft, std::span<NamedValue<bool> const>(kDirections))
+      .On("text", [&mark](JsonValue const& text) { mark.text = text.ReadLines(); })
+      .On("tooltip", [&mark](JsonValue const& tooltip) { ReadTooltip(tooltip, mark); })
+      .Refuse("url", "is not supported; use the channel url")
+      .Refuse("style", "named styles are not supported; set the mark's own properties")
+      .Refuse("font", "is not supported; all texts of a chart have one font")
+      .Refuse("fontStyle", "is not supported; use fontWeight or color")
+      .Refuse("tension", "is not supported; use another interpolate");
+}
+
+/// What is drawn over a line or an area by a mark of its own: true, or an object of that mark's properties.
+std::shared_ptr<MarkSpec const> ReadOverlay(JsonValue const& value, MarkSpec mark, bool isTransparent) {
+  mark.path = value.GetPath();
+  if (isTransparent) {
+    mark.opacity = 0;
+  } else if (value.IsObject()) {
+    JsonObjectReader reader(value);
+    AddProperties(reader, mark);
+    reader.Read();
+    CheckProperties(value, GetDefinition(mark));
+  } else if (value.IsNull() || !value.ReadBool()) {
+    return nullptr;
+  }
+  return std::make_shared<MarkSpec const>(std::move(mark));
+}
+
+void ReadPoint(JsonValue const& value, MarkSpec& mark) {
+  MarkSpec point;
+  point.type = "point";
+  point.opacity = 1;
+  point.filled = true;
+  mark.point = ReadOverlay(value, std::move(point), value.Get() == "transparent");
+}
+
+void ReadLine(JsonValue const& value, MarkSpec& mark) {
+  MarkSpec line;
+  line.type = "line";
+  mark.line = ReadOverlay(value, std::move(line), false);
+}
+
 void ReadType(JsonValue const& value, MarkSpec& mark) {
   std::vector<NamedValue<char const*>> names;
   for (MarkDefinition const& definition : GetMarkTable()) names.push_back({definition.name, definition.name});
@@ -131,41 +216,12 @@ MarkSpec ReadMark(JsonValue const& value) {
     ReadType(value, mark);
     return mark;
   }
-  JsonObjectReader(value)
-      .On("type", [&mark](JsonValue const& type) { ReadType(type, mark); })
-      .Text("color", mark.color)
-      .Text("fill", mark.fill)
-      .Text("stroke", mark.stroke)
-      .Number("size", mark.size, kNotNegative)
-      .Number("opacity", mark.opacity, kFraction)
-      .Number("strokeWidth", mark.strokeWidth, kNotNegative)
-      .On("strokeDash", [&mark](JsonValue const& dash) { ReadDash(dash, mark.strokeDash); })
-      .Bool("filled", mark.filled)
-      .OneOf("shape", mark.shape, SymbolShapeNames())
-      .OneOf("interpolate", mark.interpolation,
-             std::span<NamedValue<LineInterpolation> const>(kInterpolationNames))
-      .On("orientations", [&mark](JsonValue const& angles) { ReadOrientations(angles, mark.orientations); })
-      .On("point", [&mark](JsonValue const& point) { mark.hasPoints = point.ReadBool(); })
-      .Bool("clip", mark.clip)
-      .OneOf("orient", mark.isHorizontal, std::span<NamedValue<bool> const>(kOrientations))
-      .On("line", [&mark](JsonValue const& line) { mark.hasLine = line.ReadBool(); })
-      .Number("dx", mark.dx)
-      .Number("dy", mark.dy)
-      .Number("angle", mark.angle)
-      .OneOf("align", mark.align, std::span<NamedValue<char const*> const>(kAlignments))
-      .OneOf("baseline", mark.baseline, std::span<NamedValue<char const*> const>(kBaselines))
-      .Number("fontSize", mark.fontSize, kPositive)
-      .On("fontWeight", [&mark](JsonValue const& weight) { ReadWeight(weight, mark); })
-      .Number("limit", mark.limit, kNotNegative)
-      .OneOf("fit", mark.fit, std::span<NamedValue<char const*> const>(kFits))
-      .OneOf("dir", mark.isRightToLeft, std::span<NamedValue<bool> const>(kDirections))
-      .On("text", [&mark](JsonValue const& text) { mark.text = text.ReadLines(); })
-      .On("tooltip", [&mark](JsonValue const& tooltip) { ReadTooltip(tooltip, mark); })
-      .Refuse("fillOpacity", "is not supported; use opacity")
-      .Refuse("strokeOpacity", "is not supported; use opacity")
-      .Refuse("url", "is not supported; use the channel url")
-      .Refuse("style", "named styles are not supported; set the mark's own properties")
-      .Read();
+  JsonObjectReader reader(value);
+  reader.On("type", [&mark](JsonValue const& type) { ReadType(type, mark); })
+      .On("point", [&mark](JsonValue const& point) { ReadPoint(point, mark); })
+      .On("line", [&mark](JsonValue const& line) { ReadLine(line, mark); });
+  AddProperties(reader, mark);
+  reader.Read();
   if (!value.Has("type")) value.FailAt("type", "is missing; use one of " + ListMarkNames());
   CheckProperties(value, GetDefinition(mark));
   return mark;

@@ -185,7 +185,7 @@ class EntryBuilder {
     if (isOfLines_) {
       LineMark line;
       line.points = {{middle.x - width / 2, middle.y}, {middle.x + width / 2, middle.y}};
-      line.stroke = {entry.color, look_.strokeWidth, look_.strokeDash};
+      line.stroke = {entry.color, look_.paint.strokeWidth, look_.paint.strokeDash};
       line.opacity = entry.opacity;
       group_.nodes.emplace_back(std::move(line));
       return;
@@ -197,8 +197,7 @@ class EntryBuilder {
     symbol.color = {entry.color, nullptr};
     symbol.opacity = {entry.opacity, nullptr};
     symbol.shape = {entry.shape, nullptr};
-    symbol.isFilled = look_.isFilled;
-    symbol.strokeWidth = look_.strokeWidth;
+    symbol.paint = look_.paint;
     group_.nodes.emplace_back(std::move(symbol));
   }
 

@@ -34,10 +34,6 @@ class GeoshapePlan final : public MarkPlan {
     height_ = map.height;
     shift_ = map.shift;
     color_ = context.GetScaled(Channel::Color);
-    MarkSpec const& mark = context.GetMark();
-    stroke_ = {OrtColor(0), mark.strokeWidth.value_or(1), mark.strokeDash};
-    if (!mark.stroke.empty())
-      stroke_.color = ReadColor(context.GetCompilation().document, mark.path + ".stroke", mark.stroke);
   }
 
   void Build(MarkScene const& scene) const override {
@@ -56,13 +52,15 @@ class GeoshapePlan final : public MarkPlan {
     auto const& y = results[y_]->AsTypedArray<double>();
     auto const& rings = results[ring_]->AsTypedArray<ort::core::int64>();
     ShapeMark shape;
-    shape.fill = look_.isFilled ? look_.color : OrtColor(0);
-    shape.stroke = stroke_;
-    shape.opacity = look_.opacity;
+    OrtColor color = look_.color;
     if (color_ >= 0) {
       auto const& colors = results[color_]->AsTypedArray<OrtColor>();
-      shape.fill = colors.IsSpecial(begin) ? OrtColor(0) : colors.GetElement(begin);
+      color = colors.IsSpecial(begin) ? OrtColor(0) : colors.GetElement(begin);
     }
+    shape.fill = look_.paint.GetFill(color);
+    shape.stroke = look_.paint.GetStroke(color);
+    shape.opacity = look_.GetFillOpacity();
+    shape.strokeOpacity = look_.GetStrokeOpacity();
     for (int row = begin; row < end; ++row) {
       if (row == begin || rings.GetElement(row) != rings.GetElement(row - 1)) shape.rings.emplace_back();
       if (!x.IsSpecial(row)) shape.rings.back().push_back({x.GetElement(row), y.GetElement(row)});
@@ -105,7 +103,6 @@ class GeoshapePlan final : public MarkPlan {
   }
 
   MarkLook look_;
-  Stroke stroke_;
   double width_;
   NodeId x_ = -1;  // Real64 columns, pixels
   NodeId y_ = -1;
@@ -122,12 +119,11 @@ std::unique_ptr<MarkPlan> Plan(MarkContext& context) { return std::make_unique<G
 }  // namespace
 
 MarkDefinition DefineGeoshape() {
-  MarkDefinition definition{.name = "geoshape",
-                            .properties = {"fill", "stroke", "strokeWidth", "strokeDash", "filled"},
-                            .channels = {Channel::Color},
-                            .plan = Plan};
+  MarkDefinition definition{
+      .name = "geoshape", .properties = WithPaints({}), .channels = {Channel::Color}, .plan = Plan};
   definition.isMap = true;
   definition.isFilled = true;
+  definition.strokeWidth = 1;
   return definition;
 }
 

@@ -51,14 +51,14 @@ class LinePlan final : public MarkPlan {
     if (points_) points_->Build(scene);
   }
 
-  double GetReach() const override { return look_.strokeWidth / 2; }
+  double GetReach() const override { return look_.paint.strokeWidth / 2; }
 
  private:
   LineMark Begin(OrtColor color) const {
     LineMark line;
     line.interpolation = interpolation_;
-    line.stroke = {color, look_.strokeWidth, look_.strokeDash};
-    line.opacity = look_.opacity;
+    line.stroke = {color, look_.paint.strokeWidth, look_.paint.strokeDash};
+    line.opacity = look_.GetStrokeOpacity();
     return line;
   }
 
@@ -67,13 +67,6 @@ class LinePlan final : public MarkPlan {
   LineInterpolation interpolation_;
   std::unique_ptr<MarkPlan> points_;  // null without symbols
 };
-
-// Symbols on a line are filled and as opaque as the line.
-MarkLook LookOfPoints(MarkLook look) {
-  look.isFilled = true;
-  look.size = 30;
-  return look;
-}
 
 std::unique_ptr<MarkPlan> Plan(MarkContext& context) {
   GraphBuilder& graph = context.GetGraph();
@@ -88,16 +81,15 @@ std::unique_ptr<MarkPlan> Plan(MarkContext& context) {
   for (NodeId const column : {lines.x, lines.y, lines.group, lines.color, lines.tooltips}) {
     if (column >= 0) graph.Keep(column);
   }
-  MarkLook const& look = context.GetLook();
-  auto points = context.GetMark().hasPoints ? PlanSymbols(context, x, y, LookOfPoints(look)) : nullptr;
-  return std::make_unique<LinePlan>(lines, look, context.GetMark().interpolation, std::move(points));
+  return std::make_unique<LinePlan>(lines, context.GetLook(), context.GetMark().interpolation,
+                                    PlanPoints(context, x, y));
 }
 
 }  // namespace
 
 MarkDefinition DefineLine() {
   return {.name = "line",
-          .properties = {"stroke", "strokeWidth", "strokeDash", "interpolate", "point"},
+          .properties = {"stroke", "strokeWidth", "strokeDash", "strokeOpacity", "interpolate", "point"},
           .channels = {Channel::X, Channel::Y, Channel::Color, Channel::Opacity, Channel::Detail,
                        Channel::Order, Channel::Tooltip},
           .plan = Plan,

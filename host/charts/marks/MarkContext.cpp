@@ -9,6 +9,13 @@ NodeId MarkContext::GetScaled(Channel channel) const {
   return placed == nullptr ? -1 : placed->scaled;
 }
 
+MarkLook MarkContext::ResolveOverlay(MarkSpec const& mark) const {
+  MarkLook look = ResolveMarkLook(compilation_.document, *layer_.spec, mark);
+  std::string const& own = look.paint.isFilled ? mark.fill : mark.stroke;
+  if (own.empty() && mark.color.empty()) look.color = layer_.look.color;
+  return look;
+}
+
 NodeId MarkContext::GetPosition(Channel channel) {
   if (NodeId const scaled = GetScaled(channel); scaled >= 0) return AddOffset(channel, scaled);
   Channel const degrees = channel == Channel::X ? Channel::Longitude : Channel::Latitude;

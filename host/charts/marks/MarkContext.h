@@ -16,6 +16,8 @@ class MarkContext {
   LayerSpec const& GetSpec() const { return *layer_.spec; }
   LayerRows& GetRows() { return *layer_.rows; }
   MarkLook const& GetLook() const { return layer_.look; }
+  /// The look of what is drawn over the layer's mark, in its colour where it has none of its own.
+  MarkLook ResolveOverlay(MarkSpec const& mark) const;
   /// Null for a chart that is no map.
   MapPlan const* GetMap() const { return layer_.map; }
   /// Of the pane, in pixels.

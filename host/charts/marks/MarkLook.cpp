@@ -15,9 +15,32 @@ namespace {
 
 using ort::core::OrtColor;
 
-std::string const& ColorText(MarkSpec const& mark, bool isFilled) {
-  std::string const& specific = isFilled ? mark.fill : mark.stroke;
-  return specific.empty() ? mark.color : specific;
+constexpr double kOpacityBelow = 0.7;
+
+bool HasOverlay(MarkSpec const& mark) { return mark.line != nullptr || mark.point != nullptr; }
+
+struct GivenColor {
+  char const* property;
+  std::string const& text;
+};
+
+// What tells the colour of rows that no field colours.
+GivenColor FindColor(MarkSpec const& mark, bool isFilled) {
+  GivenColor const specific = isFilled ? GivenColor{".fill", mark.fill} : GivenColor{".stroke", mark.stroke};
+  return specific.text.empty() ? GivenColor{".color", mark.color} : specific;
+}
+
+MarkPaint ResolvePaint(ChartDocument const& document, MarkSpec const& mark,
+                       MarkDefinition const& definition) {
+  MarkPaint paint{.isFilled = mark.filled.value_or(definition.isFilled),
+                  .fillOpacity = mark.fillOpacity.value_or(1),
+                  .strokeOpacity = mark.strokeOpacity.value_or(1),
+                  .strokeWidth = mark.strokeWidth.value_or(definition.strokeWidth),
+                  .strokeDash = mark.strokeDash};
+  std::string const& other = paint.isFilled ? mark.stroke : mark.fill;
+  if (!other.empty())
+    paint.other = ReadColor(document, mark.path + (paint.isFilled ? ".stroke" : ".fill"), other);
+  return paint;
 }
 
 // A channel with a value instead of a field.
@@ -49,21 +72,23 @@ OrtColor Fade(OrtColor color, double opacity) {
 }
 
 MarkLook ResolveMarkLook(ChartDocument const& document, LayerSpec const& layer) {
-  MarkSpec const& mark = layer.mark;
+  return ResolveMarkLook(document, layer, layer.mark);
+}
+
+MarkLook ResolveMarkLook(ChartDocument const& document, LayerSpec const& layer, MarkSpec const& mark) {
   MarkDefinition const& definition = GetDefinition(mark);
   MarkLook look;
   look.color = OrtColor(static_cast<int>(definition.color));
-  look.isFilled = mark.filled.value_or(definition.isFilled);
-  if (auto const& text = ColorText(mark, look.isFilled); !text.empty()) {
-    look.color = ReadColor(document, mark.path, text);
-  }
+  look.paint = ResolvePaint(document, mark, definition);
+  if (auto const [property, text] = FindColor(mark, look.paint.isFilled); !text.empty())
+    look.color = ReadColor(document, mark.path + property, text);
   // What is drawn once for many rows hides nothing.
   bool const isAggregated = std::ranges::any_of(
       layer.encodings, [](Encoding const& encoding) { return encoding.aggregate.has_value(); });
-  look.opacity = mark.opacity.value_or(isAggregated ? 1 : definition.opacity);
+  double const opacity = isAggregated || mark.fillOpacity ? 1 : definition.opacity;
+  // What lies below its own line or symbols lets them be seen.
+  look.opacity = mark.opacity.value_or(mark.type == "area" && HasOverlay(mark) ? kOpacityBelow : opacity);
   look.size = mark.size.value_or(look.size);
-  look.strokeWidth = mark.strokeWidth.value_or(look.strokeWidth);
-  look.strokeDash = mark.strokeDash;
   look.shape = mark.shape.value_or(definition.shape);
   for (Encoding const& encoding : layer.encodings) ApplyConstant(document, encoding, look);
   return look;

@@ -9,14 +9,17 @@ struct MarkLook {
   ort::core::OrtColor color;
   double opacity = 1;
   double size = 30;  ///< square pixels
-  double strokeWidth = 2;
-  std::vector<double> strokeDash;
-  bool isFilled = false;
+  MarkPaint paint;
   SymbolShape shape = SymbolShape::Circle;
+
+  double GetFillOpacity() const { return opacity * paint.fillOpacity; }
+  double GetStrokeOpacity() const { return opacity * paint.strokeOpacity; }
 };
 
 /// Throws DocumentError for a text that is no colour.
 MarkLook ResolveMarkLook(ChartDocument const& document, LayerSpec const& layer);
+/// The look of a further mark over the layer's rows.
+MarkLook ResolveMarkLook(ChartDocument const& document, LayerSpec const& layer, MarkSpec const& mark);
 
 /// A colour, more transparent by an opacity of 0 to 1.
 ort::core::OrtColor Fade(ort::core::OrtColor color, double opacity);

@@ -10,12 +10,27 @@ Channel SecondOf(Channel channel) { return channel == Channel::X ? Channel::X2 :
 
 char const* NameOfDirection(Channel channel) { return channel == Channel::X ? "x" : "y"; }
 
-MarkSpan SpanAround(MarkContext& context, Channel channel, NodeId pixels) {
-  GraphBuilder& graph = context.GetGraph();
+MarkSpan SpanAround(GraphBuilder& graph, Channel channel, NodeId middle, NodeId pixels) {
   std::string const name = NameOfDirection(channel);
   NodeId const half = graph.Zip(name + " half width", "multiply", pixels, graph.Real(0.5));
-  NodeId const middle = context.GetPosition(channel);
   return {graph.Zip(name + " from", "subtract", middle, half), graph.Zip(name + " to", "add", middle, half)};
+}
+
+NodeId Middle(GraphBuilder& graph, MarkSpan const& span) {
+  return graph.Zip("middles", "multiply", graph.Zip("ends", "add", span.from, span.to), graph.Real(0.5));
+}
+
+// A share of each interval, around its middle.
+MarkSpan Shrink(GraphBuilder& graph, Channel channel, MarkSpan const& span, double share) {
+  NodeId const length = graph.Zip("interval", "subtract", span.to, span.from);
+  NodeId const part = graph.Zip("share of interval", "multiply", length, graph.Real(share));
+  return SpanAround(graph, channel, Middle(graph, span), part);
+}
+
+// Whether a bin or a unit of time tells the second end.
+bool IsInterval(MarkContext& context, Channel channel) {
+  Encoding const* const encoding = context.GetSpec().Find(channel);
+  return encoding != nullptr && (encoding->bin || !encoding->timeUnit.empty());
 }
 
 MarkSpan LeaveGap(MarkContext& context, Channel channel, MarkSpan const& span, double gap) {
@@ -52,21 +67,29 @@ MarkSpan SpanOfMeasure(MarkContext& context, Channel channel) {
   if (context.GetSpec().Find(SecondOf(channel)) != nullptr)
     return {context.GetPosition(SecondOf(channel)), context.GetPosition(channel)};
   if (NodeId const bandwidth = context.GetBandwidth(channel); bandwidth >= 0)
-    return SpanAround(context, channel, bandwidth);
+    return SpanAround(context.GetGraph(), channel, context.GetPosition(channel), bandwidth);
   if (placed == nullptr) return SpanOfPlace(context, channel, {});
   return {BaseLine(context, channel, *placed->position), context.GetPosition(channel)};
 }
 
 MarkSpan SpanOfPlace(MarkContext& context, Channel channel, PlaceRules const& rules) {
   GraphBuilder& graph = context.GetGraph();
+  auto const& [pixels, band] = rules.breadth;
   if (context.GetSpec().Find(SecondOf(channel)) != nullptr) {
-    MarkSpan const span{context.GetPosition(channel), context.GetPosition(SecondOf(channel))};
-    return rules.gap > 0 ? LeaveGap(context, channel, span, rules.gap) : span;
+    MarkSpan span{context.GetPosition(channel), context.GetPosition(SecondOf(channel))};
+    if (pixels && IsInterval(context, channel))
+      return SpanAround(graph, channel, Middle(graph, span), graph.Real(*pixels));
+    if (rules.gap > 0) span = LeaveGap(context, channel, span, rules.gap);
+    return band ? Shrink(graph, channel, span, *band) : span;
   }
-  NodeId const bandwidth = context.GetBandwidth(channel);
-  if (rules.thickness || bandwidth < 0)
-    return SpanAround(context, channel, graph.Real(rules.thickness.value_or(rules.defaultThickness)));
-  return SpanAround(context, channel, bandwidth);
+  NodeId breadth = context.GetBandwidth(channel);
+  if (pixels || breadth < 0) {
+    breadth = graph.Real(pixels.value_or(rules.defaultThickness));
+  } else if (band) {
+    breadth = graph.Zip(NameOfDirection(channel) + std::string(" share of band"), "multiply", breadth,
+                        graph.Real(*band));
+  }
+  return SpanAround(graph, channel, context.GetPosition(channel), breadth);
 }
 
 }  // namespace ostrel::charts

@@ -14,10 +14,10 @@ struct MarkSpan {
 MarkSpan SpanOfMeasure(MarkContext& context, Channel channel);
 
 /// What a mark covers across its measure: a discrete value's band, an interval, or so many pixels around a
-/// continuous position; `thickness` is also that of a band where the document gives it. `gap` pixels are left
-/// free between intervals.
+/// continuous position; `breadth` is what the document gives in their place. `gap` pixels are left free
+/// between intervals.
 struct PlaceRules {
-  std::optional<double> thickness;
+  BreadthSpec breadth;
   double defaultThickness = 5;
   double gap = 0;
 };

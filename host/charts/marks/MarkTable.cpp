@@ -16,6 +16,13 @@ std::span<MarkDefinition const> GetMarkTable() {
   return table;
 }
 
+std::vector<char const*> WithPaints(std::vector<char const*> further) {
+  std::vector<char const*> properties = {"fill",        "stroke",     "filled",       "fillOpacity",
+                                         "strokeWidth", "strokeDash", "strokeOpacity"};
+  properties.insert(properties.end(), further.begin(), further.end());
+  return properties;
+}
+
 MarkDefinition const& GetDefinition(MarkSpec const& mark) {
   auto const isMeant = [&](MarkDefinition const& definition) { return mark.type == definition.name; };
   return *std::ranges::find_if(GetMarkTable(), isMeant);

@@ -46,6 +46,7 @@ struct MarkDefinition {
   bool isFilled = false;
   std::uint32_t color = 0xFF4C78A8;
   double opacity = 1;
+  double strokeWidth = 2;
   SymbolShape shape = SymbolShape::Circle;
   LegendSample sample = LegendSample::Symbol;
   /// What becomes of a row that a scale can't place.
@@ -55,6 +56,9 @@ struct MarkDefinition {
   /// Channel size has a scale and a legend; otherwise the mark reads the field's numbers.
   bool scalesSize = true;
 };
+
+/// The properties of marks with an inside and an outline, and further ones.
+std::vector<char const*> WithPaints(std::vector<char const*> further);
 
 /// All marks, in the order in which messages list them.
 std::span<MarkDefinition const> GetMarkTable();

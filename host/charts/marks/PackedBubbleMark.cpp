@@ -71,7 +71,6 @@ class BubblePlan final : public MarkPlan {
     marks.size = {0, results[columns_.area]};
     marks.color = Varies(results, columns_.color, look_.color);
     marks.opacity = Varies(results, columns_.opacity, look_.opacity);
-    marks.isFilled = true;
     if (columns_.tooltip >= 0) marks.tooltips = results[columns_.tooltip];
     if (columns_.text < 0) {
       scene.group.nodes.emplace_back(std::move(marks));

@@ -1,5 +1,6 @@
 #include "charts/marks/RectMark.h"
 
+#include "charts/marks/CornerRounding.h"
 #include "charts/marks/Marks.h"
 #include "charts/marks/Tooltips.h"
 #include "charts/transforms/ChannelFields.h"
@@ -11,6 +12,7 @@ namespace {
 constexpr double kBarGap = 0.1;
 constexpr double kTickGap = 0.25;
 constexpr double kTickThickness = 1;
+constexpr double kTickLength = 15;
 constexpr double kTickOpacity = 0.7;
 constexpr double kBarThickness = 5;
 constexpr double kGapBetweenBins = 1;
@@ -24,7 +26,10 @@ Varying<T> MakeVarying(Results const& results, NodeId node, T constant) {
 class RectPlan final : public MarkPlan {
  public:
   RectPlan(MarkContext& context, MarkSpan const& x, MarkSpan const& y)
-      : look_(context.GetLook()), isSeamless_(GetDefinition(context.GetMark()).bandGap == 0) {
+      : look_(context.GetLook()),
+        rounding_(MakeRounding(context)),
+        isSeamless_(GetDefinition(context.GetMark()).bandGap == 0 && look_.paint.isFilled &&
+                    look_.paint.other.GetA() == 0 && !rounding_) {
     color_ = context.GetScaled(Channel::Color);
     opacity_ = context.GetScaled(Channel::Opacity);
     tooltips_ = PlanTooltips(context);
@@ -46,13 +51,16 @@ class RectPlan final : public MarkPlan {
     marks.y2 = scene.results[y_.to];
     marks.color = MakeVarying(scene.results, color_, look_.color);
     marks.opacity = MakeVarying(scene.results, opacity_, look_.opacity);
+    marks.paint = look_.paint;
     marks.isSeamless = isSeamless_;
+    if (rounding_) marks.corners = RoundCorners(*rounding_, marks);
     if (tooltips_ >= 0) marks.tooltips = scene.results[tooltips_];
     scene.group.nodes.emplace_back(std::move(marks));
   }
 
  private:
   MarkLook look_;
+  std::optional<CornerRounding> rounding_;
   bool isSeamless_;
   MarkSpan x_;  // Real64 columns of the placed rows
   MarkSpan y_;
@@ -61,12 +69,34 @@ class RectPlan final : public MarkPlan {
   NodeId tooltips_;
 };
 
+// How broad a mark is on a channel where the document says: by width or height, or else in pixels by another
+// property.
+BreadthSpec FindBreadth(MarkContext& context, Channel channel, std::optional<double> pixels) {
+  MarkSpec const& mark = context.GetMark();
+  bool const isX = channel == Channel::X;
+  BreadthSpec const& breadth = isX ? mark.width : mark.height;
+  if (!breadth.IsGiven()) return {pixels, std::nullopt};
+  bool const isInterval = context.GetSpec().Find(isX ? Channel::X2 : Channel::Y2) != nullptr;
+  if (breadth.band && !isInterval && context.GetBandwidth(channel) < 0) {
+    ThrowDocumentError(context.GetCompilation().document, mark.path + (isX ? ".width" : ".height"),
+                       "is a share of discrete values, bins or units of time; give pixels");
+  }
+  return breadth;
+}
+
 std::unique_ptr<MarkPlan> PlanBars(MarkContext& context) {
-  bool const isHorizontal = IsHorizontal(context.GetMark(), context.GetSpec().encodings);
+  MarkSpec const& mark = context.GetMark();
+  bool const isHorizontal = IsHorizontal(mark, context.GetSpec().encodings);
   Channel const measure = isHorizontal ? Channel::X : Channel::Y;
   Channel const place = isHorizontal ? Channel::Y : Channel::X;
+  if ((isHorizontal ? mark.width : mark.height).IsGiven()) {
+    ThrowDocumentError(context.GetCompilation().document, mark.path + (isHorizontal ? ".width" : ".height"),
+                       isHorizontal ? "of bars to the right follows from x; use height"
+                                    : "of upright bars follows from y; use width");
+  }
   bool const isPlaced = context.Find(place) != nullptr;
-  PlaceRules const rules{context.GetMark().size, isPlaced ? kBarThickness : kBarOfNoPlace, kGapBetweenBins};
+  PlaceRules const rules{FindBreadth(context, place, mark.size), isPlaced ? kBarThickness : kBarOfNoPlace,
+                         kGapBetweenBins};
   MarkSpan const along = SpanOfMeasure(context, measure);
   MarkSpan const across = SpanOfPlace(context, place, rules);
   return isHorizontal ? PlanRects(context, along, across) : PlanRects(context, across, along);
@@ -74,7 +104,7 @@ std::unique_ptr<MarkPlan> PlanBars(MarkContext& context) {
 
 MarkSpan SpanOfRect(MarkContext& context, Channel channel) {
   if (context.GetSpec().Find(channel) == nullptr) return SpanOfPane(context, channel);
-  return SpanOfPlace(context, channel, {});
+  return SpanOfPlace(context, channel, {FindBreadth(context, channel, std::nullopt)});
 }
 
 std::unique_ptr<MarkPlan> PlanRectangles(MarkContext& context) {
@@ -83,21 +113,29 @@ std::unique_ptr<MarkPlan> PlanRectangles(MarkContext& context) {
 
 // A tick is thin along its measure.
 std::unique_ptr<MarkPlan> PlanTicks(MarkContext& context) {
-  bool const isHorizontal = IsHorizontal(context.GetMark(), context.GetSpec().encodings);
-  PlaceRules const thin{context.GetMark().strokeWidth.value_or(kTickThickness)};
-  PlaceRules const wide{context.GetMark().size, 15, 0};
-  MarkSpan const x = SpanOfPlace(context, Channel::X, isHorizontal ? thin : wide);
-  return PlanRects(context, x, SpanOfPlace(context, Channel::Y, isHorizontal ? wide : thin));
+  MarkSpec const& mark = context.GetMark();
+  bool const isHorizontal = IsHorizontal(mark, context.GetSpec().encodings);
+  auto const span = [&](Channel channel, bool isThin) {
+    std::optional<double> const pixels = isThin      ? mark.thickness.value_or(kTickThickness)
+                                         : mark.size ? mark.size
+                                                     : mark.bandSize;
+    return SpanOfPlace(context, channel, {FindBreadth(context, channel, pixels), kTickLength});
+  };
+  MarkSpan const x = span(Channel::X, isHorizontal);
+  return PlanRects(context, x, span(Channel::Y, !isHorizontal));
 }
 
 MarkDefinition Define(char const* name) {
-  return {.name = name,
-          .properties = {"fill", "orient"},
-          .channels = {Channel::X, Channel::Y, Channel::X2, Channel::Y2, Channel::XOffset, Channel::YOffset,
-                       Channel::Color, Channel::Opacity, Channel::Detail, Channel::Tooltip},
-          .plan = PlanBars,
-          .isFilled = true,
-          .shape = SymbolShape::Square};
+  return {
+      .name = name,
+      .properties = WithPaints({"orient", "width", "height", "cornerRadius", "cornerRadiusTopLeft",
+                                "cornerRadiusTopRight", "cornerRadiusBottomRight", "cornerRadiusBottomLeft"}),
+      .channels = {Channel::X, Channel::Y, Channel::X2, Channel::Y2, Channel::XOffset, Channel::YOffset,
+                   Channel::Color, Channel::Opacity, Channel::Detail, Channel::Tooltip},
+      .plan = PlanBars,
+      .isFilled = true,
+      .strokeWidth = 1,
+      .shape = SymbolShape::Square};
 }
 
 }  // namespace
@@ -108,7 +146,7 @@ std::unique_ptr<MarkPlan> PlanRects(MarkContext& context, MarkSpan const& x, Mar
 
 MarkDefinition DefineBar() {
   MarkDefinition bar = Define("bar");
-  bar.properties.push_back("size");
+  bar.properties.insert(bar.properties.end(), {"size", "cornerRadiusEnd"});
   bar.constantSize = &MarkSpec::size;
   bar.channels.push_back(Channel::Order);
   bar.isStacked = true;
@@ -129,7 +167,7 @@ MarkDefinition DefineRect() {
 MarkDefinition DefineTick() {
   MarkDefinition tick = Define("tick");
   tick.constantSize = &MarkSpec::size;
-  tick.properties.insert(tick.properties.end(), {"size", "strokeWidth"});
+  tick.properties.insert(tick.properties.end(), {"size", "bandSize", "thickness"});
   tick.plan = PlanTicks;
   tick.bandGap = kTickGap;
   tick.opacity = kTickOpacity;

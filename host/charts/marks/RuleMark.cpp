@@ -14,7 +14,6 @@ constexpr double kStrokeWidth = 1;
 class RulePlan final : public MarkPlan {
  public:
   RulePlan(MarkContext& context, MarkSpan const& x, MarkSpan const& y) : look_(context.GetLook()) {
-    look_.strokeWidth = context.GetMark().strokeWidth.value_or(kStrokeWidth);
     color_ = context.GetScaled(Channel::Color);
     NodeId const tooltips = PlanTooltips(context);
     NodeId const placed = context.FindPlaced({x.from, x.to, y.from, y.to, color_});
@@ -35,12 +34,13 @@ class RulePlan final : public MarkPlan {
     TooltipReader const tooltips(scene.results, tooltips_);
     RuleMarks rules;
     for (int row = 0; row < x.GetCount(); ++row) {
-      OrtColor const color = Fade(colors != nullptr ? colors->GetElement(row) : look_.color, look_.opacity);
+      OrtColor const color =
+          Fade(colors != nullptr ? colors->GetElement(row) : look_.color, look_.GetStrokeOpacity());
       if (row > 0 && color != rules.stroke.color) {
         scene.group.nodes.emplace_back(std::move(rules));
         rules = {};
       }
-      rules.stroke = {color, look_.strokeWidth, look_.strokeDash};
+      rules.stroke = {color, look_.paint.strokeWidth, look_.paint.strokeDash};
       rules.rules.push_back(
           {{x.GetElement(row), y.GetElement(row)}, {x2.GetElement(row), y2.GetElement(row)}});
       if (tooltips_ >= 0) rules.tooltips.push_back(tooltips.Read(row));
@@ -48,7 +48,7 @@ class RulePlan final : public MarkPlan {
     if (!rules.rules.empty()) scene.group.nodes.emplace_back(std::move(rules));
   }
 
-  double GetReach() const override { return look_.strokeWidth / 2; }
+  double GetReach() const override { return look_.paint.strokeWidth / 2; }
 
  private:
   MarkLook look_;
@@ -81,12 +81,13 @@ RowReach Reach(MarkContext& context, Channel) {
 
 MarkDefinition DefineRule() {
   return {.name = "rule",
-          .properties = {"stroke", "strokeWidth", "strokeDash"},
+          .properties = {"stroke", "strokeWidth", "strokeDash", "strokeOpacity"},
           .channels = {Channel::X, Channel::Y, Channel::X2, Channel::Y2, Channel::Color, Channel::Detail,
                        Channel::Tooltip},
           .plan = Plan,
           .reach = Reach,
           .color = 0xFF333333,
+          .strokeWidth = kStrokeWidth,
           .sample = LegendSample::Line,
           .constantSize = &MarkSpec::strokeWidth};
 }

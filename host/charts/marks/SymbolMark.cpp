@@ -41,12 +41,11 @@ class SymbolPlan final : public MarkPlan {
     marks.opacity = MakeVarying(scene.results, opacity_, look_.opacity);
     marks.shape = MakeVarying(scene.results, shape_, look_.shape);
     if (tooltips_ >= 0) marks.tooltips = scene.results[tooltips_];
-    marks.isFilled = look_.isFilled;
-    marks.strokeWidth = look_.strokeWidth;
+    marks.paint = look_.paint;
     scene.group.nodes.emplace_back(std::move(marks));
   }
 
-  double GetReach() const override { return (std::sqrt(look_.size) + look_.strokeWidth) / 2; }
+  double GetReach() const override { return (std::sqrt(look_.size) + look_.paint.strokeWidth) / 2; }
 
  private:
   MarkLook look_;
@@ -59,29 +58,14 @@ class SymbolPlan final : public MarkPlan {
   NodeId tooltips_;
 };
 
-// A symbol is painted once: filled or outlined.
-void CheckPaints(MarkContext& context) {
-  MarkSpec const& mark = context.GetMark();
-  bool const isFilled = context.GetLook().isFilled;
-  ChartDocument const& document = context.GetCompilation().document;
-  if (isFilled && !mark.stroke.empty()) {
-    ThrowDocumentError(document, mark.path + ".stroke",
-                       "a filled symbol has no outline; use fill, or set filled to false");
-  }
-  if (!isFilled && !mark.fill.empty()) {
-    ThrowDocumentError(document, mark.path + ".fill", "a symbol is an outline; set filled to true");
-  }
-}
-
 std::unique_ptr<MarkPlan> Plan(MarkContext& context) {
-  CheckPaints(context);
   return PlanSymbols(context, context.GetPosition(Channel::X), context.GetPosition(Channel::Y),
                      context.GetLook());
 }
 
 MarkDefinition Define(char const* name) {
   return {.name = name,
-          .properties = {"fill", "stroke", "size", "strokeWidth", "filled"},
+          .properties = WithPaints({"size"}),
           .channels = {Channel::X, Channel::Y, Channel::XOffset, Channel::YOffset, Channel::Color,
                        Channel::Size, Channel::Opacity, Channel::Detail, Channel::Tooltip, Channel::Longitude,
                        Channel::Latitude},
@@ -94,6 +78,11 @@ MarkDefinition Define(char const* name) {
 
 std::unique_ptr<MarkPlan> PlanSymbols(MarkContext& context, NodeId x, NodeId y, MarkLook const& look) {
   return std::make_unique<SymbolPlan>(context, x, y, look);
+}
+
+std::unique_ptr<MarkPlan> PlanPoints(MarkContext& context, NodeId x, NodeId y) {
+  std::shared_ptr<MarkSpec const> const& point = context.GetMark().point;
+  return point == nullptr ? nullptr : PlanSymbols(context, x, y, context.ResolveOverlay(*point));
 }
 
 MarkDefinition DefinePoint() {

@@ -66,7 +66,7 @@ class TextPlan final : public MarkPlan {
     for (int row = 0; row < x.GetCount(); ++row) {
       if (!texts.HasText(row)) continue;
       look.at = {x.GetElement(row) + shift.x, y.GetElement(row) + shift.y};
-      look.color = Fade(colors != nullptr ? colors->GetElement(row) : look_.color, look_.opacity);
+      look.color = Fade(colors != nullptr ? colors->GetElement(row) : look_.color, look_.GetFillOpacity());
       look.tooltip = tooltips.Read(row);
       texts.Add(scene.group, row, style_, look, scene.extent);
     }
@@ -154,7 +154,7 @@ RowReach Reach(MarkContext& context, Channel channel) {
 MarkDefinition DefineText() {
   return {.name = "text",
           .properties = {"dx", "dy", "angle", "align", "baseline", "fontSize", "fontWeight", "text", "fill",
-                         "limit", "dir"},
+                         "fillOpacity", "limit", "dir"},
           .channels = {Channel::X, Channel::Y, Channel::XOffset, Channel::YOffset, Channel::Color,
                        Channel::Text, Channel::Detail, Channel::Tooltip},
           .plan = Plan,

@@ -69,10 +69,8 @@ class TreemapPlan final : public MarkPlan {
         look_(context.GetLook()),
         rowCount_(context.GetRows().GetRowCount()) {
     MarkSpec const& mark = context.GetMark();
-    ChartDocument const& document = context.GetCompilation().document;
-    border_ = {mark.stroke.empty() ? kBorderColor : ReadColor(document, mark.path, mark.stroke),
-               mark.strokeWidth.value_or(kBorderWidth),
-               {}};
+    border_.other = mark.stroke.empty() ? kBorderColor : context.GetLook().paint.other;
+    border_.strokeWidth = mark.strokeWidth.value_or(kBorderWidth);
     Encoding const* const text = context.GetSpec().Find(Channel::Text);
     hasNumbers_ = text != nullptr && text->type == FieldType::Quantitative;
     if (Encoding const* const size = context.GetSpec().Find(Channel::Size)) sizeField_ = size->field;
@@ -88,13 +86,13 @@ class TreemapPlan final : public MarkPlan {
       RectMarks groups = MakeRects(nodes_.groups, results);
       groups.color = {kGroupColor, nullptr};
       groups.opacity = {1, nullptr};
-      groups.stroke = border_;
+      groups.paint = border_;
       scene.group.nodes.emplace_back(std::move(groups));
     }
     RectMarks leaves = MakeRects(nodes_.leaves, results);
     leaves.color = {look_.color, nodes_.color < 0 ? nullptr : results[nodes_.color]};
     leaves.opacity = {look_.opacity, nodes_.opacity < 0 ? nullptr : results[nodes_.opacity]};
-    leaves.stroke = border_;
+    leaves.paint = border_;
     if (nodes_.tooltips >= 0) leaves.tooltips = results[nodes_.tooltips];
     scene.group.nodes.emplace_back(std::move(leaves));
     if (headers_ >= 0) LabelGroups(scene);
@@ -183,7 +181,7 @@ class TreemapPlan final : public MarkPlan {
 
   TreemapNodes nodes_;
   MarkLook look_;
-  Stroke border_;
+  MarkPaint border_;
   int rowCount_;
   std::string sizeField_;
   bool hasNumbers_ = false;  // the leaves' labels, which are not shortened

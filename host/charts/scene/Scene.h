@@ -43,6 +43,21 @@ struct Stroke {
   std::vector<double> dash;
 };
 
+/// Of marks with an inside and an outline: one of the two has the rows' own colours.
+struct MarkPaint {
+  bool isFilled = true;
+  ort::core::OrtColor other{0};  ///< of the outline of what is filled, of the inside of what is outlined
+  double fillOpacity = 1;        ///< beside the opacity of the whole mark
+  double strokeOpacity = 1;
+  double strokeWidth = 1;
+  std::vector<double> strokeDash = {};
+
+  ort::core::OrtColor GetFill(ort::core::OrtColor color) const { return isFilled ? color : other; }
+  Stroke GetStroke(ort::core::OrtColor color) const {
+    return {isFilled ? other : color, strokeWidth, strokeDash};
+  }
+};
+
 /// One symbol for every row that is special in neither x nor y.
 struct SymbolMarks {
   std::shared_ptr<ort::core::StoreValue> x;  ///< Real64 columns
@@ -51,8 +66,7 @@ struct SymbolMarks {
   Varying<ort::core::OrtColor> color;
   Varying<double> opacity;     ///< 0 to 1; Real64
   Varying<SymbolShape> shape;  ///< an Int32 column of SymbolShape values
-  bool isFilled = false;       ///< else outlined in its colour
-  double strokeWidth = 1.5;
+  MarkPaint paint;
   std::shared_ptr<ort::core::StoreValue> tooltips;  ///< String column or null
 };
 
@@ -72,7 +86,9 @@ struct AreaMark {
   std::vector<Point> basePoints;
   LineInterpolation interpolation = LineInterpolation::Linear;
   ort::core::OrtColor fill;
-  double opacity = 1;
+  Stroke stroke{ort::core::OrtColor(0), 1, {}};  ///< around the whole band
+  double opacity = 1;                            ///< of the fill
+  double strokeOpacity = 1;
   std::string tooltip;
 };
 
@@ -81,7 +97,8 @@ struct ShapeMark {
   std::vector<std::vector<Point>> rings;
   ort::core::OrtColor fill;
   Stroke stroke{ort::core::OrtColor(0), 1, {}};
-  double opacity = 1;
+  double opacity = 1;  ///< of the fill
+  double strokeOpacity = 1;
 };
 
 struct RuleMarks {
@@ -100,6 +117,16 @@ struct RectMark {
   Stroke stroke{ort::core::OrtColor(0), 1, {}};
 };
 
+/// The radii of a rectangle's rounded corners in pixels.
+struct CornerRadii {
+  double topLeft = 0;
+  double topRight = 0;
+  double bottomRight = 0;
+  double bottomLeft = 0;
+
+  bool operator==(CornerRadii const&) const = default;
+};
+
 /// One rectangle for every row that has four numbers: x and x2, y and y2 are opposite sides, in either order.
 struct RectMarks {
   std::shared_ptr<ort::core::StoreValue> x;  ///< Real64 columns
@@ -107,8 +134,9 @@ struct RectMarks {
   std::shared_ptr<ort::core::StoreValue> y;
   std::shared_ptr<ort::core::StoreValue> y2;
   Varying<ort::core::OrtColor> color;
-  Varying<double> opacity;                          ///< 0 to 1; Real64
-  Stroke stroke{ort::core::OrtColor(0), 1, {}};     ///< of all rectangles
+  Varying<double> opacity;  ///< 0 to 1; Real64
+  MarkPaint paint;
+  std::vector<CornerRadii> corners;                 ///< one for each row, or none
   bool isSeamless = false;                          ///< neighbours show nothing between them
   std::shared_ptr<ort::core::StoreValue> tooltips;  ///< String column or null
 };

@@ -20,12 +20,13 @@ LineInterpolation Backwards(LineInterpolation interpolation) {
 
 void WriteArea(AreaMark const& area, SvgStream& out) {
   double const opacity = GetPaintOpacity(area.fill, area.opacity);
+  bool const isSeen = opacity > 0 || IsPainted(area.stroke, area.strokeOpacity);
   auto const count = std::min(area.points.size(), area.basePoints.size());
   auto const isPlaced = [&](std::size_t i) {
     return IsFinite(area.points[i]) && IsFinite(area.basePoints[i]);
   };
   bool isBegun = false;
-  for (std::size_t from = 0; opacity > 0 && from < count;) {
+  for (std::size_t from = 0; isSeen && from < count;) {
     std::size_t end = from;
     while (end < count && isPlaced(end)) ++end;
     // A single point has no extent.
@@ -45,8 +46,13 @@ void WriteArea(AreaMark const& area, SvgStream& out) {
   }
   if (!isBegun) return;
   out << "\"";
-  out << " fill=\"" << area.fill << "\"";
-  WriteOpacity("fill-opacity", opacity, out);
+  if (opacity > 0) {
+    out << " fill=\"" << area.fill << "\"";
+    WriteOpacity("fill-opacity", opacity, out);
+  } else {
+    out << " fill=\"none\"";
+  }
+  WriteStroke(area.stroke, area.strokeOpacity, out);
   if (area.tooltip.empty()) {
     out << "/>\n";
   } else {
@@ -56,7 +62,7 @@ void WriteArea(AreaMark const& area, SvgStream& out) {
 
 void WriteShape(ShapeMark const& shape, SvgStream& out) {
   double const opacity = GetPaintOpacity(shape.fill, shape.opacity);
-  if (opacity <= 0 && !IsPainted(shape.stroke, shape.opacity)) return;
+  if (opacity <= 0 && !IsPainted(shape.stroke, shape.strokeOpacity)) return;
   bool isBegun = false;
   for (auto const& ring : shape.rings) {
     if (ring.size() < 2 || !std::ranges::all_of(ring, [](Point point) { return IsFinite(point); })) continue;
@@ -81,7 +87,7 @@ void WriteShape(ShapeMark const& shape, SvgStream& out) {
   } else {
     out << "none\"";
   }
-  WriteStroke(shape.stroke, shape.opacity, out);
+  WriteStroke(shape.stroke, shape.strokeOpacity, out);
   out << "/>\n";
 }
 

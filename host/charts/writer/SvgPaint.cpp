@@ -44,10 +44,7 @@ bool IsSame(Stroke const& left, Stroke const& right) {
   return left.color == right.color && left.width == right.width && left.dash == right.dash;
 }
 
-void WriteStroke(Stroke const& stroke, double opacity, SvgStream& out) {
-  if (!IsPainted(stroke, opacity)) return;
-  out << " stroke=\"" << stroke.color << "\"";
-  WriteOpacity("stroke-opacity", GetPaintOpacity(stroke.color, opacity), out);
+void WriteStrokeShape(Stroke const& stroke, SvgStream& out) {
   if (stroke.width != 1) out << " stroke-width=\"" << stroke.width << "\"";
   if (!IsDash(stroke.dash)) return;
   out << " stroke-dasharray=\"";
@@ -57,6 +54,13 @@ void WriteStroke(Stroke const& stroke, double opacity, SvgStream& out) {
     isFirst = false;
   }
   out << "\"";
+}
+
+void WriteStroke(Stroke const& stroke, double opacity, SvgStream& out) {
+  if (!IsPainted(stroke, opacity)) return;
+  out << " stroke=\"" << stroke.color << "\"";
+  WriteOpacity("stroke-opacity", GetPaintOpacity(stroke.color, opacity), out);
+  WriteStrokeShape(stroke, out);
 }
 
 }  // namespace ostrel::charts

@@ -16,6 +16,8 @@ void WriteFill(ort::core::OrtColor color, SvgStream& out);
 
 bool IsPainted(Stroke const& stroke, double opacity = 1);
 bool IsSame(Stroke const& left, Stroke const& right);
+/// The width and the dashes of a stroke, where they are not what SVG starts from.
+void WriteStrokeShape(Stroke const& stroke, SvgStream& out);
 /// A stroke's attributes; none when it is not painted.
 void WriteStroke(Stroke const& stroke, double opacity, SvgStream& out);
 

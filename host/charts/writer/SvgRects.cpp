@@ -1,8 +1,7 @@
 #include <array>
 #include <cmath>
 
-#include "charts/writer/RowValues.h"
-#include "charts/writer/SvgPaint.h"
+#include "charts/writer/RowPaint.h"
 #include "charts/writer/SvgShapes.h"
 #include "ostrelsys/Utf.h"
 
@@ -22,8 +21,9 @@ class RectWriter {
         x2_(ReadColumn<double>(marks.x2, count_)),
         y_(ReadColumn<double>(marks.y, count_)),
         y2_(ReadColumn<double>(marks.y2, count_)),
-        color_(marks.color, count_),
-        opacity_(marks.opacity, count_) {
+        paint_(marks.paint, marks.color, marks.opacity, count_) {
+    if (!marks.corners.empty() && marks.corners.size() != count_)
+      throw OrtRuntimeException(OrtError_LengthsDiffer);
     if (marks.tooltips != nullptr) tooltips_ = ReadColumn<RIndirectString>(marks.tooltips, count_);
     for (auto const* side : {&marks.x, &marks.x2, &marks.y, &marks.y2})
       hasSpecials_ = hasSpecials_ || (*side)->AsColumn().HasSpecials();
@@ -32,11 +32,7 @@ class RectWriter {
   void Write() {
     if (count_ == 0) return;
     out_ << "<g";
-    if (color_.IsConstant()) {
-      out_ << " fill=\"" << color_[0] << "\"";
-      if (opacity_.IsConstant()) WriteOpacity("fill-opacity", GetPaintOpacity(color_[0], opacity_[0]), out_);
-    }
-    WriteStroke(marks_.stroke, 1, out_);
+    paint_.WriteShared(out_);
     if (marks_.isSeamless) out_ << " shape-rendering=\"crispEdges\"";
     out_ << ">\n";
     for (std::size_t row = 0; row < count_; ++row) {
@@ -52,19 +48,30 @@ class RectWriter {
   }
 
   void WriteRow(std::size_t row) {
-    double const opacity = GetPaintOpacity(color_[row], opacity_[row]);
     Rect const rect{x_[row], y_[row], x2_[row] - x_[row], y2_[row] - y_[row]};
-    bool const isSeen = IsFinite(rect) && rect.width != 0 && rect.height != 0 && opacity > 0;
+    bool const isSeen = IsFinite(rect) && rect.width != 0 && rect.height != 0 && paint_.IsSeen(row);
     if (!isSeen) return;
-    out_ << "<rect";
-    WriteRectGeometry(rect, out_);
-    if (!color_.IsConstant()) out_ << " fill=\"" << color_[row] << "\"";
-    if (!color_.IsConstant() || !opacity_.IsConstant()) WriteOpacity("fill-opacity", opacity, out_);
+    std::string_view const tag = WriteOutline(row, rect);
+    paint_.WriteRow(row, out_);
     if (tooltips_.empty() || tooltips_[row].IsEmpty()) {
       out_ << "/>\n";
     } else {
-      out_ << "><title>" << Escaped{Utf::Utf16ToUtf8(tooltips_[row].Get().view())} << "</title></rect>\n";
+      out_ << "><title>" << Escaped{Utf::Utf16ToUtf8(tooltips_[row].Get().view())} << "</title></" << tag
+           << ">\n";
     }
+  }
+
+  // Begins the element and gives its name: a path where corners are rounded.
+  std::string_view WriteOutline(std::size_t row, Rect const& rect) {
+    if (marks_.corners.empty() || marks_.corners[row] == CornerRadii{}) {
+      out_ << "<rect";
+      WriteRectGeometry(rect, out_);
+      return "rect";
+    }
+    out_ << "<path d=\"";
+    WriteRoundedRect(rect, marks_.corners[row], out_);
+    out_ << "\"";
+    return "path";
   }
 
   SvgStream& out_;
@@ -74,8 +81,7 @@ class RectWriter {
   std::span<double const> x2_;
   std::span<double const> y_;
   std::span<double const> y2_;
-  RowValues<OrtColor> color_;
-  RowValues<double> opacity_;
+  RowPaint paint_;
   std::span<RIndirectString const> tooltips_;
   bool hasSpecials_ = false;
 };

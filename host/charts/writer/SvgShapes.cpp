@@ -19,6 +19,31 @@ void WriteRectGeometry(Rect const& rect, SvgStream& out) {
       << "\" width=\"" << std::fabs(rect.width) << "\" height=\"" << std::fabs(rect.height) << "\"";
 }
 
+void WriteRoundedRect(Rect const& rect, CornerRadii const& radii, SvgStream& out) {
+  double const left = std::min(rect.x, rect.Right());
+  double const top = std::min(rect.y, rect.Bottom());
+  double const width = std::fabs(rect.width);
+  double const height = std::fabs(rect.height);
+  auto const& [topLeft, topRight, bottomRight, bottomLeft] = radii;
+  double const across = std::max(topLeft + topRight, bottomLeft + bottomRight);
+  double const down = std::max(topLeft + bottomLeft, topRight + bottomRight);
+  double const fit = std::min({1.0, width / across, height / down});
+  auto const turn = [&](double radius, double x, double y) {
+    if (radius > 0)
+      out << "a" << radius * fit << NextNumber{radius * fit} << " 0 0 1" << NextNumber{x * radius * fit}
+          << NextNumber{y * radius * fit};
+  };
+  out << "M" << left + topLeft * fit << NextNumber{top} << "H" << left + width - topRight * fit;
+  turn(topRight, 1, 1);
+  out << "V" << top + height - bottomRight * fit;
+  turn(bottomRight, -1, 1);
+  out << "H" << left + bottomLeft * fit;
+  turn(bottomLeft, -1, -1);
+  out << "V" << top + topLeft * fit;
+  turn(topLeft, 1, -1);
+  out << "Z";
+}
+
 bool IsDrawn(RectMark const& mark) {
   return IsFinite(mark.rect) && (mark.fill.GetA() != 0 || IsPainted(mark.stroke));
 }

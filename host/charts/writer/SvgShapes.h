@@ -12,6 +12,9 @@ bool IsFinite(Rect const& rect);
 /// ` x="..." y="..." width="..." height="..."`, turned so that no extent is negative.
 void WriteRectGeometry(Rect const& rect, SvgStream& out);
 
+/// The path of a rectangle with rounded corners. Radii that two corners have no room for shrink together.
+void WriteRoundedRect(Rect const& rect, CornerRadii const& radii, SvgStream& out);
+
 bool IsDrawn(RectMark const& mark);
 bool IsDrawn(ImageMark const& image);
 bool IsSameStyle(RectMark const& left, RectMark const& right);

@@ -2,8 +2,7 @@
 #include <cmath>
 #include <string>
 
-#include "charts/writer/RowValues.h"
-#include "charts/writer/SvgPaint.h"
+#include "charts/writer/RowPaint.h"
 #include "charts/writer/SvgShapes.h"
 #include "charts/writer/SymbolOutline.h"
 #include "ostrelsys/Utf.h"
@@ -42,18 +41,17 @@ class SymbolWriter {
         x_(ReadColumn<double>(marks.x, count_)),
         y_(ReadColumn<double>(marks.y, count_)),
         size_(marks.size, count_),
-        color_(marks.color, count_),
-        opacity_(marks.opacity, count_),
         shape_(marks.shape, count_),
-        paint_(marks.isFilled ? "fill" : "stroke"),
-        paintOpacity_(marks.isFilled ? "fill-opacity" : "stroke-opacity") {
+        paint_(marks.paint, marks.color, marks.opacity, count_) {
     if (marks.tooltips != nullptr) tooltips_ = ReadColumn<RIndirectString>(marks.tooltips, count_);
   }
 
   void Write() {
     if (count_ == 0) return;
     out_ << "<g";
-    WriteSharedAttributes();
+    paint_.WriteShared(out_);
+    // The inside of a hollow symbol belongs to it where a pointer asks for its tooltip.
+    if (!marks_.paint.isFilled && !tooltips_.empty()) out_ << " pointer-events=\"all\"";
     out_ << ">\n";
     ColumnView const& x = marks_.x->AsColumn();
     ColumnView const& y = marks_.y->AsColumn();
@@ -66,23 +64,9 @@ class SymbolWriter {
   }
 
  private:
-  // Opacity is an attribute of the paint: that of a group would melt its overlapping symbols into one.
-  void WriteSharedAttributes() {
-    if (!marks_.isFilled) {
-      out_ << " fill=\"none\"";
-      if (marks_.strokeWidth != 1) out_ << " stroke-width=\"" << marks_.strokeWidth << "\"";
-      // The inside of a hollow symbol belongs to it where a pointer asks for its tooltip.
-      if (!tooltips_.empty()) out_ << " pointer-events=\"all\"";
-    }
-    if (!color_.IsConstant()) return;
-    out_ << " " << paint_ << "=\"" << color_[0] << "\"";
-    if (opacity_.IsConstant()) WriteOpacity(paintOpacity_, GetPaintOpacity(color_[0], opacity_[0]), out_);
-  }
-
   void WriteRow(std::size_t row) {
-    double const opacity = GetPaintOpacity(color_[row], opacity_[row]);
     bool const isPlaced = IsFinite(Point{x_[row], y_[row]});
-    if (!isPlaced || opacity == 0 || !std::isfinite(size_[row]) || size_[row] <= 0) return;
+    if (!isPlaced || !paint_.IsSeen(row) || !std::isfinite(size_[row]) || size_[row] <= 0) return;
     int const shape = static_cast<int>(shape_[row]);
     if (shape < 0 || shape >= kShapeCount) throw OrtRuntimeException(OrtError_WrongValueKind);
     SymbolOutline const& outline = outlines_.Get(shape_[row], size_[row]);
@@ -93,8 +77,7 @@ class SymbolWriter {
       out_ << outline.separator << y_[row] + outline.dy;
     }
     out_ << outline.rest;
-    if (!color_.IsConstant()) out_ << " " << paint_ << "=\"" << color_[row] << "\"";
-    if (!color_.IsConstant() || !opacity_.IsConstant()) WriteOpacity(paintOpacity_, opacity, out_);
+    paint_.WriteRow(row, out_);
     if (tooltips_.empty() || tooltips_[row].IsEmpty()) {
       out_ << "/>\n";
     } else {
@@ -109,12 +92,9 @@ class SymbolWriter {
   std::span<double const> x_;
   std::span<double const> y_;
   RowValues<double> size_;
-  RowValues<OrtColor> color_;
-  RowValues<double> opacity_;
   RowValues<SymbolShape, int> shape_;
+  RowPaint paint_;
   std::span<RIndirectString const> tooltips_;
-  std::string_view paint_;
-  std::string_view paintOpacity_;
   OutlineCache outlines_;
 };
 

@@ -87,7 +87,7 @@ TEST(ChartDocument, MarkPropertiesAreKept) {
   auto const line = ParseMark(R"({"point": true, "interpolate": "step-after", "type": "line",
       "strokeDash": [4, 2.5]})");
   EXPECT_EQ(line.type, "line");
-  EXPECT_TRUE(line.hasPoints);
+  EXPECT_NE(line.point, nullptr);
   EXPECT_EQ(line.strokeDash, (std::vector<double>{4, 2.5}));
   EXPECT_EQ(line.interpolation, LineInterpolation::StepAfter);
   EXPECT_EQ(ParseMark("\"circle\"").type, "circle");

@@ -60,7 +60,7 @@ SymbolMarks MakeSymbols(std::shared_ptr<StoreValue> x, std::shared_ptr<StoreValu
   marks.size.constant = 100;
   marks.color.constant = MakeColor(0xFF112233);
   marks.opacity.constant = 1;
-  marks.isFilled = true;
+  marks.paint.strokeWidth = 1.5;
   return marks;
 }
 
@@ -254,12 +254,12 @@ TEST(SvgWriter, LeavesOutWhatHasNoPlaceOrPaintsNothing) {
 TEST(SvgWriter, WritesOutlinedSymbolsOfEveryShape) {
   SymbolMarks symbols =
       MakeSymbols(MakeReals({10, 30, 50, 70, 90, 110, 130, 150}), MakeReals(std::vector<double>(8, 10)));
-  symbols.isFilled = false;
+  symbols.paint.isFilled = false;
   symbols.opacity.constant = 0.25;
   symbols.shape.column = MakeColumn<int>(StoreTypeInfo::Int32, {0, 1, 2, 3, 4, 5, 6, 7});
   symbols.tooltips = MakeColumn<RIndirectString>(StoreTypeInfo::String, std::vector<RIndirectString>(8), {});
   EXPECT_EQ(WriteNodes(std::move(symbols)),
-            R"(<g fill="none" stroke-width="1.5" pointer-events="all" stroke="#123" stroke-opacity=".25">
+            R"(<g fill="none" stroke-width="1.5" stroke="#123" stroke-opacity=".25" pointer-events="all">
 <circle cx="10" cy="10" r="5"/>
 <path d="M25 5h10v10h-10z"/>
 <path d="M45 8h3v-3h4v3h3v4h-3v3h-4v-3h-3z"/>
@@ -352,13 +352,23 @@ TEST(SvgWriter, WritesRectanglesFromSideToSide) {
   styled.color.column =
       MakeColumn<OrtColor>(StoreTypeInfo::Color, std::vector<OrtColor>(4, MakeColor(0xFF445566)));
   styled.opacity.column = MakeReals({0.5, 1, 1, 1});
-  styled.stroke = {MakeColor(0xFFFFFFFF), 2, {}};
+  styled.paint.other = MakeColor(0xFFFFFFFF);
+  styled.paint.strokeWidth = 2;
   styled.tooltips = MakeColumn<RIndirectString>(
       StoreTypeInfo::String, std::vector<RIndirectString>(4, RIndirectString::FromUtf8("a<b")));
   EXPECT_EQ(WriteNodes(std::move(styled)),
             "<g stroke=\"#fff\" stroke-width=\"2\">\n"
-            "<rect x=\"0\" y=\"80\" width=\"10\" height=\"20\" fill=\"#456\" fill-opacity=\".5\">"
-            "<title>a&lt;b</title></rect>\n</g>\n");
+            "<rect x=\"0\" y=\"80\" width=\"10\" height=\"20\" fill=\"#456\" fill-opacity=\".5\""
+            " stroke-opacity=\".5\"><title>a&lt;b</title></rect>\n</g>\n");
+  // Corners that have no room for their radii share it.
+  RectMarks rounded = make({1});
+  rounded.corners = {{8, 2, 0, 0}, {}, {}, {}};
+  rounded.paint = {
+      .isFilled = false, .other = MakeColor(0xFFFF0000), .fillOpacity = 0.5, .strokeDash = {3, 1}};
+  EXPECT_EQ(WriteNodes(std::move(rounded)),
+            "<g fill=\"#f00\" fill-opacity=\".5\" stroke-dasharray=\"3,1\" stroke=\"#123\""
+            " stroke-opacity=\".502\">\n"
+            "<path d=\"M8 80H8a2 2 0 0 1 2 2V100H0V88a8 8 0 0 1 8-8Z\"/>\n</g>\n");
 }
 
 TEST(SvgWriter, ClosesAreasBetweenTheirLines) {
