@@ -8,6 +8,9 @@
 #   (Not under sanitizers, whose runtime stands in the program.)
 # fuzzer-no-link: the libraries count for the fuzz programs what an input reaches; other programs carry the
 #   counters and do not look at them, so that one build serves both.
+# Precompiled headers: under sanitizers only, where they take a third of the time away. The plain build goes
+#   without, so that a header that is missing in a file is noticed, and so that GCC keeps knowing which headers are
+#   the system's. Without time stamps in them the compiler cache takes them.
 function(ostrel_configure target)
   target_compile_features(${target} PUBLIC cxx_std_20)
   target_compile_definitions(${target} PRIVATE $<$<CONFIG:Debug>:_GLIBCXX_ASSERTIONS>)
@@ -22,6 +25,10 @@ function(ostrel_configure target)
     target_compile_options(${target} PRIVATE -fsanitize=fuzzer-no-link)
   endif()
   if(OSTREL_SANITIZE)
+    target_precompile_headers(${target} PRIVATE
+      <algorithm> <array> <bit> <cmath> <cstdint> <cstring> <functional> <limits> <map> <memory> <optional> <span>
+      <string> <string_view> <unordered_map> <utility> <vector> <fmt/format.h>)
+    target_compile_options(${target} PRIVATE "SHELL:$<$<CXX_COMPILER_ID:Clang>:-Xclang -fno-pch-timestamp>")
     target_compile_options(${target} PRIVATE -fsanitize=${OSTREL_SANITIZE} -fno-omit-frame-pointer
       -fno-sanitize-recover=all)
     target_link_options(${target} PRIVATE -fsanitize=${OSTREL_SANITIZE})
