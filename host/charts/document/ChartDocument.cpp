@@ -14,8 +14,6 @@ namespace ostrel::charts {
 
 namespace {
 
-constexpr NumberRange kPadding{.minimum = 0, .maximum = 20'000};
-
 /// "v5.json", "v6.1.0.json": any release of the two versions.
 bool IsSupportedSchema(std::string_view url) {
   constexpr std::string_view kAddress = "://vega.github.io/schema/vega-lite/v";
@@ -42,9 +40,28 @@ void CheckSchema(JsonValue const& value) {
              " is not supported; use \"https://vega.github.io/schema/vega-lite/v6.json\" or v5");
 }
 
-void ReadPadding(JsonValue const& value, std::optional<double>& padding) {
-  if (value.IsObject()) value.Fail("a padding for each side is not supported; use one number");
-  padding = value.ReadNumber(kPadding);
+template <class T>
+void TakeGiven(std::optional<T> const& own, std::optional<T>& target) {
+  if (own) target = own;
+}
+
+// What the chart says itself comes before the defaults.
+void JoinLooks(ViewSpec const& view, ChartTitleSpec const& title, ChartDocument& document) {
+  ConfigSpec& config = document.config;
+  TakeGiven(view.stroke, config.view.stroke);
+  TakeGiven(view.strokeWidth, config.view.strokeWidth);
+  TakeGiven(view.fill, config.view.fill);
+  TakeGiven(title.anchor, config.title.anchor);
+  TakeGiven(title.offset, config.title.offset);
+  TakeGiven(title.fontSize, config.title.fontSize);
+  TakeGiven(title.isBold, config.title.isBold);
+  TakeGiven(title.color, config.title.color);
+  TakeGiven(title.subtitleFontSize, config.title.subtitleFontSize);
+  TakeGiven(title.isSubtitleBold, config.title.isSubtitleBold);
+  TakeGiven(title.subtitleColor, config.title.subtitleColor);
+  TakeGiven(title.subtitlePadding, config.title.subtitlePadding);
+  if (!document.padding) document.padding = config.padding;
+  if (!document.background) document.background = config.background;
 }
 
 void RefuseCompositions(JsonObjectReader& reader) {
@@ -156,15 +173,16 @@ void ReadSize(JsonValue const& value, std::optional<double>& size, std::optional
   size = value.ReadNumber(kPictureSize);
 }
 
-void ReadChartTitle(JsonValue const& value, ChartDocument& document) {
+void ReadChartTitle(JsonValue const& value, ChartDocument& document, ChartTitleSpec& look) {
   if (!value.IsObject()) {
     document.title = value.ReadLines();
     return;
   }
-  JsonObjectReader(value)
-      .On("text", [&document](JsonValue const& text) { document.title = text.ReadLines(); })
-      .On("subtitle", [&document](JsonValue const& text) { document.subtitle = text.ReadLines(); })
-      .Read();
+  JsonObjectReader reader(value);
+  reader.On("text", [&document](JsonValue const& text) { document.title = text.ReadLines(); })
+      .On("subtitle", [&document](JsonValue const& text) { document.subtitle = text.ReadLines(); });
+  AddTitleLook(reader, look);
+  reader.Read();
   if (!value.Has("text")) value.FailAt("text", "is missing");
 }
 
@@ -174,26 +192,27 @@ ChartDocument ParseChartDocument(std::string_view json, std::filesystem::path co
   JsonValue const root(*tree, fileName);
   ChartDocument document;
   ConfigSpec& config = document.config;
-  std::optional<std::string> frame;
+  ViewSpec ownView;
+  ChartTitleSpec title;
   document.path = path;
   JsonObjectReader reader(root);
   reader.On("$schema", CheckSchema)
       .Text("name", document.name)
-      .On("title", [&](JsonValue const& value) { ReadChartTitle(value, document); })
+      .On("title", [&](JsonValue const& value) { ReadChartTitle(value, document, title); })
       .Text("description", document.description)
       .On("width", [&](JsonValue const& value) { ReadSize(value, document.width, document.widthStep); })
       .On("height", [&](JsonValue const& value) { ReadSize(value, document.height, document.heightStep); })
-      .Text("background", document.background)
-      .On("padding", [&](JsonValue const& value) { ReadPadding(value, document.padding); })
+      .On("background", [&](JsonValue const& value) { document.background = ReadColorOrNone(value); })
+      .On("padding", [&](JsonValue const& value) { document.padding = ReadPadding(value); })
       .On("projection", [&](JsonValue const& value) { document.projection = ReadProjection(value); })
       .On("config", [&](JsonValue const& value) { config = ReadConfig(value); })
-      .On("view", [&](JsonValue const& value) { ReadView(value, frame); });
+      .On("view", [&](JsonValue const& value) { ReadView(value, ownView); });
   RefuseCompositions(reader);
   ViewReader view(tree, root);
   view.AddTo(reader);
   view.AddPanesTo(reader, document);
   reader.Read();
-  if (frame) config.frame = frame;
+  JoinLooks(ownView, title, document);
   view.Finish(document.layers);
   CheckResolve(document);
   CheckMap(root, document);

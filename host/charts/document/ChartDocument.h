@@ -10,6 +10,7 @@
 
 #include "charts/data/LoadTable.h"
 #include "charts/document/Transforms.h"
+#include "ostrelrtcore/OrtColor.h"
 
 /// A chart document as it was written, after its grammar was checked: names are resolved to enumerators,
 /// nothing is defaulted and nothing depends on the data.
@@ -59,6 +60,9 @@ enum class SymbolShape {
   TriangleLeft
 };
 enum class LineInterpolation { Linear, StepBefore, StepAfter, Step, Monotone };
+
+/// Where a title stands along what it belongs to.
+enum class TextPlace { Start, Middle, End };
 
 /// A text that may be left out, switched off by null, or given.
 struct TitleSpec {
@@ -117,9 +121,34 @@ struct GuideSpec {
   std::optional<bool> marksBandEnds;  ///< "tickBand": "extent"
   std::vector<Literal> hidden;        ///< values whose rows are not drawn; their entries stay, faded
   std::string orient;                 ///< the side of the chart; empty where it is left open
+  std::optional<double> offset;       ///< pixels between the chart and the guide
+  std::optional<double> labelFontSize;
+  std::optional<double> labelPadding;  ///< pixels between ticks and labels
+  std::optional<ort::core::OrtColor> labelColor;
+  std::optional<double> titleFontSize;
+  std::optional<double> titlePadding;  ///< pixels between labels and title
+  std::optional<double> titleLimit;    ///< of the title's lines, pixels
+  std::optional<bool> isTitleBold;
+  std::optional<ort::core::OrtColor> titleColor;
+  std::optional<double> tickMinStep;  ///< between two ticks of numbers
+  std::optional<double> tickSize;     ///< pixels
+  std::optional<double> tickWidth;
+  std::optional<ort::core::OrtColor> tickColor;
+  std::optional<double> domainWidth;
+  std::optional<ort::core::OrtColor> domainColor;
+  std::optional<double> gridWidth;
+  std::optional<double> gridOpacity;
+  std::vector<double> gridDash;
+  std::optional<ort::core::OrtColor> gridColor;
+  std::optional<bool> runsAcross;     ///< "direction" of a legend: "horizontal"
+  std::optional<double> columns;      ///< of a legend's entries
+  std::optional<SymbolShape> symbol;  ///< of a legend's entries
+  std::optional<double> symbolSize;   ///< square pixels
 
   /// Of a legend or an axis that runs along the chart's width.
   bool IsHorizontal() const { return orient == "top" || orient == "bottom"; }
+  /// Whether a legend's entries, or its colours, follow one another to the right.
+  bool RunsAcross() const { return runsAcross.value_or(IsHorizontal()); }
 };
 
 /// Of panes: what stands beside or above them.
@@ -256,13 +285,46 @@ struct LengthSpec {
   std::optional<double> discreteStep;  ///< of one value, in place of the length
 };
 
+/// A pane's ground and the line around it.
+struct ViewSpec {
+  std::optional<ort::core::OrtColor> stroke;
+  std::optional<double> strokeWidth;
+  std::optional<ort::core::OrtColor> fill;
+};
+
+/// How the title and the subtitle of a chart look.
+struct ChartTitleSpec {
+  std::optional<TextPlace> anchor;
+  std::optional<double> offset;  ///< pixels between the chart and the titles
+  std::optional<double> fontSize;
+  std::optional<bool> isBold;
+  std::optional<ort::core::OrtColor> color;
+  std::optional<double> subtitleFontSize;
+  std::optional<bool> isSubtitleBold;
+  std::optional<ort::core::OrtColor> subtitleColor;
+  std::optional<double> subtitlePadding;
+};
+
+/// Pixels around a whole picture.
+struct PaddingSpec {
+  double left = 0;
+  double top = 0;
+  double right = 0;
+  double bottom = 0;
+};
+
 /// What holds for all axes, legends and panes that do not say otherwise.
 struct ConfigSpec {
   GuideSpec axis;
+  GuideSpec axisX;  ///< before those of all axes
+  GuideSpec axisY;
   GuideSpec legend;
   LengthSpec width;
   LengthSpec height;
-  std::optional<std::string> frame;  ///< the colour of the line around a pane; empty for none
+  ViewSpec view;
+  ChartTitleSpec title;
+  std::optional<PaddingSpec> padding;
+  std::optional<ort::core::OrtColor> background;
 };
 
 struct ChartDocument {
@@ -275,8 +337,8 @@ struct ChartDocument {
   std::optional<double> height;      ///< of the plotting area, in pixels
   std::optional<double> widthStep;   ///< of one value of a discrete x, in pixels; in place of the width
   std::optional<double> heightStep;  ///< of one value of a discrete y
-  std::optional<double> padding;     ///< around the whole picture, in pixels
-  std::string background;
+  std::optional<PaddingSpec> padding;
+  std::optional<ort::core::OrtColor> background;
   ConfigSpec config;
   std::vector<LayerSpec> layers;      ///< in drawing order, at least one
   std::optional<double> paneColumns;  ///< panes in a row, beside facet

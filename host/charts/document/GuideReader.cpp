@@ -13,6 +13,7 @@ constexpr NamedValue<char const*> kSides[] = {
     {"left", "left"}, {"right", "right"}, {"top", "top"}, {"bottom", "bottom"}};
 
 constexpr NamedValue<bool> kTickBands[] = {{"extent", true}, {"center", false}};
+constexpr NamedValue<bool> kDirections[] = {{"horizontal", true}, {"vertical", false}};
 constexpr NamedValue<bool> kResolutions[] = {{"shared", false}, {"independent", true}};
 
 /// The channels that are set to independent, or else to shared.
@@ -68,9 +69,29 @@ void ReadMember(JsonObjectReader& reader, GuideMember<std::optional<bool>> const
   std::optional<bool>& target = guide.*member.member;
   if (member.member == &GuideSpec::marksBandEnds) {
     reader.OneOf(member.name, target, std::span<NamedValue<bool> const>(kTickBands));
+  } else if (member.member == &GuideSpec::runsAcross) {
+    reader.OneOf(member.name, target, std::span<NamedValue<bool> const>(kDirections));
+  } else if (member.member == &GuideSpec::isTitleBold) {
+    reader.On(member.name, [&target](JsonValue const& weight) { target = ReadFontWeight(weight); });
   } else {
     reader.Bool(member.name, target);
   }
+}
+
+void ReadMember(JsonObjectReader& reader, GuideMember<std::optional<OrtColor>> const& member,
+                GuideSpec& guide) {
+  reader.On(member.name,
+            [&target = guide.*member.member](JsonValue const& color) { target = ReadColorOrNone(color); });
+}
+
+void ReadMember(JsonObjectReader& reader, GuideMember<std::vector<double>> const& member, GuideSpec& guide) {
+  reader.On(member.name,
+            [&target = guide.*member.member](JsonValue const& dash) { target = ReadDashes(dash); });
+}
+
+void ReadMember(JsonObjectReader& reader, GuideMember<std::optional<SymbolShape>> const& member,
+                GuideSpec& guide) {
+  reader.OneOf(member.name, guide.*member.member, SymbolShapeNames());
 }
 
 void AddMembers(JsonObjectReader& reader, GuidePlace place, GuideSpec& guide) {
@@ -82,19 +103,16 @@ void AddMembers(JsonObjectReader& reader, GuidePlace place, GuideSpec& guide) {
 void RefuseOfGuides(JsonObjectReader& reader) {
   reader.Refuse("labelExpr", "is not supported; compute the labels in the data or use format")
       .Refuse("formatType", "is not supported; the field's type tells it");
-  for (auto const* size : {"labelFontSize", "titleFontSize"})
-    reader.Refuse(size, "is not supported; texts of axes and legends have sizes of their own");
+  for (auto const* font : {"labelFont", "titleFont"})
+    reader.Refuse(font, "is not supported; all texts of a chart have one font");
 }
 
 void RefuseOfAxes(JsonObjectReader& reader) {
-  reader.Refuse("tickMinStep", "is not supported; use tickCount or values")
-      .Refuse("labelOverlap", "is not supported; labels without room are left out");
+  reader.Refuse("labelOverlap", "is not supported; labels without room are left out");
 }
 
 void RefuseOfLegends(JsonObjectReader& reader) {
-  reader.Refuse("direction", "is not supported; entries run along the side that orient names")
-      .Refuse("columns", "is not supported; entries wrap at the chart's width")
-      .Refuse("type", "is not supported; the field's type tells it");
+  reader.Refuse("type", "is not supported; the field's type tells it");
 }
 
 using Refusals = void (*)(JsonObjectReader&);

@@ -43,16 +43,6 @@ constexpr NamedValue<char const*> kFits[] = {{"dots", "dots"},
                                              {"pounds", "pounds"}};
 constexpr NamedValue<bool> kDirections[] = {{"ltr", false}, {"rtl", true}};
 
-void ReadWeight(JsonValue const& value, MarkSpec& mark) {
-  constexpr double kLeastBold = 600;
-  if (value.Get().is_number()) {
-    mark.isBold = value.ReadNumber(kPositive) >= kLeastBold;
-    return;
-  }
-  constexpr NamedValue<bool> kWeights[] = {{"normal", false}, {"bold", true}};
-  mark.isBold = value.ReadOneOf(std::span<NamedValue<bool> const>(kWeights));
-}
-
 void ReadBreadth(JsonValue const& value, BreadthSpec& breadth) {
   if (!value.IsObject()) {
     breadth.pixels = value.ReadNumber(kNotNegative);
@@ -60,10 +50,6 @@ void ReadBreadth(JsonValue const& value, BreadthSpec& breadth) {
   }
   JsonObjectReader(value).Number("band", breadth.band, kFraction).Read();
   if (!breadth.band) value.FailAt("band", "is missing; give a share of the band, from 0 to 1");
-}
-
-void ReadDash(JsonValue const& value, std::vector<double>& dash) {
-  for (auto const& length : value.ReadArray()) dash.push_back(length.ReadNumber(kNotNegative));
 }
 
 void ReadOrientations(JsonValue const& value, std::vector<double>& angles) {
@@ -132,7 +118,7 @@ void AddProperties(JsonObjectReader& reader, MarkSpec& mark) {
       .Number("fillOpacity", mark.fillOpacity, kFraction)
       .Number("strokeOpacity", mark.strokeOpacity, kFraction)
       .Number("strokeWidth", mark.strokeWidth, kNotNegative)
-      .On("strokeDash", [&mark](JsonValue const& dash) { ReadDash(dash, mark.strokeDash); })
+      .On("strokeDash", [&mark](JsonValue const& dash) { mark.strokeDash = ReadDashes(dash); })
       .Bool("filled", mark.filled)
       .OneOf("shape", mark.shape, SymbolShapeNames())
       .OneOf("interpolate", mark.interpolation,
@@ -156,7 +142,7 @@ void AddProperties(JsonObjectReader& reader, MarkSpec& mark) {
       .OneOf("align", mark.align, std::span<NamedValue<char const*> const>(kAlignments))
       .OneOf("baseline", mark.baseline, std::span<NamedValue<char const*> const>(kBaselines))
       .Number("fontSize", mark.fontSize, kPositive)
-      .On("fontWeight", [&mark](JsonValue const& weight) { ReadWeight(weight, mark); })
+      .On("fontWeight", [&mark](JsonValue const& weight) { mark.isBold = ReadFontWeight(weight); })
       .Number("limit", mark.limit, kNotNegative)
       .OneOf("fit", mark.fit, std::span<NamedValue<char const*> const>(kFits))
       .OneOf("dir", mark.isRightToLeft, std::span<NamedValue<bool> const>(kDirections))

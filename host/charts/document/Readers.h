@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "charts/document/ChartDocument.h"
+#include "charts/document/JsonObjectReader.h"
 #include "charts/document/JsonValue.h"
 
 /// One reader for each object of the grammar. All throw DocumentError with the place.
@@ -30,13 +31,23 @@ GuideSpec ReadLegend(JsonValue const& value);
 GuideSpec ReadAxisConfig(JsonValue const& value);
 GuideSpec ReadLegendConfig(JsonValue const& value);
 ConfigSpec ReadConfig(JsonValue const& value);
-/// The line around the panes of one chart.
-void ReadView(JsonValue const& value, std::optional<std::string>& frame);
+/// The ground of the panes of one chart and the line around them.
+void ReadView(JsonValue const& value, ViewSpec& view);
+/// A colour; transparent for null.
+ort::core::OrtColor ReadColorOrNone(JsonValue const& value);
+/// Lengths of dashes and gaps.
+std::vector<double> ReadDashes(JsonValue const& value);
+/// Whether a weight, a number or a word, is bold.
+bool ReadFontWeight(JsonValue const& value);
+/// One number for all sides, or an object.
+PaddingSpec ReadPadding(JsonValue const& value);
+/// Adds what a title's object and the defaults of titles may say of its look.
+void AddTitleLook(JsonObjectReader& reader, ChartTitleSpec& title);
 inline constexpr NumberRange kPictureSize{.minimum = 0, .maximum = 20'000, .isAboveMinimum = true};
 /// A width or height in pixels.
 void ReadSize(JsonValue const& value, std::optional<double>& size, std::optional<double>& step);
 /// The chart's title and subtitle.
-void ReadChartTitle(JsonValue const& value, ChartDocument& document);
+void ReadChartTitle(JsonValue const& value, ChartDocument& document, ChartTitleSpec& look);
 
 /// The column's name that an accessor means: "a\\.b" is column "a.b"; "outer.inner" and "outer['inner']" are
 /// "outer.inner", and "outer[0]" stays, as nested data are named when they are loaded.

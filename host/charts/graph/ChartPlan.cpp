@@ -78,9 +78,7 @@ ChartPlan PlanChart(Compilation& compilation, std::vector<std::shared_ptr<DataTa
   ChartPlan plan;
   auto const rows = DeriveLayers(compilation, MakeRows(tables), plan.leftOut);
   plan.grid = PlanPanes(compilation, rows);
-  if (auto const& frame = document.config.frame)
-    plan.frame =
-        frame->empty() ? ort::core::OrtColor(0) : ReadColor(document, "$.config.view.stroke", *frame);
+  plan.view = document.config.view;
   if (document.IsMap()) {
     auto const find = [](auto const& option, auto const& length, LengthSpec const& defaults) {
       return LengthRequest{option ? option : length, std::nullopt, defaults}.GetContinuous();

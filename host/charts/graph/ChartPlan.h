@@ -43,7 +43,7 @@ struct ChartPlan {
 
   double width = 0;  ///< of a pane, pixels
   double height = 0;
-  std::optional<ort::core::OrtColor> frame;  ///< of the line around a pane, where the document says
+  ViewSpec view;
   std::vector<std::unique_ptr<PositionScale>> positions;
   std::vector<StylePlan> styles;
   PaneGrid grid;

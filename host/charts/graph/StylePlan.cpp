@@ -55,9 +55,10 @@ class StylePlanner {
     if (source.encoding.channel == Channel::Size) LimitSizes(source.encoding);
     if (source.encoding.channel == Channel::Color) ChooseScheme(uses, source.encoding);
     StyleScale scale = PlanStyleScale(compilation_, source);
-    if (source.encoding.legend.IsHorizontal() && !scale.IsRamp()) {
+    GuideSpec const& legend = source.encoding.legend;
+    if (legend.RunsAcross() && !legend.columns && !scale.IsRamp()) {
       MarkDefinition const& mark = GetDefinition(compilation_.document.layers[uses.front().layer].mark);
-      bool const isOfLines = mark.sample == LegendSample::Line;
+      bool const isOfLines = mark.sample == LegendSample::Line && !legend.symbol;
       scale.entryRooms = PlanLegendRooms(compilation_.graph, scale, isOfLines, width);
     }
     return scale;

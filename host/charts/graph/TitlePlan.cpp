@@ -12,6 +12,11 @@ using ort::core::RIndirectString;
 
 constexpr int kMostHeaderLines = 2;
 
+TextAnchor ToAnchor(TextPlace place) {
+  if (place == TextPlace::Middle) return TextAnchor::Middle;
+  return place == TextPlace::Start ? TextAnchor::Start : TextAnchor::End;
+}
+
 Value MakeTexts(std::vector<std::string> const& texts) {
   auto column = std::make_unique<std::vector<RIndirectString>>();
   for (std::string const& text : texts) column->emplace_back(OStringCore::fromUtf8(text));
@@ -49,10 +54,14 @@ void PlanTitles(Compilation& compilation, ChartPlan& plan) {
   double const width = plan.GetWidth();
   double const height = plan.GetHeight();
   double const length = std::max(width, GuideStyle::kLeastChartTitleLength);
-  TextStyle style{.fontSize = GuideStyle::kChartTitleFontSize, .isBold = true, .across = TextAnchor::End};
+  ChartTitleSpec const& look = compilation.document.config.title;
+  TextStyle style{.fontSize = look.fontSize.value_or(GuideStyle::kChartTitleFontSize),
+                  .isBold = look.isBold.value_or(true),
+                  .along = ToAnchor(look.anchor.value_or(TextPlace::Start)),
+                  .across = TextAnchor::End};
   plan.title = ComposeTitle(graph, "title", compilation.document.title, style, length);
-  style.fontSize = GuideStyle::kTitleFontSize;
-  style.isBold = false;
+  style.fontSize = look.subtitleFontSize.value_or(GuideStyle::kTitleFontSize);
+  style.isBold = look.isSubtitleBold.value_or(false);
   plan.subtitle = ComposeTitle(graph, "subtitle", compilation.document.subtitle, style, length);
   if (plan.grid.rows) PlanHeader(graph, "row", *plan.grid.rows, false, plan.height, height);
   if (plan.grid.columns) PlanHeader(graph, "column", *plan.grid.columns, true, plan.width, width);

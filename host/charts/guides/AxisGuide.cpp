@@ -1,6 +1,7 @@
 #include "charts/guides/AxisGuide.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "charts/texts/ComposedTexts.h"
 
@@ -70,17 +71,48 @@ std::vector<double> FindBandEnds(std::vector<double> const& middles, double step
   return ends;
 }
 
+double GetTickSize(GuideSpec const& spec) { return spec.tickSize.value_or(GuideStyle::kTickSize); }
+
+void AddLines(std::vector<RuleMarks::Rule> rules, Stroke stroke, Group& group) {
+  if (!rules.empty()) group.nodes.emplace_back(RuleMarks{std::move(rules), std::move(stroke)});
+}
+
+struct AxisLines {
+  std::vector<RuleMarks::Rule> grid;
+  std::vector<RuleMarks::Rule> domain;
+  std::vector<RuleMarks::Rule> ticks;
+};
+
+Stroke GridStroke(GuideSpec const& spec) {
+  return {Fade(spec.gridColor.value_or(GuideStyle::GridColor()), spec.gridOpacity.value_or(1)),
+          spec.gridWidth.value_or(1), spec.gridDash};
+}
+
+// The line along the axis, and the ticks with it where they look the same.
+void AddAxisLines(GuideSpec const& spec, AxisLines lines, Group& axis) {
+  Stroke const domain{spec.domainColor.value_or(GuideStyle::AxisColor()), spec.domainWidth.value_or(1), {}};
+  Stroke const ticks{spec.tickColor.value_or(GuideStyle::AxisColor()), spec.tickWidth.value_or(1), {}};
+  if (domain.color == ticks.color && domain.width == ticks.width) {
+    std::ranges::move(lines.ticks, std::back_inserter(lines.domain));
+    lines.ticks.clear();
+  }
+  AddLines(std::move(lines.domain), domain, axis);
+  AddLines(std::move(lines.ticks), ticks, axis);
+}
+
 void AddLabels(PositionScale const& scale, Results const& results, Side const& side,
                std::vector<Tick> const& ticks, Group& axis, Extent& extent) {
   using namespace GuideStyle;
   TextMark look;
-  look.color = FaintTextColor();
+  GuideSpec const& spec = scale.encoding.axis;
+  look.color = spec.labelColor.value_or(FaintTextColor());
   look.angle = scale.labels.slant;
+  double const distance = GetTickSize(spec) + spec.labelPadding.value_or(kLabelPadding);
   for (NodeId const node : scale.labels.composed) {
     ComposedTexts const labels(results[node]);
     for (Tick const& tick : ticks) {
       if (!tick.isShown || !labels.HasText(tick.row)) continue;
-      look.at = side.At(tick.position, kTickSize + kLabelPadding);
+      look.at = side.At(tick.position, distance);
       labels.Add(axis, tick.row, scale.labels.style, look, extent);
     }
   }
@@ -97,10 +129,9 @@ AxisGuide BuildAxis(PositionScale const& scale, Results const& results, double w
   GuideSpec const& spec = scale.encoding.axis;
   if (spec.isHidden) return guide;
 
-  Side const side(scale, width, height, parts.offset);
-  RuleMarks gridLines{{}, {GridColor(), 1, {}}};
-  RuleMarks lines{{}, {AxisColor(), 1, {}}};
-  if (spec.domain.value_or(true)) lines.rules.push_back({side.At(0, 0), side.At(side.GetLength(), 0)});
+  Side const side(scale, width, height, parts.offset + spec.offset.value_or(0));
+  AxisLines lines;
+  if (spec.domain.value_or(true)) lines.domain.push_back({side.At(0, 0), side.At(side.GetLength(), 0)});
   Extent own(Rect{side.At(0, 0).x, side.At(0, 0).y, 0, 0});
   auto const ticks = ReadTicks(scale, results);
   // Ticks that would run together mark the shown labels alone.
@@ -113,16 +144,16 @@ AxisGuide BuildAxis(PositionScale const& scale, Results const& results, double w
   if (spec.marksBandEnds.value_or(false) && scale.step >= 0)
     marked = FindBandEnds(marked, results[scale.step]->GetReal64());
   for (double const position : marked) {
-    gridLines.rules.push_back({side.Edge(position), side.Opposite(position)});
+    lines.grid.push_back({side.Edge(position), side.Opposite(position)});
     if (!spec.ticks.value_or(true)) continue;
-    Point const tip = side.At(position, kTickSize);
-    lines.rules.push_back({side.At(position, 0), tip});
+    Point const tip = side.At(position, GetTickSize(spec));
+    lines.ticks.push_back({side.At(position, 0), tip});
     own.Add({tip.x, tip.y, 0, 0});
   }
   if (spec.grid.value_or(scale.scaleType != ScaleType::Ordinal && !scale.encoding.bin))
-    guide.grid.nodes.emplace_back(std::move(gridLines));
+    AddLines(std::move(lines.grid), GridStroke(spec), guide.grid);
   if (!parts.hasLabels) return guide;
-  if (!lines.rules.empty()) guide.axis.nodes.emplace_back(std::move(lines));
+  AddAxisLines(spec, std::move(lines), guide.axis);
   if (spec.labels.value_or(true)) AddLabels(scale, results, side, ticks, guide.axis, own);
   extent.Add(own.GetRect());
   if (parts.hasTitle) AddAxisTitle(scale, results, width, height, own.GetRect(), guide.axis, extent);
@@ -132,12 +163,14 @@ AxisGuide BuildAxis(PositionScale const& scale, Results const& results, double w
 void AddAxisTitle(PositionScale const& scale, Results const& results, double width, double height,
                   Rect const& inner, Group& axis, Extent& extent) {
   using namespace GuideStyle;
+  GuideSpec const& spec = scale.encoding.axis;
+  double const padding = spec.titlePadding.value_or(kTitlePadding);
   double const middle = Side(scale, width, height).GetLength() / 2;
   bool const isFar = IsFarAxis(scale);
   Point const at = scale.space.isHorizontal
-                       ? Point{middle, isFar ? inner.Bottom() + kTitlePadding : inner.y - kTitlePadding}
-                       : Point{isFar ? inner.Right() + kTitlePadding : inner.x - kTitlePadding, middle};
-  AddTitle(axis, results, scale.title, at, TextColor(), extent);
+                       ? Point{middle, isFar ? inner.Bottom() + padding : inner.y - padding}
+                       : Point{isFar ? inner.Right() + padding : inner.x - padding, middle};
+  AddTitle(axis, results, scale.title, at, spec.titleColor.value_or(TextColor()), extent);
 }
 
 }  // namespace ostrel::charts

@@ -1,7 +1,5 @@
 #include "charts/guides/EntryLegend.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <cmath>
 
@@ -9,6 +7,7 @@
 #include "charts/scales/LegendRooms.h"
 #include "charts/texts/ComposedTexts.h"
 #include "ostrelrtcore/Factory.h"
+#include "ostrelsys/Utf.h"
 #include "ostreltransforms/VisualKey.h"
 
 namespace ostrel::charts {
@@ -32,19 +31,6 @@ struct Entry {
   bool isHidden = false;
 };
 
-// Whether an entry's value lies in its scale's domain and gives something to see.
-bool IsEntryShown(LegendContent const& legend, Results const& results, int row) {
-  for (StyleScale const* scale : legend.scales) {
-    if (results[scale->entries]->AsColumn().IsSpecial(row)) return false;
-    if (scale->channel == Channel::Size &&
-        !(results[scale->entries]->AsTypedArray<double>().GetElement(row) > 0))
-      return false;
-    if (scale->entryPlaces < 0) continue;
-    if (!IsInDomain(results[scale->entryPlaces]->AsTypedArray<double>(), row)) return false;
-  }
-  return true;
-}
-
 void SetStyle(StyleScale const& scale, Results const& results, int row, Entry& entry) {
   auto const& styles = results[scale.entries];
   switch (scale.channel) {
@@ -65,87 +51,98 @@ void SetStyle(StyleScale const& scale, Results const& results, int row, Entry& e
   }
 }
 
-struct Entries {
-  std::vector<Entry> shown;
-  int moreCount = 0;
-};
-
-Entries ReadEntries(LegendContent const& legend, Results const& results) {
+// At most as many as a legend shows.
+std::vector<Entry> ReadEntries(LegendContent const& legend, Results const& results) {
   MarkLook const& look = legend.layer->look;
+  GuideSpec const& spec = legend.scales.front()->encoding.legend;
   int const count = results[legend.scales.front()->entryLabels]->AsColumn().GetCount();
-  Entries entries;
-  for (int row = 0; row < count; ++row) {
-    if (!IsEntryShown(legend, results, row)) continue;
-    if (entries.shown.size() == GuideStyle::kMostLegendEntries) {
-      ++entries.moreCount;
-      continue;
-    }
-    Entry entry{row, look.color, GuideStyle::kLegendSampleSize, look.opacity, look.shape};
+  std::vector<Entry> entries;
+  for (int row = 0; row < count && entries.size() < std::size_t{GuideStyle::kMostLegendEntries}; ++row) {
+    auto const shows = [&](StyleScale const* scale) { return IsEntryShown(*scale, results, row); };
+    if (!std::ranges::all_of(legend.scales, shows)) continue;
+    Entry entry{row, look.color, spec.symbolSize.value_or(GuideStyle::kLegendSampleSize), look.opacity,
+                spec.symbol.value_or(look.shape)};
     for (StyleScale const* scale : legend.scales) {
       SetStyle(*scale, results, row, entry);
       if (scale->hiddenEntries < 0) continue;
       entry.isHidden = entry.isHidden || results[scale->hiddenEntries]->AsTypedArray<bool>().GetElement(row);
     }
     if (entry.isHidden) entry.opacity *= kFaded;
-    entries.shown.push_back(entry);
+    entries.push_back(entry);
   }
   return entries;
 }
 
-// A count with its thousands set off, as in labels.
-std::string DescribeMore(int count) {
-  std::string digits = std::to_string(count);
-  for (int at = static_cast<int>(digits.size()) - 3; at > 0; at -= 3) {
-    digits.insert(static_cast<std::size_t>(at), ",");
-  }
-  return fmt::format("\u2026 {} more", digits);
+// How many entries are left out, empty for none.
+std::string ReadMore(StyleScale const& scale, Results const& results) {
+  if (scale.moreEntries < 0) return {};
+  auto const& texts = results[scale.moreEntries]->AsTypedArray<ort::core::RIndirectString>();
+  return Utf::Utf16ToUtf8(texts.GetElement(0).Get().view());
 }
 
 // Draws a list below `top` and gives its bottom.
 class EntryBuilder {
  public:
-  EntryBuilder(Group& group, TextSetter const& setter, LayerPlan const& layer, TextStyle const& labelStyle,
+  EntryBuilder(Group& group, TextSetter const& setter, LayerPlan const& layer, StyleScale const& first,
                Extent& extent)
       : group_(group),
         setter_(setter),
         look_(layer.look),
-        labelStyle_(labelStyle),
-        isOfLines_(GetDefinition(layer.spec->mark).sample == LegendSample::Line),
+        labelStyle_(first.GetLabelStyle()),
+        labelColor_(first.encoding.legend.labelColor.value_or(GuideStyle::FaintTextColor())),
+        isOfLines_(GetDefinition(layer.spec->mark).sample == LegendSample::Line &&
+                   !first.encoding.legend.symbol),
         extent_(extent) {}
 
-  // One below the other, all labels behind the widest symbol.
-  double AddColumn(Entries const& entries, ComposedTexts const& labels, double top) {
-    double widest = GetSymbolWidth(0, isOfLines_);
-    for (Entry const& entry : entries.shown)
-      widest = std::max(widest, GetSymbolWidth(entry.size, isOfLines_));
-    for (Entry const& entry : entries.shown) {
-      double const height = GetHeight(entry);
-      AddEntry(entry, labels, {0, top + height / 2}, widest);
+  // In rows of so many, each column's labels behind its widest symbol.
+  double AddGrid(std::vector<Entry> const& entries, ComposedTexts const& labels, std::size_t columns,
+                 std::string const& more, double top) {
+    std::vector<GridColumn> grid(columns, {GetSymbolWidth(0, isOfLines_), 0});
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+      GridColumn& column = grid[i % columns];
+      column.symbol = std::max(column.symbol, GetSymbolWidth(entries[i].size, isOfLines_));
+      column.label = std::max(column.label, labels.GetWidth(entries[i].row));
+    }
+    for (std::size_t begin = 0; begin < entries.size(); begin += columns) {
+      std::size_t const end = std::min(begin + columns, entries.size());
+      double height = 0;
+      for (std::size_t i = begin; i < end; ++i) height = std::max(height, GetHeight(entries[i]));
+      double left = 0;
+      for (std::size_t i = begin; i < end; ++i) {
+        GridColumn const& column = grid[i - begin];
+        AddEntry(entries[i], labels, {left, top + height / 2}, column.symbol);
+        left += column.symbol + GuideStyle::kLegendLabelPadding + column.label + GuideStyle::kLegendEntryGap;
+      }
       top += height + GuideStyle::kLegendRowGap;
     }
-    return AddMore(entries.moreCount, {widest + GuideStyle::kLegendLabelPadding, top}) -
+    return AddMore(more, {grid.front().symbol + GuideStyle::kLegendLabelPadding, top}) -
            GuideStyle::kLegendRowGap;
   }
 
   // In lines, each in its room. Lines are stacked upwards there.
-  double AddLines(Entries const& entries, ComposedTexts const& labels, ort::core::StoreValue const& rooms,
-                  double top) {
+  double AddLines(std::vector<Entry> const& entries, ComposedTexts const& labels,
+                  ort::core::StoreValue const& rooms, std::string const& more, double top) {
     auto const& columns = rooms.AsNamedValues();
     auto const& x = columns.Get(VisualKey::TextRunXRemote)->AsTypedArray<double>();
     auto const& y = columns.Get(VisualKey::TextRunYRemote)->AsTypedArray<double>();
     double height = 0;
-    for (Entry const& entry : entries.shown) height = std::max(height, GetHeight(entry));
+    for (Entry const& entry : entries) height = std::max(height, GetHeight(entry));
     double bottom = top;
-    for (Entry const& entry : entries.shown) {
+    for (Entry const& entry : entries) {
       double const lineTop = top - y.GetElement(entry.row);
       AddEntry(entry, labels, {x.GetElement(entry.row), lineTop + height / 2},
                GetSymbolWidth(entry.size, isOfLines_));
       bottom = std::max(bottom, lineTop + height);
     }
-    return AddMore(entries.moreCount, {0, bottom + GuideStyle::kLegendRowGap}) - GuideStyle::kLegendRowGap;
+    return AddMore(more, {0, bottom + GuideStyle::kLegendRowGap}) - GuideStyle::kLegendRowGap;
   }
 
  private:
+  struct GridColumn {
+    double symbol;
+    double label;
+  };
+
   double GetHeight(Entry const& entry) const {
     return isOfLines_ ? GuideStyle::kLegendRowHeight
                       : std::max(std::sqrt(entry.size), GuideStyle::kLegendRowHeight);
@@ -158,16 +155,16 @@ class EntryBuilder {
   }
 
   // How many entries are left out, if any; gives where the next line would be.
-  double AddMore(int count, Point at) {
-    if (count == 0) return at.y;
-    AddRemark(DescribeMore(count), {at.x, at.y + GuideStyle::kLegendRowHeight / 2});
+  double AddMore(std::string const& more, Point at) {
+    if (more.empty()) return at.y;
+    AddRemark(more, {at.x, at.y + GuideStyle::kLegendRowHeight / 2});
     return at.y + GuideStyle::kLegendRowHeight + GuideStyle::kLegendRowGap;
   }
 
   void AddLabel(ComposedTexts const& labels, int row, Point at, bool isHidden = false) {
     TextMark look;
     look.at = at;
-    look.color = isHidden ? GuideStyle::AxisColor() : GuideStyle::FaintTextColor();
+    look.color = isHidden ? GuideStyle::AxisColor() : labelColor_;
     labels.Add(group_, row, labelStyle_, look, extent_);
   }
 
@@ -177,7 +174,7 @@ class EntryBuilder {
     remark.at = at;
     remark.baseline = TextBaseline::Middle;
     remark.font = labelStyle_.MakeFont();
-    remark.color = GuideStyle::FaintTextColor();
+    remark.color = labelColor_;
     setter_.Add(group_, remark, extent_);
   }
 
@@ -205,6 +202,7 @@ class EntryBuilder {
   TextSetter const& setter_;
   MarkLook const& look_;
   TextStyle labelStyle_;
+  OrtColor labelColor_;
   bool isOfLines_;
   Extent& extent_;
 };
@@ -214,11 +212,14 @@ class EntryBuilder {
 double AddEntryLegend(LegendContent const& legend, Results const& results, TextSetter const& setter,
                       double top, Group& group, Extent& extent) {
   StyleScale const& first = *legend.scales.front();
-  Entries const entries = ReadEntries(legend, results);
+  std::vector<Entry> const entries = ReadEntries(legend, results);
   ComposedTexts const labels(results[first.entryTexts]);
-  EntryBuilder builder(group, setter, *legend.layer, first.GetLabelStyle(), extent);
-  return first.entryRooms < 0 ? builder.AddColumn(entries, labels, top)
-                              : builder.AddLines(entries, labels, *results[first.entryRooms], top);
+  std::string const more = ReadMore(first, results);
+  EntryBuilder builder(group, setter, *legend.layer, first, extent);
+  if (first.entryRooms >= 0) return builder.AddLines(entries, labels, *results[first.entryRooms], more, top);
+  std::size_t const all = std::max<std::size_t>(entries.size(), 1);
+  auto const columns = static_cast<std::size_t>(first.encoding.legend.columns.value_or(1));
+  return builder.AddGrid(entries, labels, columns == 0 ? all : std::min(columns, all), more, top);
 }
 
 }  // namespace ostrel::charts

@@ -57,8 +57,11 @@ double BuildLegend(LegendContent const& legend, Results const& results, TextSett
                    Group& group, Extent& extent) {
   StyleScale const& first = *legend.scales.front();
   if (first.title.composed >= 0) {
-    top = AddTitle(group, results, first.title, {0, top}, GuideStyle::TextColor(), extent).Bottom() +
-          GuideStyle::kLegendTitlePadding;
+    GuideSpec const& spec = first.encoding.legend;
+    top = AddTitle(group, results, first.title, {0, top}, spec.titleColor.value_or(GuideStyle::TextColor()),
+                   extent)
+              .Bottom() +
+          spec.titlePadding.value_or(GuideStyle::kLegendTitlePadding);
   }
   return first.IsRamp() ? AddRampLegend(first, results, top, group, extent)
                         : AddEntryLegend(legend, results, setter, top, group, extent);
@@ -133,11 +136,12 @@ void AddLegends(ChartPlan const& plan, std::optional<std::size_t> pane, Rect con
     bool const isAcross = there.front().scales.front()->encoding.legend.IsHorizontal();
     SideLegends side = isAcross ? AlignLegends(there, results, setter, pane ? plan.width : plan.GetWidth())
                                 : StackLegends(there, results, setter);
+    double const offset = there.front().scales.front()->encoding.legend.offset.value_or(kLegendOffset);
     Point place;
-    if (name == "right") place.x = beside.Right() + kLegendOffset;
-    if (name == "left") place.x = beside.x - kLegendOffset - side.room.Right();
-    if (name == "top") place.y = beside.y - kLegendOffset - side.room.Bottom();
-    if (name == "bottom") place.y = beside.Bottom() + kLegendOffset;
+    if (name == "right") place.x = beside.Right() + offset;
+    if (name == "left") place.x = beside.x - offset - side.room.Right();
+    if (name == "top") place.y = beside.y - offset - side.room.Bottom();
+    if (name == "bottom") place.y = beside.Bottom() + offset;
     side.MoveBy(place);
     extent.Add(side.room);
     for (Group& group : side.groups) parent.nodes.emplace_back(std::make_unique<Group>(std::move(group)));

@@ -42,7 +42,7 @@ void AddSteps(StyleScale const& scale, Results const& results, RampFrame const& 
 }
 
 void AddGradient(StyleScale const& scale, Results const& results, RampFrame const& frame, Group& group) {
-  GradientMark gradient{frame.Between(0, 1), {}, scale.encoding.legend.IsHorizontal()};
+  GradientMark gradient{frame.Between(0, 1), {}, scale.encoding.legend.RunsAcross()};
   for (int const color : results[scale.palette]->AsTypedArray<int>().GetValues())
     gradient.colors.emplace_back(color);
   group.nodes.emplace_back(std::move(gradient));
@@ -50,7 +50,7 @@ void AddGradient(StyleScale const& scale, Results const& results, RampFrame cons
 
 void AddLabels(StyleScale const& scale, Results const& results, RampFrame const& frame, Group& group,
                Extent& extent) {
-  bool const isHorizontal = scale.encoding.legend.IsHorizontal();
+  bool const isHorizontal = scale.encoding.legend.RunsAcross();
   TextStyle const style = scale.GetLabelStyle();
   auto const& places = results[scale.entryPlaces]->AsTypedArray<double>();
   ComposedTexts const labels(results[scale.entryTexts]);
@@ -58,11 +58,11 @@ void AddLabels(StyleScale const& scale, Results const& results, RampFrame const&
   std::vector<double> positions;
   std::vector<double> sizes;
   for (int row = 0; row < places.GetCount(); ++row) {
-    if (!IsInDomain(places, row)) continue;
+    if (!IsEntryShown(scale, results, row)) continue;
     rows.push_back(row);
     Point const at = frame.At(places.GetElement(row), 0);
     positions.push_back(isHorizontal ? at.x : at.y);
-    sizes.push_back(isHorizontal ? labels.GetWidth(row) : kLabelFontSize);
+    sizes.push_back(isHorizontal ? labels.GetWidth(row) : style.fontSize);
   }
   auto const shown = VisibleLabels(positions, sizes, kLegendRowGap, LabelStrategy::Greedy);
   for (std::size_t i = 0; i < rows.size(); ++i) {
@@ -73,7 +73,7 @@ void AddLabels(StyleScale const& scale, Results const& results, RampFrame const&
         RuleMarks{{{frame.At(place, kGradientThickness), frame.At(place, tickEnd)}}, {AxisColor(), 1, {}}});
     TextMark look;
     look.at = frame.At(place, tickEnd + kTickToLabel);
-    look.color = FaintTextColor();
+    look.color = scale.encoding.legend.labelColor.value_or(FaintTextColor());
     labels.Add(group, rows[i], style, look, extent);
   }
 }
@@ -82,9 +82,9 @@ void AddLabels(StyleScale const& scale, Results const& results, RampFrame const&
 
 double AddRampLegend(StyleScale const& scale, Results const& results, double top, Group& group,
                      Extent& extent) {
-  bool const isHorizontal = scale.encoding.legend.IsHorizontal();
+  bool const isHorizontal = scale.encoding.legend.RunsAcross();
   // The labels of the lowest and highest step's ends reach beyond the strip.
-  double const margin = scale.steps >= 0 && !isHorizontal ? kLabelFontSize / 2 : 0;
+  double const margin = scale.steps >= 0 && !isHorizontal ? scale.GetLabelStyle().fontSize / 2 : 0;
   RampFrame const frame(isHorizontal, top + margin);
   if (scale.steps >= 0) {
     AddSteps(scale, results, frame, group);

@@ -17,8 +17,10 @@ constexpr double kLineSample = 16;
 NodeId MeasureSymbols(GraphBuilder& graph, StyleScale const& scale, std::string const& name, bool isOfLines,
                       NodeId count) {
   if (scale.channel != Channel::Size || isOfLines) {
-    return graph.Call(name + " symbol widths", "repeat",
-                      {graph.Real(GetSymbolWidth(kLegendSampleSize, isOfLines)), count});
+    return graph.Call(
+        name + " symbol widths", "repeat",
+        {graph.Real(GetSymbolWidth(scale.encoding.legend.symbolSize.value_or(kLegendSampleSize), isOfLines)),
+         count});
   }
   NodeId const sides = graph.Map(name + " symbol sides", "sqrt", scale.entries);
   return graph.Map(name + " symbol widths", "clampMin", sides, {graph.Real(kLeastSymbol)});
@@ -36,18 +38,6 @@ NodeId MeasureHeights(GraphBuilder& graph, std::string const& name, NodeId symbo
   return graph.Call(name + " heights", "repeat", {height, count});
 }
 
-// Of continuous legends, those whose value lies in the domain and gives something to see.
-NodeId FindShown(GraphBuilder& graph, StyleScale const& scale, std::string const& name) {
-  NodeId const above = graph.Zip(name + " is above domain's begin", "greaterOrEqual", scale.entryPlaces,
-                                 graph.Real(-kPlaceTolerance));
-  NodeId const below = graph.Zip(name + " is below domain's end", "lessOrEqual", scale.entryPlaces,
-                                 graph.Real(1 + kPlaceTolerance));
-  NodeId const isInside = graph.Zip(name + " is in domain", "and", above, below);
-  if (scale.channel != Channel::Size) return isInside;
-  NodeId const isVisible = graph.Zip(name + " has size", "greater", scale.entries, graph.Real(0));
-  return graph.Zip(name + " is shown", "and", isInside, isVisible);
-}
-
 }  // namespace
 
 double GetSymbolWidth(double size, bool isOfLines) {
@@ -62,9 +52,8 @@ NodeId PlanLegendRooms(GraphBuilder& graph, StyleScale const& scale, bool isOfLi
   NodeId const parts = graph.Zip(name + " symbols and labels", "add", symbols, labels);
   NodeId widths =
       graph.Zip(name + " entry widths", "add", parts, graph.Real(kLegendLabelPadding + kLegendEntryGap));
-  if (scale.entryPlaces >= 0) {
-    widths = graph.Call(name + " entry widths shown", "choose",
-                        {FindShown(graph, scale, name), widths, graph.Real(0)});
+  if (scale.shownEntries >= 0) {
+    widths = graph.Call(name + " entry widths shown", "choose", {scale.shownEntries, widths, graph.Real(0)});
   }
   NodeId const one = graph.Int(1);
   // The gap behind a line's last entry may stand out.

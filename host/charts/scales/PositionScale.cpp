@@ -29,9 +29,19 @@ double MostUnits(GraphBuilder& graph, PositionScale const& scale) {
   return std::max(std::floor(span / days), 1.0);
 }
 
+// Ticks of numbers are no closer to one another than the document says.
+double MostSteps(GraphBuilder& graph, PositionScale const& scale) {
+  auto const step = scale.encoding.axis.tickMinStep;
+  bool const isEven = scale.scaleType == ScaleType::Linear;
+  if (!step || !isEven) return std::numeric_limits<double>::infinity();
+  double const span =
+      graph.Peek(scale.field.maximum)->GetReal64() - graph.Peek(scale.field.minimum)->GetReal64();
+  return std::max(std::floor(span / *step), 1.0);
+}
+
 double FindTickCount(GraphBuilder& graph, PositionScale const& scale) {
   double const count = scale.encoding.axis.tickCount.value_or(std::ceil(scale.space.length / kPixelsPerTick));
-  return std::min(count, MostUnits(graph, scale));
+  return std::min({count, MostUnits(graph, scale), MostSteps(graph, scale)});
 }
 
 struct Range {
@@ -55,7 +65,7 @@ void PlanLabels(GraphBuilder& graph, PositionScale& scale) {
                            .step = std::nullopt,
                            .angle = axis.labelAngle,
                            .limit = limit > 0 ? limit : GuideStyle::kNoLimit,
-                           .fontSize = scale.space.labelFontSize,
+                           .fontSize = axis.labelFontSize.value_or(scale.space.labelFontSize),
                            .isLog = scale.scaleType == ScaleType::Log};
   if (scale.step >= 0) request.step = graph.Peek(scale.step)->GetReal64();
   scale.labels = PlanAxisLabels(graph, request);
@@ -63,13 +73,15 @@ void PlanLabels(GraphBuilder& graph, PositionScale& scale) {
 
 void PlanTitle(GraphBuilder& graph, PositionScale& scale) {
   AxisSpace const& space = scale.space;
-  TextStyle const style{.fontSize = GuideStyle::kTitleFontSize,
-                        .isBold = true,
+  GuideSpec const& axis = scale.encoding.axis;
+  TextStyle const style{.fontSize = axis.titleFontSize.value_or(GuideStyle::kTitleFontSize),
+                        .isBold = axis.isTitleBold.value_or(true),
                         .turn = space.isHorizontal ? TextTurn::None : TextTurn::Anticlockwise,
                         .along = TextAnchor::Middle,
                         .across = IsFarAxis(scale) ? TextAnchor::Start : TextAnchor::End};
-  scale.title = ComposeTitle(graph, scale.name + " title", scale.encoding.axis.title.text, style,
-                             std::max(space.length * space.paneCount, GuideStyle::kLeastTitleLength));
+  double const room = std::max(space.length * space.paneCount, GuideStyle::kLeastTitleLength);
+  double const limit = axis.titleLimit.value_or(0);
+  scale.title = ComposeTitle(graph, scale.name + " title", axis.title.text, style, limit > 0 ? limit : room);
 }
 
 NodeId PlaceScaled(GraphBuilder& graph, PositionScale const& scale, std::string const& name, NodeId scaled,
@@ -128,17 +140,17 @@ void PlanContinuous(Compilation& compilation, ScaleSource const& source, Positio
 
   std::string const tickName = scale.name + " tick";
   NodeId const binStep = FindBinStep(compilation, source);
-  GuideValues const ticks =
-      PlanGuideValues(compilation, encoding, scale.field,
-                      {.name = tickName,
-                       .place = ".axis.values",
-                       .values = encoding.axis.values,
-                       .format = encoding.axis.format,
-                       .count = FindTickCount(graph, scale),
-                       .step = encoding.axis.tickCount ? -1 : binStep,
-                       .length = scale.space.length,
-                       .isHorizontal = scale.space.isHorizontal,
-                       .font = MakeLabelFont(compilation.graph, scale.space.labelFontSize)});
+  GuideValues const ticks = PlanGuideValues(
+      compilation, encoding, scale.field,
+      {.name = tickName,
+       .place = ".axis.values",
+       .values = encoding.axis.values,
+       .format = encoding.axis.format,
+       .count = FindTickCount(graph, scale),
+       .step = encoding.axis.tickCount ? -1 : binStep,
+       .length = scale.space.length,
+       .isHorizontal = scale.space.isHorizontal,
+       .font = MakeLabelFont(graph, encoding.axis.labelFontSize.value_or(scale.space.labelFontSize))});
   scale.tickLabels = ticks.labels;
   scale.tickPositions = PlaceNumbers(graph, scale, tickName, ticks.numbers);
 }

@@ -146,8 +146,10 @@ ScaleSource JoinUses(Compilation const& compilation, std::string const& name, st
   }
   source.encoding.axis.title = JoinTitles(source.uses, AxisTitle);
   source.encoding.legend.title = JoinTitles(source.uses, LegendTitle);
-  TakeDefaults(compilation.document.config.axis, source.encoding.axis);
-  TakeDefaults(compilation.document.config.legend, source.encoding.legend);
+  ConfigSpec const& config = compilation.document.config;
+  TakeDefaults(source.encoding.channel == Channel::Y ? config.axisY : config.axisX, source.encoding.axis);
+  TakeDefaults(config.axis, source.encoding.axis);
+  TakeDefaults(config.legend, source.encoding.legend);
   return source;
 }
 

@@ -21,6 +21,10 @@ constexpr int kSchemeStops = 33;
 constexpr double kLegendTickCount = 5;
 constexpr double kMostBins = 1'000;  // that a legend lists
 
+double GetLabelSize(Encoding const& encoding) {
+  return encoding.legend.labelFontSize.value_or(GuideStyle::kLabelFontSize);
+}
+
 bool IsContinuous(Encoding const& encoding) { return ResolveScaleType(encoding) != ScaleType::Ordinal; }
 
 // Indices that start again from 0 where they reach the count.
@@ -44,8 +48,8 @@ NodeId PlanEntries(Compilation& compilation, Encoding const& encoding, ScaledFie
                                               .format = encoding.legend.format,
                                               .count = encoding.legend.tickCount.value_or(kLegendTickCount),
                                               .length = GuideStyle::kGradientLength,
-                                              .isHorizontal = encoding.legend.IsHorizontal(),
-                                              .font = MakeLabelFont(graph, GuideStyle::kLabelFontSize)});
+                                              .isHorizontal = encoding.legend.RunsAcross(),
+                                              .font = MakeLabelFont(graph, GetLabelSize(encoding))});
   scale.entryLabels = values.labels;
   NodeId const scaled = ToScaleSpace(graph, field, name, values.numbers);
   scale.entryPlaces = ToFraction(graph, field, name + " place", scaled, false);
@@ -93,8 +97,9 @@ NodeId PlanBinEntries(Compilation& compilation, ScaleSource const& source, Scale
 
 void KeepAll(GraphBuilder& graph, StyleScale const& scale) {
   for (NodeId const node : scale.rows) graph.Keep(node);
-  for (NodeId const node : {scale.entryLabels, scale.entryTexts, scale.entries, scale.hiddenEntries,
-                            scale.entryPlaces, scale.palette, scale.steps}) {
+  for (NodeId const node :
+       {scale.entryLabels, scale.entryTexts, scale.entries, scale.hiddenEntries, scale.shownEntries,
+        scale.moreEntries, scale.entryPlaces, scale.palette, scale.steps}) {
     if (node >= 0) graph.Keep(node);
   }
 }
@@ -228,6 +233,49 @@ StyleScale PlanShapeScale(Compilation& compilation, ScaleSource const& source) {
   return scale;
 }
 
+// Entries whose value lies in the domain and gives something to see; -1 for all.
+NodeId PlanShownEntries(GraphBuilder& graph, ScaleSource const& source, StyleScale const& scale) {
+  // What a round value at an end of the domain, 0 or 1, may miss it by.
+  constexpr double kPlaceTolerance = 1e-9;
+  std::string const name = source.name + " legend entry";
+  NodeId shown = -1;
+  auto const require = [&](NodeId holds) {
+    shown = shown < 0 ? holds : graph.Zip(name + " is shown", "and", shown, holds);
+  };
+  auto const compare = [&](char const* what, char const* test, NodeId column, double limit) {
+    require(graph.Zip(name + what, test, column, graph.Real(limit)));
+  };
+  bool const mayMiss = scale.entryPlaces >= 0 || !source.encoding.legend.values.empty();
+  if (mayMiss && scale.entries >= 0)
+    require(graph.Map(name + " has style", "not", graph.Map(name + " has none", "isSpecial", scale.entries)));
+  if (scale.entryPlaces >= 0) {
+    compare(" is above the domain's begin", "greaterOrEqual", scale.entryPlaces, -kPlaceTolerance);
+    compare(" is below the domain's end", "lessOrEqual", scale.entryPlaces, 1 + kPlaceTolerance);
+  }
+  if (mayMiss && scale.channel == Channel::Size) compare(" has size", "greater", scale.entries, 0);
+  return shown;
+}
+
+// "\u2026 1,234 more" where a legend has more entries than it shows.
+NodeId PlanMoreEntries(GraphBuilder& graph, StyleScale const& scale) {
+  int shown = 0;
+  if (scale.shownEntries < 0) {
+    shown = graph.Peek(scale.entryLabels)->AsColumn().GetCount();
+  } else {
+    auto const& rows = graph.Peek(scale.shownEntries)->AsTypedArray<bool>();
+    for (int row = 0; row < rows.GetCount(); ++row)
+      shown += !rows.IsSpecial(row) && rows.GetElement(row) ? 1 : 0;
+  }
+  if (scale.IsRamp() || shown <= GuideStyle::kMostLegendEntries) return -1;
+  NodeId const count = graph.Constant(
+      "further entries",
+      factory::MakeConstantArray<double>(StoreTypeInfo::Real64, shown - GuideStyle::kMostLegendEntries, 1));
+  return graph.Call("further entries told", "joinTexts",
+                    {graph.Text("\u2026 "),
+                     graph.Call("further entries counted", "formatNumbers", {count, graph.Text(",d")}),
+                     graph.Text(" more")});
+}
+
 // Each label on one line, shortened to the legend's limit.
 NodeId ComposeLabels(GraphBuilder& graph, ScaleSource const& source, StyleScale const& scale) {
   // Of all values of a field a legend shows the first ones; of others it may pass some over.
@@ -259,22 +307,28 @@ StyleScale PlanScale(Compilation& compilation, ScaleSource const& source) {
 }  // namespace
 
 TextStyle StyleScale::GetLabelStyle() const {
-  TextStyle style{.fontSize = GuideStyle::kLabelFontSize};
-  (IsRamp() && encoding.legend.IsHorizontal() ? style.along : style.across) = TextAnchor::Middle;
+  TextStyle style{.fontSize = GetLabelSize(encoding)};
+  (IsRamp() && encoding.legend.RunsAcross() ? style.along : style.across) = TextAnchor::Middle;
   return style;
 }
 
-bool IsInDomain(ort::core::ITypedArray<double> const& entryPlaces, int row) {
-  double const place = entryPlaces.GetElement(row);
-  return !entryPlaces.IsSpecial(row) && place >= -kPlaceTolerance && place <= 1 + kPlaceTolerance;
+bool IsEntryShown(StyleScale const& scale, Results const& results, int row) {
+  if (scale.shownEntries < 0) return true;
+  auto const& shown = results[scale.shownEntries]->AsTypedArray<bool>();
+  return !shown.IsSpecial(row) && shown.GetElement(row);
 }
 
 StyleScale PlanStyleScale(Compilation& compilation, ScaleSource const& source) {
   StyleScale scale = PlanScale(compilation, source);
+  scale.shownEntries = PlanShownEntries(compilation.graph, source, scale);
+  scale.moreEntries = PlanMoreEntries(compilation.graph, scale);
   scale.entryTexts = ComposeLabels(compilation.graph, source, scale);
-  scale.title =
-      ComposeTitle(compilation.graph, source.name + " legend title", source.encoding.legend.title.text,
-                   {.fontSize = GuideStyle::kTitleFontSize, .isBold = true}, GuideStyle::kLabelLimit);
+  GuideSpec const& legend = source.encoding.legend;
+  double const limit = legend.titleLimit.value_or(GuideStyle::kLabelLimit);
+  scale.title = ComposeTitle(compilation.graph, source.name + " legend title", legend.title.text,
+                             {.fontSize = legend.titleFontSize.value_or(GuideStyle::kTitleFontSize),
+                              .isBold = legend.isTitleBold.value_or(true)},
+                             limit > 0 ? limit : GuideStyle::kNoLimit);
   if (auto const& hidden = source.encoding.legend.hidden; !hidden.empty())
     scale.hiddenEntries =
         FindListed(compilation.graph, source.name + " entry is hidden", scale.entryLabels, hidden);

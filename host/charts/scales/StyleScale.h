@@ -26,6 +26,8 @@ struct StyleScale {
   NodeId entries = -1;        ///< the entries' styles
   NodeId hiddenEntries = -1;  ///< Bool column: entries whose rows are not drawn; -1 for none
   NodeId entryPlaces = -1;    ///< of a continuous legend: the entries' places; outside of 0 to 1 not shown
+  NodeId shownEntries = -1;   ///< Bool column: entries with something to see in the domain; -1: all
+  NodeId moreEntries = -1;    ///< String column of one text: how many entries have no room; -1 for none
   NodeId palette = -1;        ///< of a continuous colour legend: Int32 column of its stops
   NodeId steps = -1;  ///< of a legend of colours in steps: Color column, from the lowest step up; its entries
                       ///< are the numbers between the steps
@@ -35,11 +37,8 @@ struct StyleScale {
 /// The area of the largest symbol, as of a step of 20 pixels, in square pixels.
 inline constexpr double kLargestSymbol = 361;
 
-/// What a round value at an end of the domain, 0 or 1, may miss it by.
-inline constexpr double kPlaceTolerance = 1e-9;
-
-/// Whether a continuous legend's entry stands in its domain.
-bool IsInDomain(ort::core::ITypedArray<double> const& entryPlaces, int row);
+/// Whether a legend shows an entry.
+bool IsEntryShown(StyleScale const& scale, Results const& results, int row);
 
 /// The scale of a channel of styles.
 StyleScale PlanStyleScale(Compilation& compilation, ScaleSource const& source);

@@ -50,15 +50,26 @@ double FindOffset(PositionScale const& scale, std::vector<PositionScale const*> 
 // Around a map, and around panes whose document gives them a frame.
 void AddFrame(ChartPlan const& plan, Group& plot) {
   ort::core::OrtColor const color =
-      plan.frame.value_or(plan.map ? GuideStyle::AxisColor() : ort::core::OrtColor(0));
-  if (color.GetA() == 0) return;
+      plan.view.stroke.value_or(plan.map ? GuideStyle::AxisColor() : ort::core::OrtColor(0));
+  double const width = plan.view.strokeWidth.value_or(1);
+  if (color.GetA() == 0 || width == 0) return;
   Group frame;
   frame.role = "frame";
-  frame.nodes.emplace_back(RectMark{{0, 0, plan.width, plan.height}, ort::core::OrtColor(0), {color, 1, {}}});
+  frame.nodes.emplace_back(
+      RectMark{{0, 0, plan.width, plan.height}, ort::core::OrtColor(0), {color, width, {}}});
   AddGroup(plot, std::move(frame));
 }
 
-// Grid, layers and axes of a pane, in this order from back to front.
+void AddGround(ChartPlan const& plan, Group& plot) {
+  ort::core::OrtColor const color = plan.view.fill.value_or(ort::core::OrtColor(0));
+  if (color.GetA() == 0) return;
+  Group ground;
+  ground.role = "ground";
+  ground.nodes.emplace_back(RectMark{{0, 0, plan.width, plan.height}, color});
+  AddGroup(plot, std::move(ground));
+}
+
+// Ground, grid, layers and axes of a pane, in this order from back to front.
 void BuildPane(ChartPlan const& plan, PanePlan const& pane, bool hasTitles, Results const& results,
                TextSetter const& setter, Group& plot, Extent& extent) {
   std::vector<AxisGuide> axes;
@@ -69,6 +80,7 @@ void BuildPane(ChartPlan const& plan, PanePlan const& pane, bool hasTitles, Resu
                              {.hasLabels = hasLabels, .hasTitle = hasTitles, .offset = offset}, extent));
     if (hasLabels && !scale->encoding.axis.isHidden) placed.push_back(scale);
   }
+  AddGround(plan, plot);
   for (AxisGuide& axis : axes) AddGroup(plot, std::move(axis.grid));
   for (LayerPlan const& layer : pane.layers)
     AddGroup(plot, BuildLayer(plan, pane, layer, results, setter, extent));

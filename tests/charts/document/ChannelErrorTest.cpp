@@ -276,8 +276,12 @@ TEST(ChannelErrors, GuidesAndOrder) {
        "$.encoding.color.legend.tickCount: is for quantitative and temporal fields only; leave it out"},
       {R"("color": {"field": "a", "legend": {"orient": "top-left"}})",
        "$.encoding.color.legend.orient: \"top-left\" is not supported; use one of left, right, top, bottom"},
-      {R"("color": {"field": "a", "legend": {"orient": "top", "direction": "vertical"}})",
-       "$.encoding.color.legend.direction: is not supported; entries run along the side that orient names"},
+      {R"("color": {"field": "a", "legend": {"orient": "top", "direction": "vertical", "columns": 2}})", ""},
+      {R"("color": {"field": "a", "legend": {"direction": "down"}})",
+       "$.encoding.color.legend.direction: \"down\" is not supported; use one of horizontal, vertical"},
+      {R"("color": {"field": "a", "legend": {"symbolType": "star"}})",
+       "$.encoding.color.legend.symbolType: \"star\" is not supported; use one of circle, square, "
+       "triangle-up, cross, diamond, triangle-right, triangle-down, triangle-left"},
       {R"("color": {"field": "a", "type": "temporal", "legend": {"values": ["soon"]}})",
        "$.encoding.color.legend.values[0]: expects a date such as \"2020-03-01\" or \"2020-03-01T12:00\""},
   });

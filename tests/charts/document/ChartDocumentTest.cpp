@@ -46,8 +46,9 @@ TEST(ChartDocument, TopLevelPropertiesAreKept) {
   EXPECT_EQ(document.description, "d");
   EXPECT_EQ(document.width, 300);
   EXPECT_EQ(document.height, 200.5);
-  EXPECT_EQ(document.padding, 7);
-  EXPECT_EQ(document.background, "#eee");
+  EXPECT_EQ(document.padding.value().left, 7);
+  EXPECT_EQ(document.padding.value().bottom, 7);
+  EXPECT_EQ(static_cast<unsigned>(document.background.value().GetValue()), 0xFFEEEEEEU);
   ASSERT_EQ(document.layers.size(), 1u);
   EXPECT_EQ(document.layers[0].mark.type, "line");
   EXPECT_TRUE(document.layers[0].encodings.empty());
