@@ -129,9 +129,9 @@ TEST(Guides, LegendsHideMarks) {
                           sample->opacity.constant);
     return ReadTexts(scene, "legend") + text + " " + ReadTexts(scene, "axis y");
   };
-  EXPECT_EQ(describe(draw("")), "f2|p|q|r ff4c78a8@1 fff58518@1 ffe45756@1 0|5|10|f1");
+  EXPECT_EQ(describe(draw("")), "f2|null|p|q|r ff4c78a8@1 fff58518@1 ffe45756@1 ff72b7b2@1 0|5|10|f1");
   EXPECT_EQ(describe(draw(R"(,"legend":{"hidden":["q"]})")),
-            "f2|p|q|r ff4c78a8@1 fff58518@0.25 ffe45756@1 0|2|4|f1");
+            "f2|null|p|q|r ff4c78a8@1 fff58518@1 ffe45756@0.25 ff72b7b2@1 0|2|4|f1");
   EXPECT_EQ(describe(draw(R"(,"scale":{"domain":["r","q","p"]},"legend":{"hidden":["p","q"]})")),
             "f2|r|q|p ff4c78a8@1 fff58518@0.25 ffe45756@0.25 0|2|4|f1");
   EXPECT_EQ(

@@ -2,12 +2,23 @@
 
 #include <fmt/format.h>
 
+#include <cmath>
+
 namespace ostrel::charts {
 
 using ort::core::OrtDateTime;
 using ort::core::RIndirectString;
 using ort::core::StoreType;
 using ort::core::StoreTypeInfo;
+
+namespace {
+
+std::string DescribeReal(double number) {
+  if (std::isinf(number)) return number > 0 ? "Infinity" : "-Infinity";
+  return number == 0 ? "0" : fmt::format("{}", number);
+}
+
+}  // namespace
 
 std::string DescribeScalar(StoreType type, std::uint64_t bits) {
   switch (type) {
@@ -20,7 +31,7 @@ std::string DescribeScalar(StoreType type, std::uint64_t bits) {
     case StoreType::DateTime:
       return OrtDateTime::FromValue(bits).ToIsoText();
     default:
-      return fmt::format("{}", std::bit_cast<double>(bits));
+      return DescribeReal(std::bit_cast<double>(bits));
   }
 }
 

@@ -77,6 +77,10 @@ bool AppendText(ColumnStore& store, std::string_view text) {
 }
 
 bool AppendNumber(ColumnStore& store, std::string_view text) {
+  if (text.empty()) {
+    store.AppendSpecial(SpecialKind::Null);
+    return true;
+  }
   auto const number = ReadNumber(TrimBlanks(text));
   if (number.kind == NumberText::Kind::None) return false;
   return number.kind == NumberText::Kind::Integer ? store.AppendInteger(number.integer)

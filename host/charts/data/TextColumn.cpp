@@ -93,7 +93,8 @@ std::size_t TextColumn::ReadWhile(FieldBlock const& block, std::size_t row, Acce
 
 bool TextColumn::AppendMissing(std::string_view text) {
   if (!text.empty() && !IsMissingWord(text)) return false;
-  store_.AppendSpecial(SpecialKind::Missing);
+  // An empty cell is null, a word for none no number.
+  store_.AppendSpecial(text.empty() ? SpecialKind::Null : SpecialKind::Missing);
   return true;
 }
 

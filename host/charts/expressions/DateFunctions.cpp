@@ -8,8 +8,18 @@ namespace {
 using ort::core::StoreType;
 using Call = CallCompiler;
 
+// Null is the beginning of 1970.
+Operand GetInstant(Call& call) {
+  Operand const date = call.GetDate(0);
+  if (!date.mayBeMissing) return date;
+  Operand instant =
+      call.compiler.Call(StoreType::DateTime, "dateOfMilliseconds", {call.compiler.ToReal(date)});
+  instant.mayBeMissing = true;
+  return instant;
+}
+
 Operand Part(Call& call, char const* part) {
-  return call.compiler.Call(StoreType::Real64, "datePart", {call.GetDate(0), call.compiler.Text(part)});
+  return call.compiler.Call(StoreType::Real64, "datePart", {GetInstant(call), call.compiler.Text(part)});
 }
 
 // The parts that are left out are those of midnight on the first of the month.
@@ -23,7 +33,7 @@ Operand MakeDate(OperandCompiler& compiler, std::vector<Operand> parts) {
 }
 
 Operand MakeDate(Call& call) {
-  if (call.GetCount() == 1) return call.GetDate(0);
+  if (call.GetCount() == 1) return GetInstant(call);
   std::vector<Operand> parts;
   for (std::size_t i = 0; i < call.GetCount(); ++i) parts.push_back(call.GetReal(i));
   return MakeDate(call.compiler, std::move(parts));
@@ -36,7 +46,8 @@ Operand FormatDate(OperandCompiler& compiler, Operand const& date, Operand const
 Operand Format(Call& call) {
   Operand const date = call.GetDate(0);
   Operand const pattern = call.Has(1) ? call.GetConstantText(1, "a pattern") : call.compiler.Text("");
-  return FormatDate(call.compiler, date, pattern);
+  Operand const text = FormatDate(call.compiler, date, pattern);
+  return call.compiler.OrNull(text);
 }
 
 // The second of January 2000 was a Sunday.

@@ -40,17 +40,21 @@ class OperandCompiler {
   /// Whether the value counts as true; no row is missing.
   Operand CompileTruth(int node);
 
-  // Conversions. The constants null, lists and parts of texts are refused, but null counts as false.
+  // Conversions as operations make them: no row is missing. Null is 0, "null" and false, what is missing
+  // otherwise NaN, "undefined" and false. Lists and parts of texts are refused.
   Operand ToReal(Operand const& operand);
   Operand ToText(Operand const& operand);
-  Operand ToDate(Operand const& operand);
   Operand ToTruth(Operand const& operand);
+  // Conversions that leave missing values missing.
+  Operand AsReal(Operand const& operand);
+  Operand AsText(Operand const& operand);
+  Operand AsDate(Operand const& operand);
 
   Operand Real(double value) const;
   Operand Text(std::string const& value) const;
   Operand Bool(bool value) const;
-  /// A missing value of a type.
-  Operand Missing(ort::core::StoreType store) const;
+  /// Null, of a type.
+  Operand Null(ort::core::StoreType store) const;
 
   // Functions of operands; the result is missing where one of them is.
   Operand Map(ort::core::StoreType result, char const* function, Operand const& operand,
@@ -70,7 +74,10 @@ class OperandCompiler {
   Operand Compare(char const* function, Operand const& first, Operand const& second);
   Operand Not(Operand const& truth);
   Operand IsMissing(Operand const& operand);
+  Operand IsNull(Operand const& operand);
   Operand WithoutMissing(Operand const& operand, bool replacement);
+  /// A text, "null" where it is missing.
+  Operand OrNull(Operand const& text);
   Operand CountParts(Operand const& list);
 
   /// Throws for null, lists and parts, which are no values of rows.
@@ -92,7 +99,8 @@ class OperandCompiler {
   Operand CompileField(std::string const& name);
   std::optional<std::string> FindFieldName(ExpressionNode const& node) const;
   Operand AddText(Operand const& first, Operand const& second);
-  bool Unify(Operand& first, Operand& second);
+  Operand CompareTexts(char const* function, Operand const& first, Operand const& second);
+  void Unify(Operand& first, Operand& second);
 
   Operand Apply(ort::core::StoreType result, char const* function, ort::core::EvaluationMode mode,
                 std::vector<Operand> const& operands, std::vector<Operand> const& parameters);
@@ -122,7 +130,9 @@ class CallCompiler {
   Operand GetText(std::size_t place, char const* otherwise) {
     return Has(place) ? GetText(place) : compiler.Text(otherwise);
   }
-  Operand GetDate(std::size_t place) { return compiler.ToDate(Get(place)); }
+  /// The text of one that may be missing.
+  Operand GetOwnText(std::size_t place) { return compiler.AsText(Get(place)); }
+  Operand GetDate(std::size_t place) { return compiler.AsDate(Get(place)); }
   Operand GetTruth(std::size_t place) { return compiler.CompileTruth(node_.children[place]); }
   /// Throws for one that is not the same in every row.
   Operand GetConstantText(std::size_t place, char const* what);

@@ -216,7 +216,7 @@ Operand OperandCompiler::CompilePart(Operand const& whole, Operand const& index)
 Operand OperandCompiler::CountParts(Operand const& list) {
   if (list.type == ValueType::List) return Real(static_cast<double>(list.members.size()));
   if (list.type == ValueType::Parts) return Call(StoreType::Real64, "countTextParts", list.members);
-  return Call(StoreType::Real64, "textLength", {ToText(list)});
+  return Call(StoreType::Real64, "textLength", {AsText(list)});
 }
 
 Operand OperandCompiler::CompileField(std::string const& name) {
@@ -248,10 +248,10 @@ Operand OperandCompiler::Text(std::string const& value) const {
 Operand OperandCompiler::Bool(bool value) const {
   return {.type = ValueType::Boolean, .store = StoreType::Bool, .constant = factory::MakeBool(value)};
 }
-Operand OperandCompiler::Missing(StoreType store) const {
+Operand OperandCompiler::Null(StoreType store) const {
   return {.type = TypeOf(store),
           .store = store,
-          .constant = factory::MakeSpecial({store, false}, ort::core::SpecialKind::Missing),
+          .constant = factory::MakeSpecial({store, false}, ort::core::SpecialKind::Null),
           .mayBeMissing = true};
 }
 
@@ -299,7 +299,7 @@ NodeId OperandCompiler::NodeOf(Operand const& operand) {
 
 NodeId OperandCompiler::MakeColumn(Operand operand) {
   At const at(*this, GetNode(expression_.root));
-  if (operand.type == ValueType::Null) operand = Missing(StoreType::Real64);
+  if (operand.type == ValueType::Null) operand = Null(StoreType::Real64);
   RequireValue(operand);
   bool const mayBeNan = operand.store == StoreType::Real64 && operand.field.empty();
   if (mayBeNan) operand = Map(StoreType::Real64, "missingIfNaN", operand);

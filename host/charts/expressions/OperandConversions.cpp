@@ -35,27 +35,46 @@ void OperandCompiler::RequireValue(Operand const& operand) {
     Fail("a list is no value to calculate with; take one of its parts, as in list[0]");
 }
 
-Operand OperandCompiler::ToReal(Operand const& operand) {
+Operand OperandCompiler::AsReal(Operand const& operand) {
+  if (operand.type == ValueType::Null) return Null(StoreType::Real64);
   RequireValue(operand);
   if (operand.store == StoreType::Real64) return operand;
   if (operand.type == ValueType::Date)
-    return Call(StoreType::Real64, "millisecondsOfDate", {ToDate(operand)});
+    return Call(StoreType::Real64, "millisecondsOfDate", {AsDate(operand)});
   if (operand.type != ValueType::Text) return Map(StoreType::Real64, "asReal64", operand);
   Operand number = Call(StoreType::Real64, "readNumber", {operand});
   number.mayBeMissing = true;
   return number;
 }
 
-Operand OperandCompiler::ToText(Operand const& operand) {
+Operand OperandCompiler::ToReal(Operand const& operand) {
+  Operand real = AsReal(operand);
+  if (!real.mayBeMissing) return real;
+  real = Map(StoreType::Real64, "coerceNumber", real);
+  real.mayBeMissing = false;
+  return real;
+}
+
+Operand OperandCompiler::AsText(Operand const& operand) {
+  if (operand.type == ValueType::Null) return Null(StoreType::String);
   RequireValue(operand);
   if (operand.type == ValueType::Text) return operand;
   if (operand.store == StoreType::Real64) return Call(StoreType::String, "describeNumber", {operand});
   if (operand.type != ValueType::Boolean) return Map(StoreType::String, "toString", operand);
   Operand const text = Choose(ToTruth(operand), Text("true"), Text("false"));
-  return operand.mayBeMissing ? Choose(IsMissing(operand), Missing(StoreType::String), text) : text;
+  return operand.mayBeMissing ? Choose(IsMissing(operand), Null(StoreType::String), text) : text;
 }
 
-Operand OperandCompiler::ToDate(Operand const& operand) {
+Operand OperandCompiler::ToText(Operand const& operand) {
+  Operand text = AsText(operand);
+  if (!text.mayBeMissing) return text;
+  text = Map(StoreType::String, "coerceText", text);
+  text.mayBeMissing = false;
+  return text;
+}
+
+Operand OperandCompiler::AsDate(Operand const& operand) {
+  if (operand.type == ValueType::Null) return Null(StoreType::DateTime);
   RequireValue(operand);
   if (operand.type == ValueType::Boolean) Fail("true and false are no dates");
   if (operand.store == StoreType::DateTime) return operand;
@@ -69,7 +88,7 @@ Operand OperandCompiler::ToDate(Operand const& operand) {
   if (operand.store == StoreType::Date) return Map(StoreType::DateTime, "toDateTime", operand);
   bool const isText = operand.type == ValueType::Text;
   Operand dates = Call(StoreType::DateTime, isText ? "readDates" : "dateOfMilliseconds",
-                       {isText ? operand : ToReal(operand)});
+                       {isText ? operand : AsReal(operand)});
   if (isText && dates.IsConstant() && dates.constant->IsSpecial() && !operand.constant->IsSpecial())
     Fail("the text is no date; write one such as '2020-03-01'");
   dates.mayBeMissing = true;
@@ -96,6 +115,15 @@ Operand OperandCompiler::IsMissing(Operand const& operand) {
   return flags;
 }
 
+Operand OperandCompiler::IsNull(Operand const& operand) {
+  if (operand.type == ValueType::Null) return Bool(true);
+  RequireValue(operand);
+  if (!operand.mayBeMissing) return Bool(false);
+  Operand flags = Map(StoreType::Bool, "isNull", operand);
+  flags.mayBeMissing = false;
+  return flags;
+}
+
 Operand OperandCompiler::WithoutMissing(Operand const& operand, bool replacement) {
   if (!operand.mayBeMissing) return operand;
   Operand whole = Map(StoreType::Bool, "replaceSpecial", operand, {Bool(replacement)});
@@ -103,46 +131,47 @@ Operand OperandCompiler::WithoutMissing(Operand const& operand, bool replacement
   return whole;
 }
 
-// Makes both of one type. False where they do not go together.
-bool OperandCompiler::Unify(Operand& first, Operand& second) {
-  if (first.store == second.store) return true;
-  bool const isDate = first.type == ValueType::Date || second.type == ValueType::Date;
+// Makes both of one type; null stays null.
+void OperandCompiler::Unify(Operand& first, Operand& second) {
+  if (first.store == second.store) return;
   auto const hasText = [&] { return first.type == ValueType::Text || second.type == ValueType::Text; };
+  auto const convert = [&](Operand (OperandCompiler::*as)(Operand const&)) {
+    first = (this->*as)(first);
+    second = (this->*as)(second);
+  };
   if (first.type == ValueType::Null) {
-    first = Missing(second.store);
+    first = Null(second.store);
   } else if (second.type == ValueType::Null) {
-    second = Missing(first.store);
+    second = Null(first.store);
   } else if (hasText()) {
-    first = ToText(first);
-    second = ToText(second);
-  } else if (first.type != second.type) {
-    return false;
-  } else if (isDate) {
-    first = ToDate(first);
-    second = ToDate(second);
+    convert(&OperandCompiler::AsText);
+  } else if (first.type == ValueType::Date && second.type == ValueType::Date) {
+    convert(&OperandCompiler::AsDate);
   } else {
-    first = ToReal(first);
-    second = ToReal(second);
+    convert(&OperandCompiler::AsReal);
   }
-  return true;
+}
+
+Operand OperandCompiler::OrNull(Operand const& text) {
+  if (!text.mayBeMissing) return text;
+  Operand whole = Map(StoreType::String, "replaceSpecial", text, {Text("null")});
+  whole.mayBeMissing = false;
+  return whole;
 }
 
 Operand OperandCompiler::Choose(Operand const& mask, Operand whenTrue, Operand whenFalse) {
   for (Operand const* side : {&whenTrue, &whenFalse}) {
     if (side->type != ValueType::Null) RequireValue(*side);
   }
-  if (!Unify(whenTrue, whenFalse)) {
-    Fail(fmt::format("this is {} in some rows and {} in others; turn both into texts with toString",
-                     NameOf(whenTrue.type), NameOf(whenFalse.type)));
-  }
+  Unify(whenTrue, whenFalse);
   if (whenTrue.type == ValueType::Null) return whenTrue;
   if (mask.IsConstant()) return IsFalse(mask) ? whenFalse : whenTrue;
   return Call(whenTrue.store, "choose", {mask, whenTrue, whenFalse});
 }
 
 Operand OperandCompiler::Equal(Operand const& first, Operand const& second, bool isStrict) {
-  if (first.type == ValueType::Null) return IsMissing(second);
-  if (second.type == ValueType::Null) return IsMissing(first);
+  if (first.type == ValueType::Null) return isStrict ? IsNull(second) : IsMissing(second);
+  if (second.type == ValueType::Null) return isStrict ? IsNull(first) : IsMissing(first);
   RequireValue(first);
   RequireValue(second);
   auto const hasType = [&](ValueType type) { return first.type == type || second.type == type; };
@@ -152,8 +181,8 @@ Operand OperandCompiler::Equal(Operand const& first, Operand const& second, bool
   Operand b = second;
   if (a.store != b.store) {
     bool const areDates = isDateText || (a.type == ValueType::Date && b.type == ValueType::Date);
-    a = areDates ? ToDate(first) : ToReal(first);
-    b = areDates ? ToDate(second) : ToReal(second);
+    a = areDates ? AsDate(first) : AsReal(first);
+    b = areDates ? AsDate(second) : AsReal(second);
   }
   Operand equal = WithoutMissing(Zip(StoreType::Bool, "equal", a, b), false);
   // What is missing on one side alone differs.
@@ -163,17 +192,25 @@ Operand OperandCompiler::Equal(Operand const& first, Operand const& second, bool
   return Zip(StoreType::Bool, "or", equal, bothMissing);
 }
 
+// Beside a missing one, the other text counts as a number.
+Operand OperandCompiler::CompareTexts(char const* function, Operand const& first, Operand const& second) {
+  Operand const texts = WithoutMissing(Zip(StoreType::Bool, function, first, second), false);
+  if (!first.mayBeMissing && !second.mayBeMissing) return texts;
+  Operand const numbers = Zip(StoreType::Bool, function, ToReal(first), ToReal(second));
+  Operand const isMissing = Zip(StoreType::Bool, "or", IsMissing(first), IsMissing(second));
+  return Choose(isMissing, numbers, texts);
+}
+
 Operand OperandCompiler::Compare(char const* function, Operand const& first, Operand const& second) {
-  RequireValue(first);
-  RequireValue(second);
   auto const isOf = [&](ValueType one, ValueType other) {
     return (first.type == one && second.type == other) || (first.type == other && second.type == one);
   };
-  bool const areTexts = isOf(ValueType::Text, ValueType::Text);
+  if (isOf(ValueType::Text, ValueType::Text)) return CompareTexts(function, first, second);
   bool const areDates = isOf(ValueType::Date, ValueType::Date) || isOf(ValueType::Date, ValueType::Text);
-  Operand const a = areTexts ? first : areDates ? ToDate(first) : ToReal(first);
-  Operand const b = areTexts ? second : areDates ? ToDate(second) : ToReal(second);
-  return WithoutMissing(Zip(StoreType::Bool, function, a, b), false);
+  Operand const a = areDates ? AsDate(first) : first;
+  Operand const b = areDates ? AsDate(second) : second;
+  if (areDates && !a.mayBeMissing && !b.mayBeMissing) return Zip(StoreType::Bool, function, a, b);
+  return Zip(StoreType::Bool, function, ToReal(a), ToReal(b));
 }
 
 Operand CallCompiler::GetConstantText(std::size_t place, char const* what) {

@@ -10,14 +10,17 @@ using Call = CallCompiler;
 
 Operand IsNan(Call& call) {
   Operand const value = call.Get(0);
-  if (value.type == ValueType::Null) return call.compiler.Bool(true);
+  if (value.type != ValueType::Number) return call.compiler.Bool(false);
   Operand flags = call.compiler.Map(StoreType::Bool, "isNaN", call.compiler.ToReal(value));
   flags.mayBeMissing = false;
   return flags;
 }
 
 Operand IsFinite(Call& call) {
-  return call.compiler.WithoutMissing(call.compiler.Map(StoreType::Bool, "isFinite", call.GetReal(0)), false);
+  OperandCompiler& compiler = call.compiler;
+  Operand const value = call.Get(0);
+  if (value.type != ValueType::Number) return compiler.Bool(false);
+  return compiler.WithoutMissing(compiler.Map(StoreType::Bool, "isFinite", compiler.AsReal(value)), false);
 }
 
 Operand IsThere(OperandCompiler& compiler, Operand const& value) {
@@ -42,15 +45,14 @@ Operand IsOf(Call& call, ValueType type) {
 Operand ToBoolean(Call& call) {
   OperandCompiler& compiler = call.compiler;
   Operand value = call.Get(0);
-  compiler.RequireValue(value);
   if (value.type == ValueType::Boolean) return value;
   auto const differs = [&](Operand const& from, Operand const& other) {
     return compiler.Zip(StoreType::Bool, "notEqual", from, other);
   };
-  if (value.type != ValueType::Text) return differs(compiler.ToReal(value), compiler.Real(0));
+  if (value.type != ValueType::Text) return differs(compiler.AsReal(value), compiler.Real(0));
   Operand const isNotFalse = differs(value, compiler.Text("false"));
   Operand const isTrue = compiler.Zip(StoreType::Bool, "and", isNotFalse, differs(value, compiler.Text("0")));
-  return compiler.Choose(compiler.ToTruth(value), isTrue, compiler.Missing(StoreType::Bool));
+  return compiler.Choose(compiler.ToTruth(value), isTrue, compiler.Null(StoreType::Bool));
 }
 
 Operand If(Call& call) {
@@ -68,7 +70,7 @@ Operand InRange(Call& call) {
   // Dates are compared as numbers, as each of the three may be either.
   bool const isDate = value.type == ValueType::Date;
   auto const number = [&](Operand const& end) {
-    return compiler.ToReal(isDate && end.type == ValueType::Text ? compiler.ToDate(end) : end);
+    return compiler.ToReal(isDate && end.type == ValueType::Text ? compiler.AsDate(end) : end);
   };
   Operand const ends[] = {number(range.members[0]), number(range.members[1])};
   Operand const low = compiler.ZipReal("least", ends[0], ends[1]);

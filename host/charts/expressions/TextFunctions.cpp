@@ -16,9 +16,9 @@ Operand EditText(Call& call, char const* function) {
   return call.compiler.Call(StoreType::String, function, {call.GetText(0)});
 }
 
-Operand CutText(Call& call, char const* function) {
+Operand CutText(Call& call, char const* function, Operand const& text) {
   return call.compiler.Call(StoreType::String, function,
-                            {call.GetText(0), call.GetReal(1, 0), call.GetReal(2, kInfinity)});
+                            {text, call.GetReal(1, 0), call.GetReal(2, kInfinity)});
 }
 
 Operand Length(Call& call) { return call.compiler.CountParts(call.Get(0)); }
@@ -38,7 +38,7 @@ Operand FindInList(OperandCompiler& compiler, Operand const& list, Operand const
 Operand Find(Call& call, char const* function, bool isLast) {
   Operand const whole = call.Get(0);
   if (whole.type == ValueType::List) return FindInList(call.compiler, whole, call.Get(1), isLast);
-  return call.compiler.Call(StoreType::Real64, function, {call.compiler.ToText(whole), call.GetText(1)});
+  return call.compiler.Call(StoreType::Real64, function, {call.compiler.AsText(whole), call.GetText(1)});
 }
 
 Operand Replace(Call& call) {
@@ -47,7 +47,7 @@ Operand Replace(Call& call) {
 }
 
 Operand Split(Call& call) {
-  return {.type = ValueType::Parts, .members = {call.GetText(0), call.GetText(1)}};
+  return {.type = ValueType::Parts, .members = {call.GetOwnText(0), call.GetText(1)}};
 }
 
 Operand Pad(Call& call) {
@@ -63,8 +63,20 @@ Operand Truncate(Call& call) {
 }
 
 Operand Format(Call& call) {
-  return call.compiler.CallOnColumns(StoreType::String, "formatNumbers",
-                                     {call.GetReal(0), call.GetConstantText(1, "a pattern")}, 1);
+  OperandCompiler& compiler = call.compiler;
+  Operand const number = compiler.AsReal(call.Get(0));
+  return compiler.OrNull(compiler.CallOnColumns(StoreType::String, "formatNumbers",
+                                                {number, call.GetConstantText(1, "a pattern")}, 1));
+}
+
+// The value that `convert` makes, null for null and the empty text.
+Operand Convert(Call& call, StoreType store, Operand (OperandCompiler::*convert)(Operand const&)) {
+  OperandCompiler& compiler = call.compiler;
+  Operand const value = call.Get(0);
+  Operand const converted = (compiler.*convert)(value);
+  if (value.type != ValueType::Text) return converted;
+  Operand const isEmpty = compiler.Equal(value, compiler.Text(""), true);
+  return compiler.Choose(isEmpty, compiler.Null(store), converted);
 }
 
 Operand ReadNumber(Call& call, char const* function) {
@@ -86,11 +98,11 @@ constexpr LanguageFunction kFunctions[] = {
     {"parseFloat", 1, 1, [](Call& call) { return ReadNumber(call, "readLeadingNumber"); }},
     {"parseInt", 1, 1, [](Call& call) { return ReadNumber(call, "readLeadingInteger"); }},
     {"replace", 3, 3, Replace},
-    {"slice", 2, 3, [](Call& call) { return CutText(call, "sliceText"); }},
+    {"slice", 2, 3, [](Call& call) { return CutText(call, "sliceText", call.GetOwnText(0)); }},
     {"split", 2, 2, Split},
-    {"substring", 2, 3, [](Call& call) { return CutText(call, "substring"); }},
-    {"toNumber", 1, 1, [](Call& call) { return call.GetReal(0); }},
-    {"toString", 1, 1, [](Call& call) { return call.GetText(0); }},
+    {"substring", 2, 3, [](Call& call) { return CutText(call, "substring", call.GetText(0)); }},
+    {"toNumber", 1, 1, [](Call& call) { return Convert(call, StoreType::Real64, &OperandCompiler::AsReal); }},
+    {"toString", 1, 1, [](Call& call) { return Convert(call, StoreType::String, &OperandCompiler::AsText); }},
     {"trim", 1, 1, [](Call& call) { return EditText(call, "trimText"); }},
     {"truncate", 2, 4, Truncate},
     {"upper", 1, 1, [](Call& call) { return EditText(call, "upperCase"); }},

@@ -5,8 +5,8 @@
 #include "ostrelrtcore/OrtDateTime.h"
 
 /// What expressions need of mathematics and logic beyond the built-in functions. Reals follow IEEE 754: NaN
-/// and infinities pass through and nothing throws. Special rows stay special, but for isNaN and isTruthy,
-/// which see them.
+/// and infinities pass through and nothing throws. Special rows stay special, but for those
+/// functions that tell or replace them.
 namespace ostrel::charts {
 namespace {
 
@@ -71,6 +71,35 @@ struct MissingIfNan {
     if (kind != SpecialKind::None) return {T{}, kind};
     return std::isnan(value) ? std::pair(T{}, SpecialKind::Missing) : std::pair(value, SpecialKind::None);
   }
+};
+
+template <class T>
+struct IsNull {
+  std::pair<bool, SpecialKind> Apply(T const&, SpecialKind kind) const {
+    return {kind == SpecialKind::Null, SpecialKind::None};
+  }
+};
+
+template <class T>
+struct CoerceNumber {
+  std::pair<T, SpecialKind> Apply(T value, SpecialKind kind) const {
+    if (kind == SpecialKind::None) return {value, kind};
+    return {kind == SpecialKind::Null ? T{} : std::numeric_limits<T>::quiet_NaN(), SpecialKind::None};
+  }
+};
+
+template <class T>
+struct CoerceText {
+  std::pair<T, SpecialKind> Apply(T const& value, SpecialKind kind) const {
+    return {kind == SpecialKind::None   ? value
+            : kind == SpecialKind::Null ? null
+                                        : undefined,
+            SpecialKind::None};
+  }
+
+ private:
+  T null = T::FromUtf8("null");
+  T undefined = T::FromUtf8("undefined");
 };
 
 template <class T>
@@ -159,6 +188,26 @@ BuiltinFamily MathFamily() {
                    "text. The result has no special rows.",
            .example = R"("inputs": [{"Array": {"type": "String", "values": ["a", ""]}}])",
            .registrations = Map<IsTruthy, Int64, Real64, String, Date, DateTime, Bool>()},
+          {.name = "isNull",
+           .inputs = {"values"},
+           .help = "Whether the row is special of kind 9; the result has no special rows.",
+           .example =
+               R"("inputs": [{"Array": {"type": "Real64", "values": [1, null], "specials": [[1, 9]]}}])",
+           .registrations = Map<IsNull, Int64, Real64, String, Date, DateTime, Bool>()},
+          {.name = "coerceNumber",
+           .inputs = {"values"},
+           .help = "The numbers with 0 in the place of special rows of kind 9, and NaN in that of others.",
+           .example =
+               R"("inputs": [{"Array": {"type": "Real64", "values": [1, null], "specials": [[1, 9]]}}])",
+           .registrations = Map<CoerceNumber, Real64>()},
+          {.name = "coerceText",
+           .inputs = {"values"},
+           .help =
+               "The texts with \"null\" in the place of special rows of kind 9, and \"undefined\" in that "
+               "of others.",
+           .example =
+               R"("inputs": [{"Array": {"type": "String", "values": ["a", ""], "specials": [[1, 9]]}}])",
+           .registrations = Map<CoerceText, String>()},
       }};
 }
 

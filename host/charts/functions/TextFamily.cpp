@@ -165,7 +165,9 @@ Value ReadTextNumbers(Value const& texts) {
 }
 
 double ReadWholeNumber(std::string_view text) {
-  NumberText const number = ReadNumber(TrimBlanks(text));
+  std::string_view const trimmed = TrimBlanks(text);
+  if (trimmed.empty()) return 0;
+  NumberText const number = ReadNumber(trimmed);
   return number.kind == NumberText::Kind::None ? std::nan("") : number.ToReal();
 }
 
@@ -262,8 +264,9 @@ BuiltinFamily TextFamily() {
            .registrations = {Multinary<DescribeNumbers>({any}, any)}},
           {.name = "readNumber",
            .inputs = {"texts"},
-           .help =
-               "The number that each whole text is, blanks apart; a special row of kind 1 for another one.",
+           .help = "The number that each whole text is, blanks apart, 0 for nothing else; a special row of "
+                   "kind 1 for "
+                   "a text that is no number.",
            .example = R"("inputs": [{"String": " 12.5 "}])",
            .registrations = {Multinary<ReadTextNumbers<ReadWholeNumber>>({any}, any)}},
           {.name = "readLeadingNumber",

@@ -88,6 +88,14 @@ RowColumn const& LayerRows::GetTexts(GraphBuilder& graph, std::string const& fie
   return Get(graph, Form::Texts, field);
 }
 
+NodeId LayerRows::GetCategories(GraphBuilder& graph, std::string const& field) {
+  RowColumn const& texts = GetTexts(graph, field);
+  if (!texts.values->AsColumn().HasSpecials()) return texts.node;
+  auto const [found, isNew] = categories_.try_emplace(field, -1);
+  if (isNew) found->second = graph.Map(label_ + texts.name + " or null", "coerceText", texts.node);
+  return found->second;
+}
+
 RowColumn const& LayerRows::Get(GraphBuilder& graph, Form form, std::string const& field) {
   auto const key = std::pair(form, field);
   auto const found = columns_.find(key);

@@ -47,6 +47,8 @@ class LayerRows {
   /// Date or DateTime.
   RowColumn const& GetDates(GraphBuilder& graph, std::string const& field);
   RowColumn const& GetTexts(GraphBuilder& graph, std::string const& field);
+  /// The texts that tell discrete values apart: "null" for null, "undefined" where there is no value at all.
+  NodeId GetCategories(GraphBuilder& graph, std::string const& field);
 
  private:
   enum class Form { AsItStands, Numbers, Dates, Texts };
@@ -62,6 +64,7 @@ class LayerRows {
   NodeId selection_ = -1;
   char const* selector_ = "filter";
   std::map<std::pair<Form, std::string>, RowColumn> columns_;
+  std::map<std::string, NodeId> categories_;
 };
 
 }  // namespace ostrel::charts

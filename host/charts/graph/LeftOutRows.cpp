@@ -20,7 +20,7 @@ char const* Wanted(Encoding const& encoding) {
     case ScaleType::Time:
       return "date";
     case ScaleType::Ordinal:
-      return encoding.scale.domain.empty() ? "value" : "value of the scale's domain";
+      return "value of the scale's domain";
     default:
       return "finite number";
   }
@@ -74,15 +74,8 @@ void DescribePosition(LeftOut const& count, std::vector<std::string>& sentences)
 
 std::vector<std::string> DescribeAll(ChartPlan const& plan, Results const& results) {
   std::vector<std::string> sentences = plan.leftOut;
-  for (PaneRows const& rows : plan.grid.sources) {
-    if (int const missing = CountSpecials(results, rows.indices); missing > 0) {
-      sentences.push_back(
-          fmt::format("{} of {} rows have no value in '{}', which tells their pane; not drawn", missing,
-                      rows.rowCount, DefaultTitle(*rows.encoding)));
-    }
-  }
-  for (PaneRows const& rows : plan.map ? plan.map->sources : std::vector<PaneRows>()) {
-    if (int const missing = CountSpecials(results, rows.indices); missing > 0) {
+  for (MapRows const& rows : plan.map ? plan.map->sources : std::vector<MapRows>()) {
+    if (int const missing = CountSpecials(results, rows.degrees); missing > 0) {
       sentences.push_back(fmt::format("{} of {} rows have no finite number in '{}' for the map; not drawn",
                                       missing, rows.rowCount, DefaultTitle(*rows.encoding)));
     }

@@ -79,15 +79,6 @@ class GridPlanner {
   std::vector<std::shared_ptr<LayerRows>> const& layers_;
 };
 
-void AddSources(PaneField const& field, std::vector<std::shared_ptr<LayerRows>> const& layers,
-                GraphBuilder& graph, PaneGrid& grid) {
-  if (field.encoding == nullptr) return;
-  for (std::size_t i = 0; i < layers.size(); ++i) {
-    if (field.indices[i] >= 0)
-      grid.sources.push_back({field.encoding, graph.Keep(field.indices[i]), layers[i]->GetRowCount()});
-  }
-}
-
 // One row of panes after the other.
 void PlanWrapped(GridPlanner& planner, ChartDocument const& document, PaneField const& field,
                  PaneGrid& grid) {
@@ -132,8 +123,6 @@ PaneGrid PlanPanes(Compilation& compilation, std::vector<std::shared_ptr<LayerRo
   } else {
     PlanCrossed(planner, compilation.document, rows, columns, grid);
   }
-  for (PaneField const* field : {&wrapped, &rows, &columns})
-    AddSources(*field, layers, compilation.graph, grid);
   return grid;
 }
 

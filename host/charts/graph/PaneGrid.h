@@ -15,13 +15,6 @@ struct PaneHeader {
   TitleText title = {};
 };
 
-/// Rows of a layer whose panes a channel tells.
-struct PaneRows {
-  Encoding const* encoding = nullptr;
-  NodeId indices = -1;  ///< Int32 column, special where a row belongs to no pane
-  int rowCount = 0;
-};
-
 /// Where a layer's rows stand on a map: Real64 columns of pixels, -1 for others.
 struct MapPlaces {
   NodeId x = -1;
@@ -44,7 +37,6 @@ struct PaneGrid {
   std::optional<PaneHeader> columns;  ///< above the grid
   std::optional<PaneHeader> panes;    ///< above each pane
   std::vector<PaneCell> cells;
-  std::vector<PaneRows> sources;
 
   bool IsSingle() const { return !rows && !columns && !panes; }
 };

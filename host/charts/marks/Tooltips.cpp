@@ -7,6 +7,15 @@
 namespace ostrel::charts {
 namespace {
 
+// What is written for rows without a number or date.
+NodeId NameMissing(GraphBuilder& graph, std::string const& name, RowColumn const& column, NodeId texts,
+                   char const* missing) {
+  if (!column.values->AsColumn().HasSpecials()) return texts;
+  NodeId const named = graph.Map(name + " or " + missing, "replaceSpecial", texts, {graph.Text(missing)});
+  NodeId const isNull = graph.Map(name + " is null", "isNull", column.node);
+  return graph.Call(name + " or null", "choose", {isNull, graph.Text("null"), named});
+}
+
 NodeId FormatDateColumn(MarkContext& context, Encoding const& encoding) {
   GraphBuilder& graph = context.GetGraph();
   RowColumn const& dates = context.GetRows().GetDates(graph, encoding.field);
@@ -14,10 +23,11 @@ NodeId FormatDateColumn(MarkContext& context, Encoding const& encoding) {
   NodeId const instants =
       isDate ? graph.Map(encoding.field + " instants", "toDateTime", dates.node) : dates.node;
   std::string const name = encoding.field + " texts";
-  if (!encoding.timeUnit.empty())
-    return FormatUnits(graph, name, encoding.timeUnit, instants, encoding.format);
   std::string const pattern = encoding.format.empty() ? "%b %d, %Y" : encoding.format;
-  return graph.Call(name, "formatDates", {instants, graph.Text(pattern)});
+  NodeId const texts = encoding.timeUnit.empty()
+                           ? graph.Call(name, "formatDates", {instants, graph.Text(pattern)})
+                           : FormatUnits(graph, name, encoding.timeUnit, instants, encoding.format);
+  return NameMissing(graph, name, dates, texts, "null");
 }
 
 NodeId FormatNumberColumn(MarkContext& context, std::string const& field, std::string const& format) {
@@ -25,7 +35,9 @@ NodeId FormatNumberColumn(MarkContext& context, std::string const& field, std::s
   RowColumn const& numbers = context.GetRows().GetNumbers(graph, field);
   bool const isReal = numbers.GetType() == ort::core::StoreType::Real64;
   NodeId const reals = isReal ? numbers.node : graph.Map(field + " reals", "asReal64", numbers.node);
-  return graph.Call(field + " texts", "formatNumbers", {reals, graph.Text(format)});
+  std::string const name = field + " texts";
+  NodeId const texts = graph.Call(name, "formatNumbers", {reals, graph.Text(format)});
+  return NameMissing(graph, name, numbers, texts, "NaN");
 }
 
 std::string TooltipTitle(Encoding const& encoding) {
@@ -40,7 +52,7 @@ NodeId PlanTexts(MarkContext& context, Encoding const& encoding) {
   bool const isTemporal = encoding.type == FieldType::Temporal || !encoding.timeUnit.empty();
   if (isTemporal) return FormatDateColumn(context, encoding);
   bool const isQuantity = encoding.type == FieldType::Quantitative;
-  if (encoding.format.empty() && !isQuantity) return rows.GetTexts(graph, encoding.field).node;
+  if (encoding.format.empty() && !isQuantity) return rows.GetCategories(graph, encoding.field);
   NodeId const texts = FormatNumberColumn(context, encoding.field, encoding.format);
   if (!encoding.bin || encoding.endField.empty()) return texts;
   return graph.Call(

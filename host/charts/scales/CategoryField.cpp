@@ -13,11 +13,19 @@ namespace factory = ort::core::factory;
 using ort::core::RIndirectString;
 using ort::core::StoreType;
 
-// Rows without a value belong to no category.
-NodeId WithoutSpecials(GraphBuilder& graph, std::string const& name, NodeId column) {
-  NodeId const isOrdinary =
-      graph.Map(name + " is there", "not", graph.Map(name + " is none", "isSpecial", column));
-  return graph.Call(name, "filter", {column, isOrdinary});
+// The different texts, among them those of missing values.
+NodeId NameMissing(GraphBuilder& graph, std::string const& name, NodeId texts) {
+  return graph.Call(name + " values", "distinct", {graph.Map(name + " or null", "coerceText", texts)});
+}
+
+// Null and what is missing otherwise come before the others.
+NodeId PutMissingFirst(GraphBuilder& graph, std::string const& name, NodeId texts) {
+  NodeId const isMissing = graph.Map(name + " is none", "isSpecial", texts);
+  NodeId const isNull = graph.Map(name + " is null", "isNull", texts);
+  NodeId const isFirst = graph.Bool(true);
+  NodeId const sorted =
+      graph.Call(name + " missing first", "sortIndices", {isNull, isFirst, isMissing, isFirst});
+  return graph.Call(name + " behind missing", "take", {texts, sorted});
 }
 
 // The columns one after the other, of each its different values.
@@ -42,6 +50,7 @@ NodeId FindDomain(GraphBuilder& graph, ScaleSource const& source) {
   char const* const function = IsOrderGiven(source) ? "distinct" : "distinctSorted";
   std::vector<NodeId> columns;
   std::vector<NodeId> texts;
+  bool hasMissing = false;
   // Values that no row is left of have their place all the same.
   bool isText = !source.encoding.legend.hidden.empty();
   StoreType const type = source.uses[0].rows->GetColumn(graph, source.uses[0].encoding->field).GetType();
@@ -49,14 +58,16 @@ NodeId FindDomain(GraphBuilder& graph, ScaleSource const& source) {
     RowColumn const& column = use.rows->GetColumn(graph, use.encoding->field);
     columns.push_back(column.node);
     texts.push_back(use.rows->GetTexts(graph, use.encoding->field).node);
+    hasMissing = hasMissing || column.values->AsColumn().HasSpecials();
     isText = isText || column.GetType() != type || type == StoreType::String || type == StoreType::Bool;
   }
   if (!source.encoding.legend.hidden.empty())
     texts.push_back(graph.Constant(name + " hidden values", MakeTextColumn(source.encoding.legend.hidden)));
   NodeId const values = JoinColumns(graph, name, function, isText ? texts : columns);
-  NodeId const domain =
-      WithoutSpecials(graph, name + " distinct values", graph.Call(name + " distinct", function, {values}));
-  return isText ? domain : graph.Map(name + " domain", "toString", domain);
+  NodeId const different = graph.Call(name + " distinct", function, {values});
+  NodeId const domain = isText ? different : graph.Map(name + " domain", "toString", different);
+  if (!hasMissing) return domain;
+  return NameMissing(graph, name, IsOrderGiven(source) ? domain : PutMissingFirst(graph, name, domain));
 }
 
 // The listed values that are there, then the others as they stand.
@@ -73,17 +84,22 @@ bool IsDescending(Encoding const& encoding) {
   return encoding.sortBy ? encoding.sortBy->isDescending : encoding.isDescending.value_or(false);
 }
 
-// By the numbers that the first rows of the values have; values without one come last.
+// By the numbers that the first rows of the values have; a missing number is below all others.
 NodeId SortByNumbers(GraphBuilder& graph, ScaleSource const& source, NodeId domain) {
   std::string const& name = source.name;
   for (FieldUse const& use : source.uses) {
     if (use.encoding->sortField.empty()) continue;
-    NodeId const texts = use.rows->GetTexts(graph, use.encoding->field).node;
-    NodeId const numbers = use.rows->GetColumn(graph, use.encoding->sortField).node;
+    NodeId const texts = use.rows->GetCategories(graph, use.encoding->field);
+    RowColumn const& numbers = use.rows->GetColumn(graph, use.encoding->sortField);
     NodeId const firstRows = graph.Call(name + " first rows", "indexIn", {domain, texts});
-    NodeId const keys = graph.Call(name + " sort numbers", "take", {numbers, firstRows});
-    NodeId const order =
-        graph.Call(name + " sorting", "sortIndices", {keys, graph.Bool(IsDescending(*use.encoding))});
+    NodeId const keys = graph.Call(name + " sort numbers", "take", {numbers.node, firstRows});
+    NodeId const isDescending = graph.Bool(IsDescending(*use.encoding));
+    std::vector<NodeId> sortKeys = {keys, isDescending};
+    if (numbers.values->AsColumn().HasSpecials()) {
+      NodeId const isNone = graph.Map(name + " has no sort number", "isSpecial", keys);
+      sortKeys = {graph.Map(name + " has a sort number", "not", isNone), isDescending, keys, isDescending};
+    }
+    NodeId const order = graph.Call(name + " sorting", "sortIndices", sortKeys);
     return graph.Call(name + " sorted domain", "take", {domain, order});
   }
   return domain;
@@ -98,7 +114,8 @@ NodeId FormatLabels(GraphBuilder& graph, ScaleSource const& source, NodeId domai
   TimeUnitSpec const& unit = source.encoding.timeUnit;
   if (unit.empty() || !source.encoding.scale.domain.empty()) return domain;
   NodeId const dates = graph.Map(source.name + " dates", "toDateTime", domain);
-  return FormatUnits(graph, source.name + " texts", unit, dates, GetFormat(source.encoding));
+  NodeId const texts = FormatUnits(graph, source.name + " texts", unit, dates, GetFormat(source.encoding));
+  return graph.Map(source.name + " texts or null", "replaceSpecial", texts, {graph.Text("null")});
 }
 
 }  // namespace
@@ -121,9 +138,6 @@ CategoryField IndexCategories(Compilation& compilation, ScaleSource const& sourc
   GraphBuilder& graph = compilation.graph;
   Encoding const& encoding = source.encoding;
   std::string const& name = source.name;
-  for (FieldUse const& use : source.uses)
-    RequireValues(use.rows->GetTable(), use.rows->GetTable().Get(use.encoding->field));
-
   CategoryField field;
   field.name = name;
   if (!encoding.scale.domain.empty()) {
@@ -137,7 +151,7 @@ CategoryField IndexCategories(Compilation& compilation, ScaleSource const& sourc
   }
   field.labels = FormatLabels(graph, source, field.domain);
   for (FieldUse const& use : source.uses) {
-    NodeId const texts = use.rows->GetTexts(graph, use.encoding->field).node;
+    NodeId const texts = use.rows->GetCategories(graph, use.encoding->field);
     field.indices.push_back(graph.Call(name + use.label + " indices", "indexIn", {texts, field.domain}));
   }
   field.count = graph.Call(name + " count", "count", {field.domain});

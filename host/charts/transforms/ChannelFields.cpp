@@ -127,7 +127,7 @@ class ChannelDeriver {
 
   Legend ReadLegend(Encoding const& encoding) {
     std::string const& field = encoding.field;
-    NodeId const texts = drawn_.rows->GetTexts(graph_, field).node;
+    NodeId const texts = drawn_.rows->GetCategories(graph_, field);
     NodeId const entries = graph_.Call(field + " entries", "distinct", {texts});
     return {graph_.Call(field + " entry", "indexIn", {texts, entries}),
             FindListed(graph_, field + " is hidden", entries, encoding.legend.hidden)};
@@ -250,7 +250,7 @@ class ChannelDeriver {
                                      {format(start), graph_.Text(" \u2013 "), format(encoding.endField)});
     NodeId const none = graph_.Map(encoding.field + " is none", "isSpecial", step.Numbers(start));
     NodeId const noText = graph_.Constant(
-        "no text", ort::core::factory::MakeSpecial(StoreTypeInfo::String, ort::core::SpecialKind::Missing));
+        "no text", ort::core::factory::MakeSpecial(StoreTypeInfo::String, ort::core::SpecialKind::Null));
     step.Set(encoding.field, graph_.Call(encoding.field, "choose", {none, noText, texts}));
     drawn_.rows = step.Extend();
     encoding.endField.clear();
@@ -392,7 +392,7 @@ class ChannelDeriver {
     std::string const place = NewName("place_" + encoding.field);
     RowStep step(graph_, *drawn_.rows, encoding.path);
     NodeId const list = graph_.Constant(place + " list", MakeTextColumn(encoding.scale.domain));
-    NodeId const index = graph_.Call(place + " index", "indexIn", {step.Texts(encoding.field), list});
+    NodeId const index = graph_.Call(place + " index", "indexIn", {step.Categories(encoding.field), list});
     step.Set(place, graph_.Map(place, "asReal64", index));
     drawn_.rows = step.Extend();
     return place;
@@ -431,7 +431,8 @@ class ChannelDeriver {
 
   // Series stand on one another at all places, also where one of them has no row.
   void FillStack(Encoding const& measure) {
-    GapSpec gaps{.path = measure.path + ".stack", .field = measure.field, .place = {}, .series = {}};
+    GapSpec gaps{
+        .path = measure.path + ".stack", .field = measure.field, .place = {}, .series = {}, .needed = {}};
     auto const add = [](std::vector<std::string>& fields, Encoding const& encoding) {
       for (std::string const& field :
            {encoding.field, encoding.startField, encoding.endField, encoding.sortField}) {
@@ -441,6 +442,7 @@ class ChannelDeriver {
     Channel const place = measure.channel == Channel::X ? Channel::Y : Channel::X;
     for (Encoding const& encoding : drawn_.encodings) {
       if (encoding.channel == place) add(gaps.place, encoding);
+      if (encoding.channel == place && !IsDiscrete(encoding.type)) add(gaps.needed, encoding);
       if (Splits(encoding) || IsFacet(encoding.channel)) add(gaps.series, encoding);
     }
     if (!gaps.place.empty() && !gaps.series.empty()) drawn_.rows = FillGaps(graph_, gaps, drawn_.rows);

@@ -22,7 +22,7 @@ class GapFiller {
     NodeId const series = step_.Groups("series to be stacked", gaps_.series);
     NodeId const isWhole = FindWholeRows();
     auto const keep = [&](NodeId groups) {
-      return graph_.Call("rows with a place", "filter", {groups, isWhole});
+      return isWhole < 0 ? groups : graph_.Call("rows with a place", "filter", {groups, isWhole});
     };
     NodeId const gaps = graph_.Call("gaps of series", "missingPairs", {keep(places), keep(series)});
     NodeId const place = graph_.Call("places of gaps", "member", {gaps, graph_.Text("first")});
@@ -49,15 +49,13 @@ class GapFiller {
   }
 
  private:
-  // Rows without a place or a series are drawn nowhere.
+  // -1 for all.
   NodeId FindWholeRows() {
     NodeId isWhole = -1;
-    for (auto const* fields : {&gaps_.place, &gaps_.series}) {
-      for (std::string const& field : *fields) {
-        NodeId const isMissing = graph_.Map(field + " is none", "isSpecial", step_.Column(field));
-        NodeId const isThere = graph_.Map(field + " is there", "not", isMissing);
-        isWhole = isWhole < 0 ? isThere : graph_.Zip("row is whole", "and", isWhole, isThere);
-      }
+    for (std::string const& field : gaps_.needed) {
+      NodeId const isMissing = graph_.Map(field + " is none", "isSpecial", step_.Column(field));
+      NodeId const isThere = graph_.Map(field + " is there", "not", isMissing);
+      isWhole = isWhole < 0 ? isThere : graph_.Zip("row is whole", "and", isWhole, isThere);
     }
     return isWhole;
   }

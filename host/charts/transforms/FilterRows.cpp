@@ -73,8 +73,24 @@ class FilterMask {
     return !filter.timeUnit.empty() || type == StoreType::Date || type == StoreType::DateTime;
   }
 
-  NodeId Dates(FilterSpec const& filter) {
-    NodeId const dates = step_.Instants(filter.field);
+  bool HasMissing(std::string const& field) { return step_.Get(field).values->AsColumn().HasSpecials(); }
+
+  // As in expressions null counts as 0 where it is compared by size, and is equal to no number.
+  NodeId Numbers(std::string const& field, bool isBySize) {
+    NodeId const numbers = step_.Numbers(field);
+    return isBySize && HasMissing(field) ? graph_.Map(field + " or 0", "coerceNumber", numbers) : numbers;
+  }
+
+  NodeId Instants(std::string const& field, bool isBySize) {
+    NodeId const dates = step_.Instants(field);
+    if (!isBySize || !HasMissing(field)) return dates;
+    NodeId const numbers = graph_.Call(field + " milliseconds", "millisecondsOfDate", {dates});
+    return graph_.Call(field + " or 1970", "dateOfMilliseconds",
+                       {graph_.Map(field + " or 0", "coerceNumber", numbers)});
+  }
+
+  NodeId Dates(FilterSpec const& filter, bool isBySize) {
+    NodeId const dates = Instants(filter.field, isBySize);
     if (filter.timeUnit.empty()) return dates;
     return FloorDates(graph_, filter.timeUnit.name + " " + filter.field, filter.timeUnit, dates);
   }
@@ -89,12 +105,13 @@ class FilterMask {
 
   NodeId Compare(FilterSpec const& filter, char const* function, Literal const& literal) {
     std::string const name = fmt::format("{} {}", filter.field, function);
+    bool const isBySize = std::string_view(function) != "equal";
     if (IsDate(filter)) {
       NodeId const date = graph_.Constant("date", factory::MakeDateTime(ReadDate(filter, literal)));
-      return graph_.Zip(name, function, Dates(filter), date);
+      return graph_.Zip(name, function, Dates(filter, isBySize), date);
     }
     if (auto const* number = std::get_if<double>(&literal))
-      return graph_.Zip(name, function, step_.Numbers(filter.field), graph_.Real(*number));
+      return graph_.Zip(name, function, Numbers(filter.field, isBySize), graph_.Real(*number));
     auto const* text = std::get_if<std::string>(&literal);
     bool const* flag = std::get_if<bool>(&literal);
     std::string const wanted = text != nullptr ? *text : flag != nullptr && *flag ? "true" : "false";

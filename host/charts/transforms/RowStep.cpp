@@ -44,6 +44,8 @@ NodeId RowStep::Instants(std::string const& field) {
 
 NodeId RowStep::Texts(std::string const& field) { return rows_.GetTexts(graph, field).node; }
 
+NodeId RowStep::Categories(std::string const& field) { return rows_.GetCategories(graph, field); }
+
 NodeId RowStep::Groups(std::string const& name, std::vector<std::string> const& fields) {
   if (fields.empty()) {
     return graph.Constant(name, ort::core::factory::MakeConstantArray<int>(ort::core::StoreTypeInfo::Int32, 0,

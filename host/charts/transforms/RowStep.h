@@ -29,6 +29,8 @@ class RowStep {
   /// DateTime.
   NodeId Instants(std::string const& field);
   NodeId Texts(std::string const& field);
+  /// Texts, with those of missing values.
+  NodeId Categories(std::string const& field);
   /// Int32: which rows are equal in all fields; all rows are one group of none.
   NodeId Groups(std::string const& name, std::vector<std::string> const& fields);
 

@@ -34,6 +34,7 @@ struct GapSpec {
   std::string field;                ///< the number that is stacked: 0 in new rows
   std::vector<std::string> place;   ///< fields that are equal in the rows of a place
   std::vector<std::string> series;  ///< fields that are equal in the rows of a series
+  std::vector<std::string> needed;  ///< fields without which a row is drawn nowhere
 };
 
 /// Further rows behind the others, one for each place at which other series have a row and a series has none.

@@ -39,7 +39,7 @@ TEST(ConvertColumnTest, EveryTypeConvertsByRow) {
        "String 1970-01-02|null|1969-12-31", "Bool true|null|true"},
       {kTimes, "Real64 0.1|-1000", "DateTime 1970-01-01T00:00:00.0001|1969-12-31T23:59:59.0000",
        "String 1970-01-01T00:00:00.0001|1969-12-31T23:59:59.0000", "Bool true|true"},
-      {kStrings, "Real64 12|1.5|-|null|-|-|1880|-|0|-",
+      {kStrings, "Real64 12|1.5|-|null|null|-|1880|-|0|-",
        "DateTime 0012-01-01T00:00:00.0000|1970-01-01T00:00:00.0015|-|null|-|1970-01-02T00:00:00.0000|"
        "1880-01-01T00:00:00.0000|-|1970-01-01T00:00:00.0000|-",
        "String 12| 1.5 |x|null||Jan 2 1970|1880|false|0|\xC3\xA4",

@@ -40,12 +40,12 @@ TEST(SeparatedValuesTest, ColumnsTakeTheNarrowestTypeOfAllRows) {
 }
 
 TEST(SeparatedValuesTest, MissingFieldsAreSpecialExceptInStrings) {
-  ExpectTables({{"a,b\n1,\n,2\n", "a: Int64 1|-; b: Int64 -|2"},
+  ExpectTables({{"a,b\n1,\n,2\n", "a: Int64 1|null; b: Int64 null|2"},
                 {"a\nNaN\n1.5\nnan\nnull\nNA\nN/A\n", "a: Real64 -|1.5|-|-|-|-"},
-                {"a,b\n2000-01-31,true\n,\n", "a: Date 2000-01-31|-; b: Bool true|-"},
+                {"a,b\n2000-01-31,true\n,\n", "a: Date 2000-01-31|null; b: Bool true|null"},
                 {"a,b\n,1\n ,2\nNA,3\nx,4\n", "a: String | |NA|x; b: Int64 1|2|3|4"},
-                {"a,b\nNA,1\n,2\n", "a: Real64 -|-; b: Int64 1|2"},
-                {"a\n\n1\n\n2\n", "a: Int64 -|1|-|2"},
+                {"a,b\nNA,1\n,2\n", "a: Real64 -|null; b: Int64 1|2"},
+                {"a\n\n1\n\n2\n", "a: Int64 null|1|null|2"},
                 {"a,b\n\n1,2\n\n\n3,4\n\n", "a: Int64 1|3; b: Int64 2|4"}});
 }
 
@@ -55,7 +55,7 @@ TEST(SeparatedValuesTest, QuotesAndLineBreaksFollowTheFormat) {
                 {"a,b\r1,2\r3,4", "a: Int64 1|3; b: Int64 2|4"},
                 {"\xEF\xBB\xBF\"a\",b\n1,2", "a: Int64 1; b: Int64 2"},
                 {"a,b\n\"one\ntwo\",2", "a: String one\ntwo; b: Int64 2"},
-                {"a,b\n1,", "a: Int64 1; b: Real64 -"},
+                {"a,b\n1,", "a: Int64 1; b: Real64 null"},
                 {"a,,\"c\"\"d\"\n1,2,3\n", "a: Int64 1; column 2: Int64 2; c\"d: Int64 3"},
                 {"a\n\"\"\"\"\n\"\"\"\"\"\"\n", "a: String \"|\"\""}});
 }
