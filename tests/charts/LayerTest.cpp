@@ -78,6 +78,31 @@ TEST(Layers, ShareScalesOverTheDataOfAll) {
   }
 }
 
+TEST(Layers, HideAnAxisWhereTheFirstThatTellsOfItDoes) {
+  struct {
+    char const* first;
+    char const* second;
+    char const* texts;
+  } const cases[] = {
+      {R"(,"axis":null)", "", ""},
+      {"", R"(,"axis":null)", ""},
+      {R"(,"axis":null)", R"(,"axis":{"values":[1]})", ""},
+      {R"(,"axis":{"values":[1],"title":null})", R"(,"axis":null)", "1"},
+      {"", R"(,"axis":{"values":[1],"title":null})", "1"},
+  };
+  ChartDrawing const drawing;
+  for (auto const& c : cases) {
+    auto const layer = [](std::string const& axis) {
+      return R"({"mark":"point","encoding":{"x":{"field":"a","type":"quantitative")" + axis + "}}}";
+    };
+    Scene const scene = drawing
+                            .Draw(R"({"data":{"values":[{"a":1},{"a":2}]},"layer":[)" + layer(c.first) + "," +
+                                  layer(c.second) + "]}")
+                            .scene;
+    EXPECT_EQ(ReadTexts(scene, "axis x"), c.texts) << c.first << c.second;
+  }
+}
+
 TEST(Layers, RefuseScalesThatContradictEachOther) {
   struct Case {
     std::string layers;

@@ -197,8 +197,8 @@ TEST(ChartPlan, RefusesWhatNoMarkOrScaleCanDraw) {
       {"\"point\"", "1 2|2 3", kX + R"(,"scale":{"domainMin":5}})",
        "$.encoding.x.scale.domainMin: 5 is not below the largest value of field 'f0', 2; give domainMax as "
        "well"},
-      {"\"point\"", "1 2|2 3", kX + R"(,"scale":{"domainMax":1}})",
-       "$.encoding.x.scale.domainMax: 1 is not above the least value of field 'f0', 1; give domainMin as "
+      {"\"point\"", "1 2|2 3", kX + R"(,"scale":{"domainMax":-1}})",
+       "$.encoding.x.scale.domainMax: -1 is not above the least value of field 'f0', 0; give domainMin as "
        "well"},
       {"\"point\"", "1 2", kX + R"(,"scale":{"domain":[0,1e308]}})",
        "$.encoding.x.scale.domain: expects numbers from -1e307 to 1e307"},

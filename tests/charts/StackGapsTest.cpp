@@ -113,5 +113,25 @@ TEST(StackGaps, AreFilledAmongAggregates) {
   EXPECT_EQ(heights(*areas[1]), "0 40 20 nan ");
 }
 
+// A number that is missing is a gap, also between series that stand on one another; it counts 0 for them.
+TEST(StackGaps, RowsWithoutNumbersBreakAreas) {
+  ChartDrawing const drawing;
+  std::string const axes =
+      R"("x":{"field":"f0","type":"quantitative"},"y":{"field":"f1","type":"quantitative","stack":"zero",)"
+      R"("scale":{"domain":[0,10]}})";
+  auto const draw = [&](std::string const& rows, std::string const& more) {
+    std::string tops;
+    DrawnChart const drawn = drawing.Draw(MakeDocument("\"area\"", rows, axes + more));
+    for (AreaMark const* area : FindMarks<AreaMark>(drawn.scene, "marks")) {
+      for (Point const& point : area->points) tops += fmt::format("{:.0f} ", 100 - point.y);
+      tops += "|";
+    }
+    return tops;
+  };
+  EXPECT_EQ(draw("1 3|2 5|3 null|4 2|5 null", ""), "30 50 nan 20 nan |");
+  EXPECT_EQ(draw(R"(1 3 "a"|2 null "a"|3 2 "a"|1 1 "b"|2 4 "b"|3 1 "b")", R"(,"color":{"field":"f2"})"),
+            "40 nan 30 |10 40 10 |");
+}
+
 }  // namespace
 }  // namespace ostrel::charts

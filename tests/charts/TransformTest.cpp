@@ -32,6 +32,10 @@ std::string const kY = R"("y":{"field":"f1","type":"quantitative"})";
 std::string const kWide = R"("scale":{"paddingInner":0})";
 std::string const kBandX = R"("x":{"field":"f0","type":"nominal",)" + kWide + "}";
 
+std::string MeanY(std::string const& scale) {
+  return R"("y":{"field":"f1","type":"quantitative","aggregate":"mean","scale":{)" + scale + "}}";
+}
+
 TEST(Bars, StandOnTheirBaseLine) {
   ChartDrawing const drawing;
   struct {
@@ -48,6 +52,20 @@ TEST(Bars, StandOnTheirBaseLine) {
        "0,33,100,100 0,0,100,100"},
       {R"("a" 1|"a" 3|"b" 5)", kBandX + R"(,"y":{"field":"f1","type":"quantitative","stack":"normalize"})",
        "0,75,50,100 0,0,50,75 50,0,100,100"},
+      // Means begin where the domain does, be 0 in it or not.
+      {R"("a" 15|"b" 20)", kBandX + "," + MeanY(R"("zero":false,"nice":false)"), "0,100,50,100 50,0,100,100"},
+      {R"("a" 15|"b" 20)", kBandX + "," + MeanY(R"("domain":[10,20])"), "0,50,50,100 50,0,100,100"},
+      {R"("a" 15|"b" 20)", kBandX + "," + MeanY(R"("domain":[20,10])"), "0,50,50,100 50,100,100,100"},
+      {R"("a" 20)", kBandX + "," + MeanY(R"("domainMax":40)"), "0,50,100,100"},
+      // What lies between two numbers on both axes needs no room for a bar's breadth.
+      {"0 5 0 10|5 10 0 5",
+       R"("x":{"field":"f0","type":"quantitative"},"x2":{"field":"f1"},"y":{"field":"f2",)"
+       R"("type":"quantitative"},"y2":{"field":"f3"})",
+       "0,0,50,100 50,50,100,100"},
+      // Numbers outside of bins with given ends are in none.
+      {"1|2|7|9.2",
+       R"("x":{"field":"f0","type":"quantitative","bin":{"extent":[0,8],"step":2}},"y":{"aggregate":"count"})",
+       "0,0,24,100 26,0,50,100 76,0,100,100"},
       // The largest stack has the whole height, the other stands in its middle.
       {R"("a" 2|"b" 10)", kBandX + R"(,"y":{"field":"f1","type":"quantitative","stack":"center"})",
        "0,40,50,60 50,0,100,100"},

@@ -204,10 +204,9 @@ class PositionPlanner {
            !compilation_.document.IsMap();
   }
 
-  // Whether the rows of a layer have their places on a channel: it is not the one of their size.
   bool IsPlace(LayerUse const& use) const {
     LayerSpec const& spec = compilation_.document.layers[use.layer];
-    return IsHorizontal(spec.mark, spec.encodings) == (use.encoding->channel == Channel::Y);
+    return IsPlaceOf(spec.mark, spec.encodings, use.encoding->channel);
   }
 
   // Half a mark would reach out of the pane at the ends of a scale that its rows have their places on.

@@ -44,12 +44,15 @@ MarkSpan LeaveGap(MarkContext& context, Channel channel, MarkSpan const& span, d
   return {graph.Zip(name + " from", "add", low, inset), graph.Zip(name + " to", "subtract", high, inset)};
 }
 
+// A domain without 0 has its base line where it begins, in the order that the document gives its ends in.
 NodeId BaseLine(MarkContext& context, Channel channel, PositionScale const& scale) {
   GraphBuilder& graph = context.GetGraph();
   std::string const name = NameOfDirection(channel) + std::string(" base");
-  bool const hasZero = scale.scaleType == ScaleType::Linear || scale.scaleType == ScaleType::Sqrt;
-  NodeId const base = hasZero ? PlaceNumbers(graph, scale, name, graph.Real(0)) : graph.Real(scale.start);
-  return context.Repeat(name + " line", base);
+  bool const canHaveZero = scale.scaleType == ScaleType::Linear || scale.scaleType == ScaleType::Sqrt;
+  bool const hasZero = canHaveZero && graph.Peek(scale.field.minimum)->GetReal64() <= 0 &&
+                       graph.Peek(scale.field.maximum)->GetReal64() >= 0;
+  NodeId const begin = graph.Real(scale.field.isReversed ? scale.end : scale.start);
+  return context.Repeat(name + " line", hasZero ? PlaceNumbers(graph, scale, name, graph.Real(0)) : begin);
 }
 
 }  // namespace
@@ -79,7 +82,7 @@ MarkSpan SpanOfPlace(MarkContext& context, Channel channel, PlaceRules const& ru
     MarkSpan span{context.GetPosition(channel), context.GetPosition(SecondOf(channel))};
     if (pixels && IsInterval(context, channel))
       return SpanAround(graph, channel, Middle(graph, span), graph.Real(*pixels));
-    if (rules.gap > 0) span = LeaveGap(context, channel, span, rules.gap);
+    if (rules.gap > 0 && IsInterval(context, channel)) span = LeaveGap(context, channel, span, rules.gap);
     return band ? Shrink(graph, channel, span, *band) : span;
   }
   NodeId breadth = context.GetBandwidth(channel);

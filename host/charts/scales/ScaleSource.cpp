@@ -10,6 +10,12 @@
 namespace ostrel::charts {
 namespace {
 
+bool SaysAnything(GuideSpec const& guide) {
+  bool says = guide.isHidden || guide.title.isGiven;
+  VisitGuideMembers([&](auto const& member) { says = says || !IsOpen(guide.*member.member); });
+  return says;
+}
+
 // Takes over what one more channel says; two may say the same, but not two things.
 class EncodingJoiner {
  public:
@@ -48,19 +54,10 @@ class EncodingJoiner {
     joined_.keepsDataOrder = joined_.keepsDataOrder || further_.keepsDataOrder;
   }
 
-  // A guide is shown unless all channels hide it.
   void JoinGuides() {
     if (IsSecondPosition(further_.channel)) return;
-    if (further_.axis.isHidden || further_.legend.isHidden) return;
-    joined_.axis.isHidden = false;
-    joined_.legend.isHidden = false;
-    VisitGuideMembers([&](auto const& member) {
-      auto const join = [&](char const* guide, GuideSpec& into, GuideSpec const& from) {
-        Join(fmt::format("{}.{}", guide, member.name).c_str(), into.*member.member, from.*member.member);
-      };
-      join("axis", joined_.axis, further_.axis);
-      join("legend", joined_.legend, further_.legend);
-    });
+    JoinGuide("axis", joined_.axis, further_.axis);
+    JoinGuide("legend", joined_.legend, further_.legend);
   }
 
   void CheckTypes() const {
@@ -72,6 +69,18 @@ class EncodingJoiner {
   }
 
  private:
+  // The first channel that says anything of a guide hides or shows it.
+  void JoinGuide(char const* guide, GuideSpec& into, GuideSpec const& from) const {
+    if (into.isHidden) return;
+    if (from.isHidden) {
+      into.isHidden = !SaysAnything(into);
+      return;
+    }
+    VisitGuideMembers([&](auto const& member) {
+      Join(fmt::format("{}.{}", guide, member.name).c_str(), into.*member.member, from.*member.member);
+    });
+  }
+
   template <class T>
   void Join(char const* property, T& into, T const& from) const {
     if (IsOpen(from) || into == from) return;

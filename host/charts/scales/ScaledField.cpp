@@ -147,10 +147,18 @@ void SetGivenDomain(Compilation& compilation, Encoding const& encoding, ScaledFi
   field.maximum = compilation.graph.Real(high);
 }
 
+// Whether the domain reaches to 0 wherever the document gives no end.
+bool IncludesZero(ScaleSpec const& scale, DomainRules const& rules, ScaleType type) {
+  return type != ScaleType::Log &&
+         scale.zero.value_or(rules.includesZero && scale.domain.empty() && scale.unionWith.empty());
+}
+
 // One end that the document gives must leave room for the data's other one.
-void CheckGivenEnds(Compilation const& compilation, Encoding const& encoding, NumberExtent extent) {
+void CheckGivenEnds(Compilation const& compilation, Encoding const& encoding, DomainRules const& rules,
+                    NumberExtent extent) {
   ScaleSpec const& scale = encoding.scale;
-  if (scale.zero == true) extent = {std::min(extent.lowest, 0.0), std::max(extent.highest, 0.0)};
+  if (IncludesZero(scale, rules, ResolveScaleType(encoding)))
+    extent = {std::min(extent.lowest, 0.0), std::max(extent.highest, 0.0)};
   auto const refuse = [&](char const* property, double given, char const* where, double end,
                           char const* other) {
     ThrowDocumentError(compilation.document, fmt::format("{}.scale.{}", encoding.path, property),
@@ -205,7 +213,7 @@ void WidenDomain(GraphBuilder& graph, Encoding const& encoding, DomainRules cons
   bool const isOpen = scale.domain.empty() && !scale.domainMin && !scale.domainMax;
   std::string const& name = field.name;
   NodeId domain = MakeRange(graph, name, field.minimum, field.maximum, StoreType::Real64);
-  if (!isLog && scale.zero.value_or(rules.includesZero && isOpen && scale.unionWith.empty()))
+  if (IncludesZero(scale, rules, field.scaleType))
     domain = graph.Zip(name + " range with zero", "extendRangesToIncludeZero", domain, graph.Bool(true));
   domain = graph.Map(name + " range", "extendPointRanges", domain);
   if (scale.niceCount || scale.nice.value_or(rules.isNice && isOpen)) {
@@ -268,7 +276,7 @@ void PlanNumbers(Compilation& compilation, ScaleSource const& source, DomainRule
   if (isLog) CheckLog(compilation, source);
   NumberExtent const listed = ReadUnion(compilation, encoding);
   extent.Add(listed);
-  if (!extent.IsEmpty()) CheckGivenEnds(compilation, encoding, extent);
+  if (!extent.IsEmpty()) CheckGivenEnds(compilation, encoding, rules, extent);
   // Zeros alone are widened to either side, and padding may reach below 0.
   bool const isZero = extent.lowest == 0 && extent.highest == 0;
   field.hasNegatives = extent.lowest < 0 || isZero || encoding.scale.domainMin.value_or(0) < 0 ||

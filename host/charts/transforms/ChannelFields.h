@@ -20,4 +20,8 @@ DrawnRows DeriveChannelFields(GraphBuilder& graph, LayerSpec const& layer, std::
 /// Whether bars, areas and the like run along x, away from a base line at the left.
 bool IsHorizontal(MarkSpec const& mark, std::vector<Encoding> const& encodings);
 
+/// Whether the rows of a mark have their places on a position channel, x or y, and their size along the other
+/// one. A mark between two measures on both has places on neither.
+bool IsPlaceOf(MarkSpec const& mark, std::vector<Encoding> const& encodings, Channel channel);
+
 }  // namespace ostrel::charts

@@ -15,12 +15,23 @@ NodeId Member(GraphBuilder& graph, std::string const& name, NodeId tuple, int pl
   return graph.Call(name, "member", {tuple, graph.Int(place)});
 }
 
+// Numbers outside of bins that the document gives the ends of belong to none.
+NodeId LeaveOutside(GraphBuilder& graph, std::string const& name, NodeId numbers, NodeId start, NodeId stop) {
+  NodeId const none = graph.Constant(
+      "none",
+      ort::core::factory::MakeSpecial(ort::core::StoreTypeInfo::Real64, ort::core::SpecialKind::Missing));
+  NodeId const isOutside =
+      graph.Zip(name + " is outside", "or", graph.Zip(name + " is below", "less", numbers, start),
+                graph.Zip(name + " is above", "greater", numbers, stop));
+  return graph.Call(name + " inside", "choose", {isOutside, none, numbers});
+}
+
 }  // namespace
 
 std::shared_ptr<LayerRows> BinRows(GraphBuilder& graph, BinTransform const& bin, LayerRows& rows) {
   RowStep step(graph, rows, bin.path);
   std::string const& name = bin.start;
-  NodeId const numbers = step.Numbers(bin.field);
+  NodeId numbers = step.Numbers(bin.field);
   BinSpec const& spec = bin.bin;
   NodeId const low =
       spec.extentStart ? graph.Real(*spec.extentStart) : graph.Call(name + " lowest", "columnMin", {numbers});
@@ -35,6 +46,7 @@ std::shared_ptr<LayerRows> BinRows(GraphBuilder& graph, BinTransform const& bin,
   NodeId const first = graph.Zip(name + " first end", "add", start, width);
   NodeId const last = graph.Zip(name + " last start", "subtract", stop, width);
 
+  if (spec.extentStart || spec.extentEnd) numbers = LeaveOutside(graph, name, numbers, start, stop);
   NodeId const place = graph.Map(name + " place", "invlerp", numbers, {start, first});
   NodeId const index = graph.Map(name + " index", "floor",
                                  graph.Zip(name + " near place", "add", place, graph.Real(kRounding)));

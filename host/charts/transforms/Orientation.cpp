@@ -46,4 +46,12 @@ bool IsHorizontal(MarkSpec const& mark, std::vector<Encoding> const& encodings) 
   return IsContinuous(x) && !IsContinuous(y) && y != nullptr;
 }
 
+bool IsPlaceOf(MarkSpec const& mark, std::vector<Encoding> const& encodings, Channel channel) {
+  bool const isBetweenAll = !mark.isHorizontal && IsMeasure(FindChannel(encodings, Channel::X)) &&
+                            IsMeasure(FindChannel(encodings, Channel::Y)) &&
+                            FindChannel(encodings, Channel::X2) != nullptr &&
+                            FindChannel(encodings, Channel::Y2) != nullptr;
+  return !isBetweenAll && IsHorizontal(mark, encodings) == (channel == Channel::Y);
+}
+
 }  // namespace ostrel::charts

@@ -31,6 +31,23 @@ Stacked StackColumn(RowStep& step, StackSpec const& stack, NodeId numbers, NodeI
   return {scan(stack.start, "tc_prev_stack_value"), scan(stack.end, "tc_curr_stack_value")};
 }
 
+// Rounding takes no share out of the whole.
+NodeId HoldShare(GraphBuilder& graph, std::string const& name, NodeId share) {
+  NodeId const held = graph.Map(name + " from 0", "clampMin", share, {graph.Real(0)});
+  return graph.Map(name + " to 1", "clampMax", held, {graph.Real(1)});
+}
+
+// A row without a number is no part of its stack.
+void SetEnds(RowStep& step, StackSpec const& stack, NodeId numbers, Stacked const& ends) {
+  GraphBuilder& graph = step.graph;
+  NodeId const none = graph.Constant(
+      "none",
+      ort::core::factory::MakeSpecial(ort::core::StoreTypeInfo::Real64, ort::core::SpecialKind::Missing));
+  NodeId const isNone = graph.Map(stack.field + " is none", "isSpecial", numbers);
+  step.Set(stack.start, graph.Call(stack.start + " of numbers", "choose", {isNone, none, ends.start}));
+  step.Set(stack.end, graph.Call(stack.end + " of numbers", "choose", {isNone, none, ends.end}));
+}
+
 }  // namespace
 
 std::shared_ptr<LayerRows> StackRows(GraphBuilder& graph, StackSpec const& stack, LayerRows& rows) {
@@ -38,9 +55,7 @@ std::shared_ptr<LayerRows> StackRows(GraphBuilder& graph, StackSpec const& stack
   NodeId const groups = step.Groups("stack of row", stack.groups);
   NodeId numbers = step.Numbers(stack.field);
   if (stack.offset == StackOffset::Zero) {
-    Stacked const ends = StackColumn(step, stack, numbers, groups);
-    step.Set(stack.start, ends.start);
-    step.Set(stack.end, ends.end);
+    SetEnds(step, stack, numbers, StackColumn(step, stack, numbers, groups));
     return step.Extend();
   }
   numbers = graph.Map(stack.field + " without sign", "abs", numbers);
@@ -49,15 +64,14 @@ std::shared_ptr<LayerRows> StackRows(GraphBuilder& graph, StackSpec const& stack
   auto const place = [&](std::string const& name, NodeId end) {
     if (stack.offset == StackOffset::Normalize) {
       NodeId const whole = graph.Call("whole of row", "take", {sums, groups});
-      return graph.Zip(name + " share", "/special", end, whole);
+      return HoldShare(graph, name, graph.Zip(name + " share", "/special", end, whole));
     }
     NodeId const room =
         graph.Zip("room beside stack", "subtract", graph.Call("largest stack", "columnMax", {sums}), sums);
     NodeId const below = graph.Zip("room below stack", "multiply", room, graph.Real(0.5));
     return graph.Zip(name + " centred", "add", end, graph.Call("below row", "take", {below, groups}));
   };
-  step.Set(stack.start, place(stack.start, ends.start));
-  step.Set(stack.end, place(stack.end, ends.end));
+  SetEnds(step, stack, numbers, {place(stack.start, ends.start), place(stack.end, ends.end)});
   return step.Extend();
 }
 
