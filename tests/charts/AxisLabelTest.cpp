@@ -55,5 +55,28 @@ TEST(AxisLabels, WrapAndTurnAndAreShortenedByOneRule) {
   }
 }
 
+// An interval's ends stay together.
+TEST(AxisLabels, OfBinsAreTurnedRatherThanWrapped) {
+  struct Case {
+    char const* axis;
+    double width;
+    char const* labels;
+    double angle;
+  };
+  Case const cases[] = {{"", 400, "0 \u2013 2|2 \u2013 4", 0},
+                        {"", 80, "0 \u2013 2|2 \u2013 4", -90},
+                        {R"("labelAngle":0)", 80, "0 \u2013 2", 0}};
+  ChartDrawing const drawing;
+  for (Case const& c : cases) {
+    std::string const document = fmt::format(
+        R"({{"width":{},"data":{{"values":[{{"a":1}},{{"a":3}}]}},"mark":"bar","encoding":{{"x":{{"field":"a",)"
+        R"("type":"ordinal","bin":{{"step":2}},"title":null,"axis":{{{}}}}}}}}})",
+        c.width, c.axis);
+    Scene const scene = drawing.Draw(document).scene;
+    EXPECT_EQ(ReadTexts(scene, "axis x"), c.labels) << document;
+    EXPECT_EQ(FindMarks<TextMark>(scene, "axis x").at(0)->angle, c.angle) << document;
+  }
+}
+
 }  // namespace
 }  // namespace ostrel::charts

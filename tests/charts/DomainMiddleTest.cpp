@@ -30,6 +30,9 @@ TEST(DomainMiddle, HalvesOfTheDomainGetHalvesOfTheColors) {
       {"-10|0|30", R"({"domainMid":0,"domain":[-20,40],"range":["#000000","#0000c8"]})", {50, 100, 175}},
       // A middle outside of the data is an end.
       {"10|20|40", R"({"domainMid":0,"range":["#000000","#0000c8"]})", {125, 150, 200}},
+      // The same as a domain of three values, whichever way they run.
+      {"-10|0|30", R"({"domain":[-20,0,40],"range":["#000000","#000064","#0000c8"]})", {50, 100, 175}},
+      {"-10|0|30", R"({"domain":[40,0,-20],"range":["#0000c8","#000064","#000000"]})", {50, 100, 175}},
       {"10|20|40", R"({"domainMid":50,"range":["#000000","#0000c8"]})", {0, 25, 75}},
   };
   for (Case const& c : cases) {
@@ -40,6 +43,32 @@ TEST(DomainMiddle, HalvesOfTheDomainGetHalvesOfTheColors) {
       EXPECT_NEAR(blue, c.blues[row], 1) << c.rows << " " << c.scale << " row " << row;
     }
   }
+}
+
+TEST(DiscreteStyles, StandAtEvenDistancesInTheirRange) {
+  struct Case {
+    char const* rows;
+    char const* encoding;
+    std::vector<double> sizes;
+  };
+  Case const cases[] = {
+      {"3|4|8", R"("type":"ordinal","scale":{"range":[10,50]})", {10, 30, 50}},
+      {"3|4|8", R"("type":"ordinal","scale":{"range":[10,50],"reverse":true})", {50, 30, 10}},
+      {"3|4|8", R"("type":"nominal","sort":[4,8,3])", {361, 9, 185}},
+      {"5|5", R"("type":"ordinal","scale":{"range":[10,50]})", {30, 30}},
+  };
+  for (Case const& c : cases) {
+    std::string const field = std::string(R"("size":{"field":"f0",)") + c.encoding + "}";
+    SymbolMarks const marks = DrawSymbols(c.rows, field);
+    for (std::size_t row = 0; row < c.sizes.size(); ++row)
+      EXPECT_EQ(marks.size.column->AsTypedArray<double>().GetElement(static_cast<int>(row)), c.sizes[row])
+          << c.encoding;
+  }
+  ChartDrawing const drawing;
+  EXPECT_EQ(
+      drawing.Draw(MakeDocument("\"point\"", "1|2", R"("opacity":{"field":"f0","type":"nominal"})")).warnings,
+      std::vector<std::string>{"the opacity of nominal 'f0' tells an order that its values do not have; "
+                               "use \"ordinal\", or color"});
 }
 
 TEST(DomainMiddle, SizesGrowFromItBothWays) {

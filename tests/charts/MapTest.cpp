@@ -39,6 +39,16 @@ TEST(Maps, PlacePointsInTheMiddleOfTheirPart) {
             std::vector<std::string>{"1 of 3 rows have no finite number in 'lon' for the map; not drawn"});
 }
 
+TEST(Maps, WriteTextsWherePointsStand) {
+  ChartDrawing const drawing;
+  std::string const rows = R"({"lon":130,"lat":20},{"lon":-130,"lat":-20})";
+  std::string places;
+  Scene const scene = drawing.Draw(MakeMap(rows, "", R"({"type":"text","text":"A","dx":5})")).scene;
+  for (TextMark const* text : FindMarks<TextMark>(scene, "marks"))
+    places += fmt::format("{} {:.0f} ", text->text, text->at.x);
+  EXPECT_EQ(places, "A 20 A 190 ");
+}
+
 TEST(Maps, GiveCopiesOfARowItsStyle) {
   ChartDrawing const drawing;
   Scene const scene =

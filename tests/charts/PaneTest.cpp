@@ -92,6 +92,49 @@ TEST(Panes, HaveTheirRowsOnSharedOrOwnScales) {
   }
 }
 
+TEST(Panes, AreCalledWhatAxesCallTheirValues) {
+  struct Case {
+    char const* column;  // of f0
+    char const* headers;
+  };
+  Case const cases[] = {
+      {R"("timeUnit":"month","type":"ordinal")", "f0|Mar|Apr|f0 (month)"},
+      {R"("timeUnit":"year","type":"ordinal","title":null)", "f0|2020|2021"},
+      {R"("timeUnit":"yearmonth","header":{"format":"%m/%y","title":"M"})", "f0|03/20|04/21|M"},
+      {R"("type":"temporal")", "f0|Mar 01,|2020|Apr 09,|2021|f0"},
+      {R"("type":"temporal","sort":"descending","header":{"format":"%Y"})", "f0|2021|2020|f0"},
+      {R"("field":"f1","bin":{"step":2})", "f0|0 \u2013 2|6 \u2013 8|f1 (binned)"},
+      {R"("field":"f1","type":"ordinal","header":{"format":".1f"})", "f0|1.0|7.0|f1"},
+  };
+  ChartDrawing const drawing;
+  for (Case const& c : cases) {
+    std::string const field = std::string(c.column).starts_with("\"field") ? "" : R"("field":"f0",)";
+    std::string const encoding =
+        R"("x":{"field":"f0","type":"temporal"},"column":{)" + field + c.column + "}";
+    Scene const scene =
+        drawing.Draw(MakeDocument("\"point\"", R"("2021-04-09" 7|"2020-03-01" 1)", encoding)).scene;
+    EXPECT_EQ(ReadTexts(scene, "header"), c.headers) << c.column;
+  }
+}
+
+TEST(Panes, HeadersAreTurnedAndPanesKeepTheirSpacing) {
+  ChartDrawing const drawing;
+  Scene const scene =
+      drawing
+          .Draw(MakePanes(
+              R"("row":{"field":"h","spacing":50,"header":{"labelAngle":0}},"column":{"field":"g","spacing":0})"))
+          .scene;
+  auto const headers = FindMarks<TextMark>(scene, "header");
+  ASSERT_EQ(ReadTexts(scene, "header"), "a|b|u|v|h|null|p|q|g");
+  EXPECT_EQ(headers[1]->angle, -90);
+  EXPECT_EQ(headers[2]->angle, 0);
+  auto const panes = FindPanes(scene);
+  // Labels of the axes reach over the panes' edges.
+  EXPECT_GE(panes[3]->origin.y - panes[0]->origin.y, 100);
+  EXPECT_LT(panes[3]->origin.y - panes[0]->origin.y, 120);
+  EXPECT_LT(panes[1]->origin.x - panes[0]->origin.x, 121);
+}
+
 /// "p q / u": the texts of every pane's own legend.
 std::string DescribeLegends(Scene const& scene) {
   std::string text;

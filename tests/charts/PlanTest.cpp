@@ -212,8 +212,6 @@ TEST(ChartPlan, RefusesWhatNoMarkOrScaleCanDraw) {
        "$.encoding.opacity: a line has one width and opacity; use \"color\" or \"detail\""},
       {"\"line\"", "1 2", kX + R"(},"color":{"field":"f1","type":"quantitative"})",
        "$.encoding.color.type: a line has one color; use \"nominal\" or \"ordinal\""},
-      {"\"point\"", "1 2", R"("size":{"field":"f1","type":"nominal"})",
-       "$.encoding.size.type: this channel needs numbers; use \"quantitative\""},
       {R"({"type":"point","color":"reddish"})", "1 2", kX + "}", "$.mark.color: \"reddish\" is no colour"},
   };
   ChartDrawing const drawing;

@@ -156,6 +156,14 @@ struct HeaderSpec {
   bool isHidden = false;  ///< "header": null
   TitleSpec title;
   std::optional<bool> labels;
+  std::string format;
+  std::optional<double> labelAngle;  ///< 0, 90 or -90 degrees
+};
+
+/// Pixels between panes with their axes.
+struct PaneSpacing {
+  std::optional<double> rows;
+  std::optional<double> columns;
 };
 
 struct Encoding {
@@ -172,7 +180,8 @@ struct Encoding {
   GuideSpec legend;
   HeaderSpec header;
   std::optional<double> columns;  ///< panes in a row of channel facet
-  std::vector<Literal> sort;      ///< an explicit order of the values
+  PaneSpacing spacing;
+  std::vector<Literal> sort;  ///< an explicit order of the values
   std::optional<bool> isDescending;
   bool keepsDataOrder = false;  ///< "sort": null
   std::optional<SortSpec> sortBy;
@@ -342,6 +351,7 @@ struct ChartDocument {
   ConfigSpec config;
   std::vector<LayerSpec> layers;      ///< in drawing order, at least one
   std::optional<double> paneColumns;  ///< panes in a row, beside facet
+  PaneSpacing spacing;                ///< beside facet
   Projection projection = Projection::Mercator;
   ResolveSpec resolveLayers;
   ResolveSpec resolvePanes;

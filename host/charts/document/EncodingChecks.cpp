@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "charts/document/DateLiterals.h"
 #include "charts/document/Readers.h"
 #include "ostrelrtcore/OrtDateTime.h"
 
@@ -9,28 +10,25 @@ namespace ostrel::charts {
 
 namespace {
 
-using ort::core::OrtDateTime;
-
 /// Values in terms of the field: numbers, dates, or anything for a discrete field.
-void CheckFieldValues(JsonValue const& value, std::string const& place, FieldType type,
+void CheckFieldValues(JsonValue const& value, std::string const& place, Encoding const& encoding,
                       std::vector<Literal> const& literals) {
-  if (IsDiscrete(type)) return;
+  if (IsDiscrete(encoding.type)) return;
   for (std::size_t i = 0; i < literals.size(); ++i) {
-    auto const* text = std::get_if<std::string>(&literals[i]);
-    if (type == FieldType::Quantitative && !std::holds_alternative<double>(literals[i])) {
+    if (encoding.type == FieldType::Quantitative && !std::holds_alternative<double>(literals[i])) {
       value.FailAt(fmt::format("{}[{}]", place, i), "expects a number, as the field is quantitative");
     }
-    if (type == FieldType::Temporal && (text == nullptr || !OrtDateTime::FromIsoText(*text))) {
+    if (encoding.type == FieldType::Temporal && !FindDate(encoding.timeUnit, literals[i])) {
       value.FailAt(fmt::format("{}[{}]", place, i),
-                   "expects a date such as \"2020-03-01\" or \"2020-03-01T12:00\"");
+                   "expects a date such as \"2020-03-01\" or {\"year\": 2020, \"month\": 3}");
     }
   }
 }
 
 /// Of a quantitative field its number, of a temporal one the day number.
-double Position(Literal const& literal) {
-  if (auto const* number = std::get_if<double>(&literal)) return *number;
-  return OrtDateTime::FromIsoText(std::string_view(std::get<std::string>(literal)))->ToDouble();
+double Position(Encoding const& encoding, Literal const& literal) {
+  return encoding.type == FieldType::Temporal ? FindDate(encoding.timeUnit, literal)->ToDouble()
+                                              : std::get<double>(literal);
 }
 
 bool IsStyle(Channel channel) {
@@ -68,10 +66,10 @@ void CheckContinuousDomain(JsonValue const& value, Encoding const& encoding) {
     if (isLog && end <= 0) value.FailAt(place, "the domain of a log scale must be above 0");
   };
   if (!scale.unionWith.empty()) {
-    CheckFieldValues(value, "scale.domain.unionWith", encoding.type, scale.unionWith);
+    CheckFieldValues(value, "scale.domain.unionWith", encoding, scale.unionWith);
     for (std::size_t i = 0; i < scale.unionWith.size(); ++i) {
       std::string const place = fmt::format("scale.domain.unionWith[{}]", i);
-      double const number = Position(scale.unionWith[i]);
+      double const number = Position(encoding, scale.unionWith[i]);
       checkSign(place, number);
       if (std::abs(number) > kLargestNumber) value.FailAt(place, "expects a number from -1e307 to 1e307");
     }
@@ -80,9 +78,9 @@ void CheckContinuousDomain(JsonValue const& value, Encoding const& encoding) {
       value.FailAt("scale.domain",
                    fmt::format("expects two values, as the field is {}", NameOf(encoding.type)));
     }
-    CheckFieldValues(value, "scale.domain", encoding.type, scale.domain);
-    auto const first = Position(scale.domain[0]);
-    auto const last = Position(scale.domain[1]);
+    CheckFieldValues(value, "scale.domain", encoding, scale.domain);
+    auto const first = Position(encoding, scale.domain[0]);
+    auto const last = Position(encoding, scale.domain[1]);
     checkSign("scale.domain[0]", first);
     checkSign("scale.domain[1]", last);
     if (first == last) value.FailAt("scale.domain", "expects two different values");
@@ -149,7 +147,7 @@ void CheckRange(JsonValue const& value, Encoding const& encoding) {
   bool const isColor = encoding.channel == Channel::Color;
   bool const isShape = encoding.channel == Channel::Shape;
   if (range.empty()) value.FailAt("scale.range", "has no values; leave it out");
-  bool const isExtent = isContinuous && !isColor;
+  bool const isExtent = !isColor && !isShape;
   if (isExtent && range.size() != 2)
     value.FailAt("scale.range", "expects two numbers, the least and the largest");
   if (isContinuous && range.size() < 2) value.FailAt("scale.range", "expects at least two colors");
@@ -172,10 +170,11 @@ void CheckRange(JsonValue const& value, Encoding const& encoding) {
 }
 
 /// Of the thresholds, the numbers between the steps.
-void CheckThresholds(JsonValue const& value, ScaleSpec const& scale) {
+void CheckThresholds(JsonValue const& value, Encoding const& encoding) {
+  ScaleSpec const& scale = encoding.scale;
   if (scale.domain.empty())
     value.FailAt("scale", "a threshold scale needs a domain: the numbers between its steps");
-  CheckFieldValues(value, "scale.domain", FieldType::Quantitative, scale.domain);
+  CheckFieldValues(value, "scale.domain", encoding, scale.domain);
   for (std::size_t i = 1; i < scale.domain.size(); ++i) {
     if (!(std::get<double>(scale.domain[i - 1]) < std::get<double>(scale.domain[i])))
       value.FailAt(fmt::format("scale.domain[{}]", i), "expects a number above the one before");
@@ -220,17 +219,18 @@ void CheckSteps(JsonValue const& value, Encoding const& encoding) {
     refuse(hasSteps, "legend", property, "every end of a step has its label; leave it out");
 }
 
-void CheckGuide(JsonValue const& value, char const* guide, FieldType type, bool hasDates,
+void CheckGuide(JsonValue const& value, char const* guide, Encoding const& encoding,
                 std::vector<Literal> const& values) {
+  bool const hasDates = !encoding.timeUnit.empty();
   if (!value.Has(guide) || value.Get()[guide].is_null()) return;
   auto const place = std::string(guide) + ".";
   for (auto const* property : {"format", "tickCount"}) {
     bool const isDate = hasDates && std::string_view(property) == "format";
-    if (IsDiscrete(type) && !isDate && value.Get()[guide].contains(property)) {
+    if (IsDiscrete(encoding.type) && !isDate && value.Get()[guide].contains(property)) {
       value.FailAt(place + property, "is for quantitative and temporal fields only; leave it out");
     }
   }
-  CheckFieldValues(value, place + "values", type, values);
+  CheckFieldValues(value, place + "values", encoding, values);
 }
 
 }  // namespace
@@ -244,7 +244,7 @@ void CheckScale(JsonValue const& value, Encoding const& encoding) {
   if (!value.Has("scale")) return;
   CheckScaleProperties(value, encoding);
   if (encoding.scale.type == ScaleType::Threshold) {
-    CheckThresholds(value, encoding.scale);
+    CheckThresholds(value, encoding);
   } else if (!IsDiscrete(encoding.type)) {
     CheckContinuousDomain(value, encoding);
   } else if (value.Get()["scale"].contains("domain") && encoding.scale.domain.empty()) {
@@ -255,8 +255,8 @@ void CheckScale(JsonValue const& value, Encoding const& encoding) {
 
 void CheckGuides(JsonValue const& value, Encoding const& encoding) {
   bool const hasDates = !encoding.timeUnit.empty();
-  CheckGuide(value, "axis", encoding.type, hasDates, encoding.axis.values);
-  CheckGuide(value, "legend", encoding.type, hasDates, encoding.legend.values);
+  CheckGuide(value, "axis", encoding, encoding.axis.values);
+  CheckGuide(value, "legend", encoding, encoding.legend.values);
   bool const isOfColorsOrShapes = encoding.channel == Channel::Color || encoding.channel == Channel::Shape;
   bool const isDerived = hasDates || encoding.bin || encoding.aggregate;
   if (!encoding.legend.hidden.empty() && (!IsDiscrete(encoding.type) || !isOfColorsOrShapes || isDerived))

@@ -1,6 +1,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <utility>
 
 #include "charts/document/JsonObjectReader.h"
 #include "charts/document/Readers.h"
@@ -194,6 +195,30 @@ void CheckTransforms(JsonValue const& value, Encoding const& encoding) {
     value.FailAt("sort", "is for nominal and ordinal fields; use \"ascending\" or \"descending\"");
 }
 
+/// A linear ramp of colours over three values: the second is its middle.
+void TakeMiddle(JsonValue const& value, Encoding& encoding) {
+  ScaleSpec& scale = encoding.scale;
+  bool const isLinear = scale.type.value_or(ScaleType::Linear) == ScaleType::Linear;
+  bool const isRamp = encoding.channel == Channel::Color && encoding.type == FieldType::Quantitative &&
+                      isLinear && !encoding.bin;
+  if (!isRamp || scale.domain.size() != 3 || scale.domainMid || scale.findsMid) return;
+  double ends[3] = {};
+  for (std::size_t i = 0; i < 3; ++i) {
+    auto const* number = std::get_if<double>(&scale.domain[i]);
+    if (number == nullptr) return;
+    ends[i] = *number;
+  }
+  bool const isFalling = ends[0] > ends[1];
+  if (isFalling) std::swap(ends[0], ends[2]);
+  if (!(ends[0] < ends[1] && ends[1] < ends[2]))
+    value.FailAt("scale.domain", "expects three values that rise or fall");
+  if (!scale.range.empty() && scale.range.size() != 3)
+    value.FailAt("scale.range", "expects as many colors as the domain has values");
+  if (isFalling) scale.reverse = !scale.reverse.value_or(false);
+  scale.domain = {ends[0], ends[2]};
+  scale.domainMid = ends[1];
+}
+
 void ReadField(JsonValue const& value, ChannelParts const& parts, Encoding& encoding) {
   JsonObjectReader reader(value);
   reader.On("field", [&](JsonValue const& field) { encoding.field = ReadFieldName(field); })
@@ -209,7 +234,7 @@ void ReadField(JsonValue const& value, ChannelParts const& parts, Encoding& enco
   if (parts.hasSort) reader.On("sort", [&](JsonValue const& sort) { ReadSort(sort, encoding); });
   if (parts.hasHeader) {
     reader.On("header", [&](JsonValue const& header) { encoding.header = ReadHeader(header); })
-        .Refuse("spacing", "is not supported; leave it out")
+        .On("spacing", [&](JsonValue const& spacing) { encoding.spacing = ReadSpacing(spacing); })
         .Refuse("align", "is not supported; leave it out")
         .Refuse("center", "is not supported; leave it out");
   }
@@ -236,6 +261,7 @@ void ReadField(JsonValue const& value, ChannelParts const& parts, Encoding& enco
   if (IsDegrees(parts.channel) && encoding.type != FieldType::Quantitative)
     value.FailAt("type", "degrees are numbers; use \"quantitative\"");
   CheckTransforms(value, encoding);
+  TakeMiddle(value, encoding);
   CheckScale(value, encoding);
   CheckGuides(value, encoding);
   CheckSort(value, encoding);
@@ -330,6 +356,7 @@ FieldType DefaultFieldType(Encoding const& encoding) {
   if (encoding.channel == Channel::Shape) return FieldType::Nominal;
   if (encoding.channel == Channel::Order || !encoding.sort.empty()) return FieldType::Ordinal;
   if (!encoding.timeUnit.empty()) return FieldType::Temporal;
+  if (std::holds_alternative<ort::core::OrtDateTime>(encoding.datum)) return FieldType::Temporal;
   if (encoding.bin || encoding.aggregate || std::holds_alternative<double>(encoding.datum))
     return FieldType::Quantitative;
   switch (encoding.scale.type.value_or(ScaleType::Ordinal)) {

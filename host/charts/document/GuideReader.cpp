@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cmath>
 
 #include "charts/document/GuideMembers.h"
 #include "charts/document/JsonObjectReader.h"
@@ -15,6 +16,15 @@ constexpr NamedValue<char const*> kSides[] = {
 constexpr NamedValue<bool> kTickBands[] = {{"extent", true}, {"center", false}};
 constexpr NamedValue<bool> kDirections[] = {{"horizontal", true}, {"vertical", false}};
 constexpr NamedValue<bool> kResolutions[] = {{"shared", false}, {"independent", true}};
+
+constexpr NumberRange kSpacing{.minimum = 0, .maximum = 1'000};
+
+/// Headers stand straight.
+double ReadHeaderAngle(JsonValue const& value) {
+  double const angle = std::remainder(value.ReadNumber(kDegrees), 360);
+  if (angle != 0 && std::abs(angle) != 90) value.Fail("expects 0, 90 or -90");
+  return angle;
+}
 
 /// The channels that are set to independent, or else to shared.
 std::vector<Channel> ReadChannels(JsonValue const& value, std::span<Channel const> channels,
@@ -180,6 +190,19 @@ ResolveSpec ReadResolve(JsonValue const& value) {
   return resolve;
 }
 
+PaneSpacing ReadSpacing(JsonValue const& value) {
+  PaneSpacing spacing;
+  if (value.IsObject()) {
+    JsonObjectReader(value)
+        .Number("row", spacing.rows, kSpacing)
+        .Number("column", spacing.columns, kSpacing)
+        .Read();
+  } else {
+    spacing.rows = spacing.columns = value.ReadNumber(kSpacing);
+  }
+  return spacing;
+}
+
 HeaderSpec ReadHeader(JsonValue const& value) {
   HeaderSpec header;
   header.isHidden = value.IsNull();
@@ -187,8 +210,9 @@ HeaderSpec ReadHeader(JsonValue const& value) {
   JsonObjectReader(value)
       .Title("title", header.title)
       .Bool("labels", header.labels)
-      .Refuse("format", "is not supported; format the values in the data")
-      .Refuse("formatType", "is not supported; format the values in the data")
+      .Text("format", header.format)
+      .On("labelAngle", [&](JsonValue const& angle) { header.labelAngle = ReadHeaderAngle(angle); })
+      .Refuse("formatType", "is not supported; the field's type tells it")
       .Refuse("labelExpr", "is not supported; compute the labels in the data")
       .Refuse("orient", "is not supported; headers stand left of rows and above columns")
       .Read();

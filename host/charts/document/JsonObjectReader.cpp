@@ -58,9 +58,9 @@ void JsonObjectReader::Read(std::vector<std::pair<std::string const*, JsonValue>
 }
 
 void JsonObjectReader::FailUnknown(std::string const& name, JsonValue const& value) const {
-  std::vector<std::string> names;
+  std::vector<std::string> names = listed_;
   for (auto const& property : properties_) {
-    if (!property.isRefused) names.push_back(property.name);
+    if (!property.isRefused && listed_.empty()) names.push_back(property.name);
   }
   auto const nearest = ort::core::NearestName(name, names);
   if (!nearest.empty()) value.Fail(fmt::format("unknown property; did you mean \"{}\"?", nearest));

@@ -35,6 +35,11 @@ class JsonObjectReader {
   JsonObjectReader& OneOf(char const* name, Target& target, std::span<NamedValue<T> const> words) {
     return On(name, [&target, words](JsonValue const& value) { target = value.ReadOneOf(words); });
   }
+  /// Of all properties those that messages list beside an unknown one; all where nothing is said.
+  JsonObjectReader& List(std::vector<std::string> names) {
+    listed_ = std::move(names);
+    return *this;
+  }
   /// A property of the grammar that is not supported, and what to use instead.
   JsonObjectReader& Refuse(char const* name, char const* cause);
   /// The same, but null and false, which say that it is not wanted, are fine.
@@ -55,6 +60,7 @@ class JsonObjectReader {
 
   JsonValue const& object_;
   std::vector<Property> properties_;
+  std::vector<std::string> listed_;
 };
 
 }  // namespace ostrel::charts

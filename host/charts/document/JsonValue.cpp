@@ -4,6 +4,8 @@
 
 #include <cmath>
 
+#include "charts/document/DateLiterals.h"
+
 namespace ostrel::charts {
 
 namespace {
@@ -69,6 +71,7 @@ Literal JsonValue::ReadLiteral() const {
   if (value_->is_boolean()) return value_->get<bool>();
   if (value_->is_number()) return ReadNumber();
   if (value_->is_string()) return ReadText();
+  if (IsObject()) return ReadDateObject(*this);
   Fail("expects a text, a number, true or false, not " + Describe());
 }
 

@@ -53,7 +53,7 @@ class JsonValue {
   std::string ReadLines() const;
   /// A text, lines, or null.
   TitleSpec ReadTitle() const;
-  /// A number, a text, true or false.
+  /// A number, a text, true or false, or an object of a date's parts.
   Literal ReadLiteral() const;
   std::vector<Literal> ReadLiterals() const;
   /// This object with the members of another one that it lacks; its path stays.

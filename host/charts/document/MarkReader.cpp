@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
 #include "charts/document/JsonObjectReader.h"
 #include "charts/document/Readers.h"
@@ -191,6 +192,19 @@ void ReadType(JsonValue const& value, MarkSpec& mark) {
   mark.type = value.ReadOneOf(std::span<NamedValue<char const*> const>(names));
 }
 
+/// What the mark that an object names may say.
+std::vector<std::string> ListProperties(JsonValue const& value) {
+  std::vector<std::string> names = {"type", "color", "opacity", "clip", "tooltip"};
+  for (auto const& [name, property] : value.ReadObject()) {
+    if (*name != "type") continue;
+    MarkSpec mark;
+    ReadType(property, mark);
+    std::ranges::copy(GetDefinition(mark).properties, std::back_inserter(names));
+    return names;
+  }
+  return {};
+}
+
 }  // namespace
 
 std::span<NamedValue<SymbolShape> const> SymbolShapeNames() { return kShapeNames; }
@@ -203,7 +217,8 @@ MarkSpec ReadMark(JsonValue const& value) {
     return mark;
   }
   JsonObjectReader reader(value);
-  reader.On("type", [&mark](JsonValue const& type) { ReadType(type, mark); })
+  reader.List(ListProperties(value))
+      .On("type", [&mark](JsonValue const& type) { ReadType(type, mark); })
       .On("point", [&mark](JsonValue const& point) { ReadPoint(point, mark); })
       .On("line", [&mark](JsonValue const& line) { ReadLine(line, mark); });
   AddProperties(reader, mark);

@@ -24,6 +24,8 @@ using ChannelMembers = std::vector<std::pair<std::string const*, JsonValue>>;
 std::vector<Encoding> ReadEncodings(JsonValue const& view, std::vector<ChannelMembers> const& lists);
 ResolveSpec ReadResolve(JsonValue const& value);
 HeaderSpec ReadHeader(JsonValue const& value);
+/// A number of pixels, or one for rows and one for columns.
+PaneSpacing ReadSpacing(JsonValue const& value);
 ScaleSpec ReadScale(JsonValue const& value);
 GuideSpec ReadAxis(JsonValue const& value);
 GuideSpec ReadLegend(JsonValue const& value);

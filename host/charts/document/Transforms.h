@@ -6,13 +6,16 @@
 #include <variant>
 #include <vector>
 
+#include "ostrelrtcore/OrtDateTime.h"
+
 /// How a document derives rows and fields from its data, as it was written.
 namespace ostrel::charts {
 
 struct Expression;
 
-/// A scalar of the document; monostate where none stands or it is null.
-using Literal = std::variant<std::monostate, bool, double, std::string>;
+/// A scalar of the document, or a date that is an object of its parts; monostate where none stands or it is
+/// null.
+using Literal = std::variant<std::monostate, bool, double, std::string, ort::core::OrtDateTime>;
 
 enum class AggregateOperation { Count, Valid, Missing, Sum, Mean, Median, Min, Max, Q1, Q3, Stdev };
 

@@ -123,6 +123,7 @@ void ViewReader::AddPanesTo(JsonObjectReader& reader, ChartDocument& document) {
   reader.On("facet", [this](JsonValue const& value) { ReadFacet(value); })
       .On("spec", [this](JsonValue const& value) { spec_ = value; })
       .Number("columns", document.paneColumns, {.minimum = 1, .maximum = 1'000})
+      .On("spacing", [&document](JsonValue const& value) { document.spacing = ReadSpacing(value); })
       .On("resolve", [&document](JsonValue const& value) { document.resolvePanes = ReadResolve(value); });
 }
 

@@ -47,7 +47,7 @@ struct ChartPlan {
   std::vector<std::unique_ptr<PositionScale>> positions;
   std::vector<StylePlan> styles;
   PaneGrid grid;
-  std::vector<std::string> leftOut;  ///< sentences on rows that no layer draws
+  std::vector<std::string> leftOut;  ///< sentences on rows that no layer draws, and channels that mislead
   TitleText title;
   TitleText subtitle;
   std::optional<MapPlan> map;

@@ -42,7 +42,7 @@ class GridPlanner {
     ScaleSource const source{name, *field.encoding, uses};
     CategoryField const categories = IndexCategories(compilation_, source);
     for (std::size_t i = 0; i < places.size(); ++i) field.indices[places[i]] = categories.indices[i];
-    ReadLabels(categories.domain, field);
+    ReadLabels(categories.labels, field);
     return field;
   }
 
@@ -65,8 +65,8 @@ class GridPlanner {
   }
 
  private:
-  void ReadLabels(NodeId domain, PaneField& field) {
-    auto const& values = compilation_.graph.Peek(domain)->AsTypedArray<ort::core::RIndirectString>();
+  void ReadLabels(NodeId labels, PaneField& field) {
+    auto const& values = compilation_.graph.Peek(labels)->AsTypedArray<ort::core::RIndirectString>();
     for (int row = 0; row < values.GetCount(); ++row)
       field.labels.push_back(values.GetElement(row).Get().toUtf8());
     if (values.GetCount() <= kMostPanes) return;
@@ -110,6 +110,18 @@ void PlanCrossed(GridPlanner& planner, ChartDocument const& document, PaneField 
   }
 }
 
+// What the channels say comes before what stands beside facet.
+PaneSpacing FindSpacing(ChartDocument const& document) {
+  PaneSpacing spacing = document.spacing;
+  for (Channel const channel : {Channel::Row, Channel::Column, Channel::Facet}) {
+    Encoding const* const encoding = document.FindFacet(channel);
+    if (encoding == nullptr) continue;
+    if (channel != Channel::Column && encoding->spacing.rows) spacing.rows = encoding->spacing.rows;
+    if (channel != Channel::Row && encoding->spacing.columns) spacing.columns = encoding->spacing.columns;
+  }
+  return spacing;
+}
+
 }  // namespace
 
 PaneGrid PlanPanes(Compilation& compilation, std::vector<std::shared_ptr<LayerRows>> const& layers) {
@@ -118,6 +130,7 @@ PaneGrid PlanPanes(Compilation& compilation, std::vector<std::shared_ptr<LayerRo
   PaneField const rows = planner.PlanField(Channel::Row, "row");
   PaneField const columns = planner.PlanField(Channel::Column, "column");
   PaneGrid grid;
+  grid.spacing = FindSpacing(compilation.document);
   if (wrapped.encoding != nullptr) {
     PlanWrapped(planner, compilation.document, wrapped, grid);
   } else {

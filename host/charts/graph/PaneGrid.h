@@ -37,6 +37,7 @@ struct PaneGrid {
   std::optional<PaneHeader> columns;  ///< above the grid
   std::optional<PaneHeader> panes;    ///< above each pane
   std::vector<PaneCell> cells;
+  PaneSpacing spacing;
 
   bool IsSingle() const { return !rows && !columns && !panes; }
 };

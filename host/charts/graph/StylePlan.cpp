@@ -1,5 +1,7 @@
 #include "charts/graph/StylePlan.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <cmath>
 
@@ -54,6 +56,7 @@ class StylePlanner {
     ScaleSource source = MakeSource(compilation_, name, uses, rows);
     if (source.encoding.channel == Channel::Size) LimitSizes(source.encoding);
     if (source.encoding.channel == Channel::Color) ChooseScheme(uses, source.encoding);
+    WarnOfOrder(source.encoding);
     StyleScale scale = PlanStyleScale(compilation_, source);
     GuideSpec const& legend = source.encoding.legend;
     if (legend.RunsAcross() && !legend.columns && !scale.IsRamp()) {
@@ -62,6 +65,15 @@ class StylePlanner {
       scale.entryRooms = PlanLegendRooms(compilation_.graph, scale, isOfLines, width);
     }
     return scale;
+  }
+
+  void WarnOfOrder(Encoding const& encoding) {
+    bool const hasOrder = encoding.type != FieldType::Nominal || !encoding.sort.empty() || encoding.sortBy ||
+                          encoding.isDescending || !encoding.scale.domain.empty();
+    if (hasOrder || (encoding.channel != Channel::Size && encoding.channel != Channel::Opacity)) return;
+    plan_.leftOut.push_back(fmt::format(
+        "the {} of nominal '{}' tells an order that its values do not have; use \"ordinal\", or color",
+        NameOf(encoding.channel), DefaultTitle(encoding)));
   }
 
   static void AddChannel(LayerPlan& layer, LayerUse const& use, NodeId styles) {
@@ -77,7 +89,6 @@ class StylePlanner {
 
   // Symbols on discrete values, or on bins, may become as large as these leave room for.
   void LimitSizes(Encoding& encoding) const {
-    constexpr double kLeastArea = 9;
     constexpr double kShareOfStep = 0.95;
     GraphBuilder& graph = compilation_.graph;
     std::optional<double> least;
@@ -88,8 +99,7 @@ class StylePlanner {
     ScaleSpec& spec = encoding.scale;
     if (!least || !spec.range.empty() || spec.domainMid) return;
     double const largest = std::pow(kShareOfStep * *least, 2);
-    spec.range = {ResolveScaleType(encoding) == ScaleType::Log ? std::min(kLeastArea, largest) : 0.0,
-                  largest};
+    spec.range = {std::min(FindSmallestSymbol(encoding), largest), largest};
   }
 
   // Marks that cover their places whole show a measure in colours of more than one hue.

@@ -32,6 +32,8 @@ struct MarkDefinition {
   bool isMap = false;
   /// It fills parts of a map between two longitudes and two latitudes.
   bool coversMap = false;
+  /// Whether it is cut off where a map ends.
+  bool endsWithMap = true;
   /// Whether rows of one place stand on one another where the document does not say.
   bool isStacked = false;
   /// Whether a series' rows are joined, so that stacked series need a row at every place.

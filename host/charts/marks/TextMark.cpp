@@ -152,16 +152,18 @@ RowReach Reach(MarkContext& context, Channel channel) {
 }  // namespace
 
 MarkDefinition DefineText() {
-  return {.name = "text",
-          .properties = {"dx", "dy", "angle", "align", "baseline", "fontSize", "fontWeight", "text", "fill",
-                         "fillOpacity", "limit", "dir"},
-          .channels = {Channel::X, Channel::Y, Channel::XOffset, Channel::YOffset, Channel::Color,
-                       Channel::Text, Channel::Detail, Channel::Tooltip},
-          .plan = Plan,
-          .reach = Reach,
-          .isFilled = true,
-          .color = 0xFF333333,
-          .constantSize = &MarkSpec::fontSize};
+  return {
+      .name = "text",
+      .properties = {"dx", "dy", "angle", "align", "baseline", "fontSize", "fontWeight", "text", "fill",
+                     "fillOpacity", "limit", "dir"},
+      .channels = {Channel::X, Channel::Y, Channel::XOffset, Channel::YOffset, Channel::Color, Channel::Text,
+                   Channel::Detail, Channel::Tooltip, Channel::Longitude, Channel::Latitude},
+      .plan = Plan,
+      .reach = Reach,
+      .endsWithMap = false,
+      .isFilled = true,
+      .color = 0xFF333333,
+      .constantSize = &MarkSpec::fontSize};
 }
 
 }  // namespace ostrel::charts

@@ -30,7 +30,7 @@ class LabelPlanner {
       Set(FindDirection(request_.angle.value_or(0)));
     } else if (request_.limit <= GetRoomAlong() || HasNone(widths_, GetRoomAlong())) {
       Set({});
-    } else if (!SetWrapped()) {
+    } else if (request_.areWhole || !SetWrapped()) {
       Set(FindDirection(-90));
     }
     for (NodeId const composed : labels_.composed) graph_.Keep(composed);
@@ -84,11 +84,12 @@ class LabelPlanner {
     Direct(direction);
     if (labels_.slant != 0) return AddComposed("labels", request_.texts, {request_.limit, 1});
     if (RunsAlong()) {
+      if (request_.areWhole) return AddComposed("labels", request_.texts, {request_.limit, 1});
       double const room = request_.step ? std::max(GetRoomAlong(), kLeastRoom) : request_.limit;
       return Compose({std::min(room, request_.limit), kMostLines});
     }
-    int lines = request_.step ? 1 : kMostLines;
-    while (lines < kMostLines && MeasureHeight(lines + 1) <= *request_.step) ++lines;
+    int lines = request_.step || request_.areWhole ? 1 : kMostLines;
+    while (!request_.areWhole && lines < kMostLines && MeasureHeight(lines + 1) <= *request_.step) ++lines;
     Compose({request_.limit, lines});
   }
 

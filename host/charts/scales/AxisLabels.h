@@ -18,6 +18,7 @@ struct AxisLabelRequest {
   double limit = 0;             ///< of a line's length, pixels
   double fontSize = 10;
   bool isLog = false;
+  bool areWhole = false;  ///< labels stay on one line: the ends of an interval
 };
 
 /// The labels of an axis as they are set.
@@ -38,6 +39,8 @@ struct AxisLabels {
 /// and three lines. A label that does not fit wraps, unless one of its words is longer than a line, and is
 /// then shortened, with ".." in place of what is left out. Of labels that still come too close, every other
 /// one is left out.
+///
+/// Whole labels never wrap: without room they are turned, and left out where an angle of 0 is asked for.
 ///
 /// Angles of 0, 90 and -90 are the composer's own orientations; at others labels are composed on one line,
 /// which is then slanted.

@@ -4,7 +4,9 @@
 
 #include <algorithm>
 
+#include "charts/document/DateLiterals.h"
 #include "charts/graph/PeriodNodes.h"
+#include "ostrelrtcore/OrtDateTime.h"
 
 namespace ostrel::charts {
 namespace {
@@ -12,6 +14,8 @@ namespace {
 namespace factory = ort::core::factory;
 using ort::core::RIndirectString;
 using ort::core::StoreType;
+
+constexpr char kDatePattern[] = "%b %d, %Y";
 
 // The different texts, among them those of missing values.
 NodeId NameMissing(GraphBuilder& graph, std::string const& name, NodeId texts) {
@@ -71,9 +75,8 @@ NodeId FindDomain(GraphBuilder& graph, ScaleSource const& source) {
 }
 
 // The listed values that are there, then the others as they stand.
-NodeId SortByList(GraphBuilder& graph, std::string const& name, NodeId domain,
-                  std::vector<Literal> const& listed) {
-  NodeId const list = graph.Constant(name + " order", MakeTextColumn(listed));
+NodeId SortByList(GraphBuilder& graph, std::string const& name, NodeId domain, Encoding const& encoding) {
+  NodeId const list = graph.Constant(name + " order", MakeTextColumn(encoding.sort, encoding.timeUnit));
   // Values that are not listed are special, and those come last.
   NodeId const places = graph.Call(name + " places in order", "indexIn", {domain, list});
   return graph.Call(name + " sorted domain", "take",
@@ -106,24 +109,38 @@ NodeId SortByNumbers(GraphBuilder& graph, ScaleSource const& source, NodeId doma
 }
 
 std::string const& GetFormat(Encoding const& encoding) {
+  if (!encoding.header.format.empty()) return encoding.header.format;
   return encoding.axis.format.empty() ? encoding.legend.format : encoding.axis.format;
 }
 
-// Units of time are shown by a pattern.
-NodeId FormatLabels(GraphBuilder& graph, ScaleSource const& source, NodeId domain) {
-  TimeUnitSpec const& unit = source.encoding.timeUnit;
-  if (unit.empty() || !source.encoding.scale.domain.empty()) return domain;
-  NodeId const dates = graph.Map(source.name + " dates", "toDateTime", domain);
-  NodeId const texts = FormatUnits(graph, source.name + " texts", unit, dates, GetFormat(source.encoding));
-  return graph.Map(source.name + " texts or null", "replaceSpecial", texts, {graph.Text("null")});
+// Dates are shown by a pattern; of numbers, those that part panes.
+NodeId FormatLabels(GraphBuilder& graph, std::string const& scale, Encoding const& encoding, NodeId domain) {
+  std::string const name = scale + " texts";
+  std::string const& format = GetFormat(encoding);
+  if (!encoding.timeUnit.empty() || encoding.type == FieldType::Temporal) {
+    NodeId const dates = graph.Map(scale + " dates", "toDateTime", domain);
+    NodeId const texts =
+        encoding.timeUnit.empty()
+            ? graph.Call(name, "formatDates", {dates, graph.Text(format.empty() ? kDatePattern : format)})
+            : FormatUnits(graph, name, encoding.timeUnit, dates, format);
+    return graph.Map(name + " or null", "replaceSpecial", texts, {graph.Text("null")});
+  }
+  if (encoding.header.format.empty()) return domain;
+  NodeId const numbers = graph.Map(scale + " numbers", "asReal64", domain);
+  NodeId const texts = graph.Call(name + " of numbers", "formatNumbers", {numbers, graph.Text(format)});
+  NodeId const isNone = graph.Map(scale + " is no number", "isSpecial", numbers);
+  return graph.Call(name, "choose", {isNone, domain, texts});
 }
 
 }  // namespace
 
-Value MakeTextColumn(std::vector<Literal> const& literals) {
+Value MakeTextColumn(std::vector<Literal> const& literals, TimeUnitSpec const& unit) {
   auto texts = std::make_unique<std::vector<RIndirectString>>();
   for (Literal const& literal : literals) {
-    if (auto const* text = std::get_if<std::string>(&literal)) {
+    bool const isDate = !unit.empty() || std::holds_alternative<ort::core::OrtDateTime>(literal);
+    if (auto const date = isDate ? FindDate(unit, literal) : std::nullopt) {
+      texts->push_back(RIndirectString::FromUtf8(date->ToIsoText()));
+    } else if (auto const* text = std::get_if<std::string>(&literal)) {
       texts->push_back(RIndirectString::FromUtf8(*text));
     } else if (auto const* number = std::get_if<double>(&literal)) {
       texts->push_back(RIndirectString::FromUtf8(fmt::format("{}", *number)));
@@ -141,15 +158,15 @@ CategoryField IndexCategories(Compilation& compilation, ScaleSource const& sourc
   CategoryField field;
   field.name = name;
   if (!encoding.scale.domain.empty()) {
-    field.domain = graph.Constant(name + " domain", MakeTextColumn(encoding.scale.domain));
+    field.domain = graph.Constant(name + " domain", MakeTextColumn(encoding.scale.domain, encoding.timeUnit));
   } else {
     field.domain = FindDomain(graph, source);
-    if (!encoding.sort.empty()) field.domain = SortByList(graph, name, field.domain, encoding.sort);
+    if (!encoding.sort.empty()) field.domain = SortByList(graph, name, field.domain, encoding);
     if (encoding.isDescending.value_or(false))
       field.domain = graph.Call(name + " descending domain", "reverse", {field.domain});
     field.domain = SortByNumbers(graph, source, field.domain);
   }
-  field.labels = FormatLabels(graph, source, field.domain);
+  field.labels = FormatLabels(graph, name, encoding, field.domain);
   for (FieldUse const& use : source.uses) {
     NodeId const texts = use.rows->GetCategories(graph, use.encoding->field);
     field.indices.push_back(graph.Call(name + use.label + " indices", "indexIn", {texts, field.domain}));
@@ -158,14 +175,16 @@ CategoryField IndexCategories(Compilation& compilation, ScaleSource const& sourc
   return field;
 }
 
-CategoryEntries ListEntries(GraphBuilder& graph, CategoryField const& field,
+CategoryEntries ListEntries(GraphBuilder& graph, CategoryField const& field, Encoding const& encoding,
                             std::vector<Literal> const& listed) {
   if (listed.empty()) {
     return {field.labels,
             graph.Call(field.name + " entry indices", "sequence", {graph.Int(0), graph.Int(1), field.count})};
   }
-  NodeId const labels = graph.Constant(field.name + " listed values", MakeTextColumn(listed));
-  return {labels, graph.Call(field.name + " entry indices", "indexIn", {labels, field.domain})};
+  std::string const name = field.name + " listed values";
+  NodeId const values = graph.Constant(name, MakeTextColumn(listed, encoding.timeUnit));
+  return {FormatLabels(graph, name, encoding, values),
+          graph.Call(field.name + " entry indices", "indexIn", {values, field.domain})};
 }
 
 NodeId FindListed(GraphBuilder& graph, std::string const& name, NodeId texts,

@@ -4,8 +4,9 @@
 
 namespace ostrel::charts {
 
-/// Listed values as a String column, as the values of discrete fields are compared.
-Value MakeTextColumn(std::vector<Literal> const& literals);
+/// Listed values as a String column, as the values of discrete fields are compared: those of a unit of time
+/// as dates.
+Value MakeTextColumn(std::vector<Literal> const& literals, TimeUnitSpec const& unit = {});
 
 /// Nominal or ordinal fields: their different values, in order, and of each row the value's place among them.
 struct CategoryField {
@@ -26,7 +27,7 @@ struct CategoryEntries {
   NodeId labels = -1;   ///< String column
   NodeId indices = -1;  ///< Int32 column; special where a listed value is not in the domain
 };
-CategoryEntries ListEntries(GraphBuilder& graph, CategoryField const& field,
+CategoryEntries ListEntries(GraphBuilder& graph, CategoryField const& field, Encoding const& encoding,
                             std::vector<Literal> const& listed);
 
 /// Which texts the document lists: a Bool column.

@@ -66,7 +66,8 @@ void PlanLabels(GraphBuilder& graph, PositionScale& scale) {
                            .angle = axis.labelAngle,
                            .limit = limit > 0 ? limit : GuideStyle::kNoLimit,
                            .fontSize = axis.labelFontSize.value_or(scale.space.labelFontSize),
-                           .isLog = scale.scaleType == ScaleType::Log};
+                           .isLog = scale.scaleType == ScaleType::Log,
+                           .areWhole = scale.encoding.bin && scale.scaleType == ScaleType::Ordinal};
   if (scale.step >= 0) request.step = graph.Peek(scale.step)->GetReal64();
   scale.labels = PlanAxisLabels(graph, request);
 }
@@ -202,7 +203,7 @@ void PlanDiscrete(Compilation& compilation, ScaleSource const& source, PositionS
     NodeId const indices = field.indices[i];
     scale.rows.push_back({place(name, indices), graph.Map(name + " order", "asReal64", indices), -1});
   }
-  CategoryEntries const ticks = ListEntries(graph, field, encoding.axis.values);
+  CategoryEntries const ticks = ListEntries(graph, field, encoding, encoding.axis.values);
   scale.tickLabels = ticks.labels;
   scale.tickPositions = place(scale.name + " tick", ticks.indices);
 }

@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "charts/data/ConvertColumn.h"
+#include "charts/document/DateLiterals.h"
 #include "charts/document/Readers.h"
 #include "charts/scales/DomainEnds.h"
 #include "charts/scales/DomainExtension.h"
@@ -353,11 +354,10 @@ bool IsReversed(Encoding const& encoding, ScaledField const& field) {
 
 double ReadFieldNumber(Compilation const& compilation, Encoding const& encoding, Literal const& literal,
                        std::string const& place) {
-  if (auto const* number = std::get_if<double>(&literal)) return *number;
-  if (auto const* text = std::get_if<std::string>(&literal);
-      text != nullptr && encoding.type == FieldType::Temporal) {
-    if (auto const date = ort::core::OrtDateTime::FromIsoText(std::string_view(*text)))
-      return date->ToDouble();
+  if (encoding.type == FieldType::Temporal) {
+    if (auto const date = FindDate(encoding.timeUnit, literal)) return date->ToDouble();
+  } else if (auto const* number = std::get_if<double>(&literal)) {
+    return *number;
   }
   ThrowDocumentError(compilation.document, encoding.path + place,
                      encoding.type == FieldType::Temporal ? "expects dates as ISO text" : "expects numbers");

@@ -122,7 +122,7 @@ StyleScale PlanCategoricalColor(Compilation& compilation, ScaleSource const& sou
   StyleScale scale{.channel = Channel::Color, .encoding = encoding, .isCategorical = true};
   for (std::size_t i = 0; i < source.uses.size(); ++i)
     scale.rows.push_back(lookUp("color row" + source.uses[i].label, field.indices[i]));
-  CategoryEntries const entries = ListEntries(graph, field, encoding.legend.values);
+  CategoryEntries const entries = ListEntries(graph, field, encoding, encoding.legend.values);
   scale.entryLabels = entries.labels;
   scale.entries = lookUp("color legend", entries.indices);
   return scale;
@@ -165,16 +165,36 @@ Extent ReadExtent(Compilation const& compilation, Encoding const& encoding, Exte
   return {*low, *high};
 }
 
+// Values at even distances from end to end of the range.
+StyleScale PlanDiscreteNumbers(Compilation& compilation, ScaleSource const& source, Extent extent) {
+  GraphBuilder& graph = compilation.graph;
+  Encoding const& encoding = source.encoding;
+  CategoryField const field = IndexCategories(compilation, source);
+  if (encoding.scale.reverse.value_or(false)) std::swap(extent.low, extent.high);
+  int const gaps = graph.Peek(field.count)->GetInt32() - 1;
+  double const step = gaps > 0 ? (extent.high - extent.low) / gaps : 0;
+  double const first = gaps > 0 ? extent.low : (extent.low + extent.high) / 2;
+  auto const place = [&](std::string const& name, NodeId indices) {
+    NodeId const number = graph.Map(name + " numbers", "asReal64", indices);
+    return graph.Zip(name, "add", graph.Zip(name + " from first", "multiply", number, graph.Real(step)),
+                     graph.Real(first));
+  };
+  StyleScale scale{.channel = encoding.channel, .encoding = encoding, .isCategorical = true};
+  for (std::size_t i = 0; i < source.uses.size(); ++i)
+    scale.rows.push_back(place(source.name + " of rows" + source.uses[i].label, field.indices[i]));
+  CategoryEntries const entries = ListEntries(graph, field, encoding, encoding.legend.values);
+  scale.entryLabels = entries.labels;
+  scale.entries = place(source.name + " of legend", entries.indices);
+  return scale;
+}
+
 StyleScale PlanNumericScale(Compilation& compilation, ScaleSource const& source, bool includesZero,
                             Extent extent) {
   GraphBuilder& graph = compilation.graph;
   Encoding const& encoding = source.encoding;
   std::string const& name = source.name;
-  if (!IsContinuous(encoding)) {
-    ThrowDocumentError(compilation.document, encoding.path + ".type",
-                       "this channel needs numbers; use \"quantitative\"");
-  }
   extent = ReadExtent(compilation, encoding, extent);
+  if (!IsContinuous(encoding)) return PlanDiscreteNumbers(compilation, source, extent);
   ScaledField const field = ScaleField(compilation, source, {.includesZero = includesZero});
   if (IsReversed(encoding, field)) std::swap(extent.low, extent.high);
   StyleScale scale{.channel = encoding.channel, .encoding = encoding};
@@ -209,9 +229,8 @@ NodeId MakeShapes(GraphBuilder& graph, Encoding const& encoding) {
 StyleScale PlanSizeScale(Compilation& compilation, ScaleSource const& source) {
   bool const isLog = ResolveScaleType(source.encoding) == ScaleType::Log;
   bool const hasCenter = source.encoding.scale.domainMid.has_value();
-  constexpr double kSmallestSymbol = 9;
   return PlanNumericScale(compilation, source, !isLog && !hasCenter,
-                          {isLog ? kSmallestSymbol : 0, kLargestSymbol});
+                          {FindSmallestSymbol(source.encoding), kLargestSymbol});
 }
 
 StyleScale PlanShapeScale(Compilation& compilation, ScaleSource const& source) {
@@ -227,7 +246,7 @@ StyleScale PlanShapeScale(Compilation& compilation, ScaleSource const& source) {
   StyleScale scale{.channel = Channel::Shape, .encoding = encoding, .isCategorical = true};
   for (std::size_t i = 0; i < source.uses.size(); ++i)
     scale.rows.push_back(lookUp("row shapes" + source.uses[i].label, field.indices[i]));
-  CategoryEntries const entries = ListEntries(graph, field, encoding.legend.values);
+  CategoryEntries const entries = ListEntries(graph, field, encoding, encoding.legend.values);
   scale.entryLabels = entries.labels;
   scale.entries = lookUp("shape legend", entries.indices);
   return scale;
@@ -310,6 +329,12 @@ TextStyle StyleScale::GetLabelStyle() const {
   TextStyle style{.fontSize = GetLabelSize(encoding)};
   (IsRamp() && encoding.legend.RunsAcross() ? style.along : style.across) = TextAnchor::Middle;
   return style;
+}
+
+double FindSmallestSymbol(Encoding const& encoding) {
+  constexpr double kSmallestSymbol = 9;
+  ScaleType const type = ResolveScaleType(encoding);
+  return type == ScaleType::Log || type == ScaleType::Ordinal ? kSmallestSymbol : 0;
 }
 
 bool IsEntryShown(StyleScale const& scale, Results const& results, int row) {

@@ -37,6 +37,9 @@ struct StyleScale {
 /// The area of the largest symbol, as of a step of 20 pixels, in square pixels.
 inline constexpr double kLargestSymbol = 361;
 
+/// The area of the smallest one: none where the field's 0 has it.
+double FindSmallestSymbol(Encoding const& encoding);
+
 /// Whether a legend shows an entry.
 bool IsEntryShown(StyleScale const& scale, Results const& results, int row);
 

@@ -5,10 +5,14 @@
 
 #include "charts/guides/AxisGuide.h"
 #include "charts/guides/LegendGuide.h"
+#include "charts/marks/MarkTable.h"
 #include "charts/texts/ComposedTexts.h"
 
 namespace ostrel::charts {
 namespace {
+
+// Between the headers of rows and an axis title that reads upwards as they do.
+constexpr double kRowHeaderPadding = 14;
 
 bool HasGivenDomain(PanePlan const& pane) {
   return std::ranges::any_of(pane.axes, [](AxisPlan const& axis) {
@@ -22,10 +26,11 @@ Group BuildLayer(ChartPlan const& plan, PanePlan const& pane, LayerPlan const& l
   Group group;
   group.role = "marks";
   std::optional<bool> const clip = layer.spec->mark.clip;
-  if (plan.map || clip.value_or(HasGivenDomain(pane))) {
+  bool const endsWithMap = plan.map && GetDefinition(layer.spec->mark).endsWithMap;
+  if (endsWithMap || clip.value_or(!plan.map && HasGivenDomain(pane))) {
     // What stands on an edge is not cut in halves where the document does not ask for it, but a map goes on
     // there.
-    double const margin = clip || plan.map ? 0 : layer.mark->GetReach();
+    double const margin = clip || endsWithMap ? 0 : layer.mark->GetReach();
     group.clip = Rect{-margin, -margin, plan.width + 2 * margin, plan.height + 2 * margin};
   }
   // Nothing that is clipped takes up room.
@@ -91,8 +96,11 @@ void BuildPane(ChartPlan const& plan, PanePlan const& pane, bool hasTitles, Resu
 // Where the rows or columns of a grid begin, each with room for what its panes have before and behind them.
 class Tracks {
  public:
-  Tracks(int count, double length)
-      : before_(static_cast<std::size_t>(count)), behind_(before_), length_(length) {}
+  Tracks(int count, double length, std::optional<double> gap)
+      : before_(static_cast<std::size_t>(count)),
+        behind_(before_),
+        length_(length),
+        gap_(gap.value_or(GuideStyle::kPaneGap)) {}
 
   void AddRoom(int track, double before, double behind) {
     auto const at = static_cast<std::size_t>(track);
@@ -103,7 +111,7 @@ class Tracks {
   std::vector<double> Place() const {
     std::vector<double> starts(1, 0.0);
     for (std::size_t track = 1; track < before_.size(); ++track) {
-      double const gap = behind_[track - 1] + GuideStyle::kPaneGap + before_[track];
+      double const gap = behind_[track - 1] + gap_ + before_[track];
       starts.push_back(std::ceil(starts.back() + length_ + gap));
     }
     return starts;
@@ -113,6 +121,7 @@ class Tracks {
   std::vector<double> before_;
   std::vector<double> behind_;
   double length_;
+  double gap_;
 };
 
 // The panes of a grid with headers, and axis titles that serve all of them.
@@ -196,8 +205,8 @@ class GridBuilder {
   }
 
   void PlacePanes() {
-    Tracks columns(plan_.grid.columnCount, plan_.width);
-    Tracks rows(plan_.grid.rowCount, plan_.height);
+    Tracks columns(plan_.grid.columnCount, plan_.width, plan_.grid.spacing.columns);
+    Tracks rows(plan_.grid.rowCount, plan_.height, plan_.grid.spacing.rows);
     for (BuiltPane const& built : panes_) {
       Rect const room = built.extent.GetRect();
       columns.AddRoom(built.plan->column, -room.x, room.Right() - plan_.width);
@@ -232,7 +241,7 @@ class GridBuilder {
   }
 
   void AddRowHeaders(PaneHeader const& header) {
-    double const right = extent_.GetRect().x - GuideStyle::kHeaderPadding;
+    double const right = extent_.GetRect().x - kRowHeaderPadding;
     for (int row = 0; header.composedLabels.composed >= 0 && row < plan_.grid.rowCount; ++row) {
       AddLabel(header.composedLabels, static_cast<std::size_t>(row), {right, Top(row) + plan_.height / 2},
                headers_, extent_);

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "charts/document/DateLiterals.h"
 #include "charts/document/Readers.h"
 #include "charts/document/TransformReaders.h"
 #include "charts/functions/TimeUnits.h"
@@ -38,7 +39,11 @@ class ChannelDeriver {
     AddConstants();
     HideMarks();
     for (Encoding& encoding : drawn_.encodings) {
-      if (!encoding.timeUnit.empty()) FloorToTimeUnit(encoding);
+      if (!encoding.timeUnit.empty()) {
+        FloorToTimeUnit(encoding);
+      } else if (IsFacet(encoding.channel) && encoding.type == FieldType::Temporal) {
+        TakeDates(encoding);
+      }
       if (encoding.bin) encoding.bin->isDone ? FindBinEnd(encoding) : Bin(encoding);
     }
     for (Encoding& encoding : drawn_.encodings) {
@@ -140,14 +145,14 @@ class ChannelDeriver {
 
   static Value MakeConstantColumn(Encoding const& encoding, int count) {
     using namespace ort::core;
-    if (auto const* number = std::get_if<double>(&encoding.datum))
-      return factory::MakeConstantArray<double>(StoreTypeInfo::Real64, *number, count);
     auto const* text = std::get_if<std::string>(&encoding.datum);
     if (encoding.type == FieldType::Temporal) {
-      auto const date = text == nullptr ? std::nullopt : OrtDateTime::FromIsoText(std::string_view(*text));
+      auto const date = FindDate(encoding.timeUnit, encoding.datum);
       if (!date) throw DataError(encoding.path + ".datum: expects a date such as \"2020-03-01\"");
       return factory::MakeConstantArray<OrtDateTime>(StoreTypeInfo::DateTime, *date, count);
     }
+    if (auto const* number = std::get_if<double>(&encoding.datum))
+      return factory::MakeConstantArray<double>(StoreTypeInfo::Real64, *number, count);
     bool const* const flag = std::get_if<bool>(&encoding.datum);
     std::string const word = text != nullptr ? *text : flag != nullptr && *flag ? "true" : "false";
     return factory::MakeConstantArray<RIndirectString>(StoreTypeInfo::String, RIndirectString::FromUtf8(word),
@@ -203,6 +208,16 @@ class ChannelDeriver {
     encoding.startField = std::exchange(encoding.field, middle);
   }
 
+  // Dates part panes as instants, however they are written.
+  void TakeDates(Encoding& encoding) {
+    RowStep step(graph_, *drawn_.rows, encoding.path);
+    encoding.derivedTitle = encoding.field;
+    std::string const dates = NewName("date_" + encoding.field);
+    step.Set(dates, step.Instants(encoding.field));
+    encoding.field = dates;
+    drawn_.rows = step.Extend();
+  }
+
   void FloorToTimeUnit(Encoding& encoding) {
     TimeUnitSpec const& spec = encoding.timeUnit;
     std::string const start =
@@ -234,7 +249,7 @@ class ChannelDeriver {
       drawn_.rows =
           BinRows(graph_, {encoding.path, spec, encoding.field, start, encoding.endField}, *drawn_.rows);
     encoding.field = start;
-    if (IsDiscrete(encoding.type)) NameBins(encoding);
+    if (IsDiscrete(encoding.type) || IsFacet(encoding.channel)) NameBins(encoding);
   }
 
   // Bins as categories: each is told by its ends, and they stand in their own order where no other is asked
@@ -391,7 +406,8 @@ class ChannelDeriver {
     if (!isListed) return encoding.field;
     std::string const place = NewName("place_" + encoding.field);
     RowStep step(graph_, *drawn_.rows, encoding.path);
-    NodeId const list = graph_.Constant(place + " list", MakeTextColumn(encoding.scale.domain));
+    NodeId const list =
+        graph_.Constant(place + " list", MakeTextColumn(encoding.scale.domain, encoding.timeUnit));
     NodeId const index = graph_.Call(place + " index", "indexIn", {step.Categories(encoding.field), list});
     step.Set(place, graph_.Map(place, "asReal64", index));
     drawn_.rows = step.Extend();

@@ -1,5 +1,8 @@
 #include <fmt/format.h>
 
+#include <algorithm>
+
+#include "charts/document/DateLiterals.h"
 #include "charts/expressions/ExpressionCompiler.h"
 #include "charts/graph/PeriodNodes.h"
 #include "charts/transforms/RowTransforms.h"
@@ -70,6 +73,8 @@ class FilterMask {
 
   bool IsDate(FilterSpec const& filter) const {
     StoreType const type = step_.GetType(filter.field);
+    auto const isDate = [](Literal const& literal) { return std::holds_alternative<OrtDateTime>(literal); };
+    if (std::ranges::any_of(filter.values, isDate)) return true;
     return !filter.timeUnit.empty() || type == StoreType::Date || type == StoreType::DateTime;
   }
 
@@ -96,11 +101,10 @@ class FilterMask {
   }
 
   OrtDateTime ReadDate(FilterSpec const& filter, Literal const& literal) const {
-    if (auto const* text = std::get_if<std::string>(&literal)) {
-      if (auto const date = OrtDateTime::FromIsoText(std::string_view(*text))) return *date;
-    }
-    throw DataError(fmt::format("{}: field '{}' holds dates; compare it with a date such as \"2020-03-01\"",
-                                filter.path, filter.field));
+    if (auto const date = FindDate(filter.timeUnit, literal)) return *date;
+    throw DataError(fmt::format(
+        "{}: field '{}' holds dates; compare it with a date such as \"2020-03-01\"{}", filter.path,
+        filter.field, filter.timeUnit.empty() ? "" : ", or with a number or name of a single unit"));
   }
 
   NodeId Compare(FilterSpec const& filter, char const* function, Literal const& literal) {

@@ -148,9 +148,9 @@ TEST(ChannelErrors, Scales) {
       {R"("x": {"field": "a", "type": "temporal", "scale": {"type": "log"}})",
        at + ".type: \"log\" does not suit a temporal field in this channel; use time or utc"},
       {R"("x": {"field": "a", "type": "temporal", "scale": {"domain": ["2020-01-01", "2020-02-30"]}})",
-       at + ".domain[1]: expects a date such as \"2020-03-01\" or \"2020-03-01T12:00\""},
-      {R"("x": {"field": "a", "type": "temporal", "scale": {"domain": [0, 1e12]}})",
-       at + ".domain[0]: expects a date such as \"2020-03-01\" or \"2020-03-01T12:00\""},
+       at + ".domain[1]: expects a date such as \"2020-03-01\" or {\"year\": 2020, \"month\": 3}"},
+      {R"("x": {"field": "a", "type": "temporal", "scale": {"domain": [false, 1e12]}})",
+       at + ".domain[0]: expects a date such as \"2020-03-01\" or {\"year\": 2020, \"month\": 3}"},
       {R"("x": {"field": "a", "type": "temporal", "scale": {"domainMin": 0}})",
        at + ".domainMin: is for numbers; use domain with two dates"},
       {R"("x": {"field": "a", "scale": {"type": "ordinal"}})",
@@ -161,8 +161,8 @@ TEST(ChannelErrors, Scales) {
       {R"("x": {"field": "a", "scale": {"domain": []}})", at + ".domain: has no values; leave it out"},
       {R"("x": {"field": "a", "scale": {"domain": {"unionWith": ["b"]}}})",
        at + ".domain: unionWith is for quantitative and temporal fields only; list all values"},
-      {R"("x": {"field": "a", "type": "temporal", "scale": {"domain": {"unionWith": [1]}}})",
-       at + ".domain.unionWith[0]: expects a date such as \"2020-03-01\" or \"2020-03-01T12:00\""},
+      {R"("x": {"field": "a", "type": "temporal", "scale": {"domain": {"unionWith": ["1 May"]}}})",
+       at + ".domain.unionWith[0]: expects a date such as \"2020-03-01\" or {\"year\": 2020, \"month\": 3}"},
       {R"("size": {"field": "a", "type": "quantitative", "scale": {"domain": {"unionWith": [1]}}})",
        "$.encoding.size.scale.domain: unionWith is for positions only; list the ends of the domain"},
       {R"("size": {"field": "a", "type": "quantitative", "scale": {"padding": 1}})",
@@ -283,7 +283,8 @@ TEST(ChannelErrors, GuidesAndOrder) {
        "$.encoding.color.legend.symbolType: \"star\" is not supported; use one of circle, square, "
        "triangle-up, cross, diamond, triangle-right, triangle-down, triangle-left"},
       {R"("color": {"field": "a", "type": "temporal", "legend": {"values": ["soon"]}})",
-       "$.encoding.color.legend.values[0]: expects a date such as \"2020-03-01\" or \"2020-03-01T12:00\""},
+       "$.encoding.color.legend.values[0]: expects a date such as \"2020-03-01\" or {\"year\": 2020, "
+       "\"month\": 3}"},
   });
 }
 

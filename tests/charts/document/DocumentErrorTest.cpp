@@ -70,7 +70,7 @@ TEST(DocumentErrors, LongListsAndTextsAreRefusedWithoutTheirContent) {
        "$['" + std::string(64, 'x') +
            "...']: is not supported; use one of $schema, name, title, "
            "description, width, height, background, padding, projection, config, view, data, mark, "
-           "encoding, layer, transform, facet, spec, columns, resolve"},
+           "encoding, layer, transform, facet, spec, columns, spacing, resolve"},
       {R"("width": )" + lines(100),
        "$.width: \"" + std::string(64, 'x') + "...\" is not supported; use a number of pixels"},
   });
@@ -315,8 +315,8 @@ TEST(DocumentErrors, Panes) {
         "$.spec.encoding.row: is for the whole chart; set it in $.encoding, or use facet with spec"},
        {R"("mark": "point", "encoding": {"facet": {"field": "a"}, "row": {"field": "b"}})",
         "$.encoding.row: is given beside facet; leave one of them out"},
-       {R"("mark": "point", "encoding": {"row": {"field": "a", "header": {"format": "%Y"}}})",
-        "$.encoding.row.header.format: is not supported; format the values in the data"},
+       {R"("mark": "point", "encoding": {"row": {"field": "a", "header": {"labelAngle": 45}}})",
+        "$.encoding.row.header.labelAngle: expects 0, 90 or -90"},
        {R"("mark": "point", "encoding": {"row": {"value": 1}})",
         "$.encoding.row.value: a constant has no effect here; use a field"},
        {R"("mark": "point", "resolve": {"scale": {"x": "own"}})",
