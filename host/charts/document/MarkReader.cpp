@@ -156,6 +156,11 @@ void AddProperties(JsonObjectReader& reader, MarkSpec& mark) {
       .Refuse("tension", "is not supported; use another interpolate");
 }
 
+void AddNames(MarkDefinition const& mark, std::vector<std::string>& names) {
+  names.insert(names.end(), {"color", "opacity"});
+  names.insert(names.end(), mark.properties.begin(), mark.properties.end());
+}
+
 /// What is drawn over a line or an area by a mark of its own: true, or an object of that mark's properties.
 std::shared_ptr<MarkSpec const> ReadOverlay(JsonValue const& value, MarkSpec mark, bool isTransparent) {
   mark.path = value.GetPath();
@@ -163,7 +168,9 @@ std::shared_ptr<MarkSpec const> ReadOverlay(JsonValue const& value, MarkSpec mar
     mark.opacity = 0;
   } else if (value.IsObject()) {
     JsonObjectReader reader(value);
-    AddProperties(reader, mark);
+    std::vector<std::string> names;
+    AddNames(GetDefinition(mark), names);
+    AddProperties(reader.List(std::move(names)), mark);
     reader.Read();
     CheckProperties(value, GetDefinition(mark));
   } else if (value.IsNull() || !value.ReadBool()) {
@@ -194,12 +201,12 @@ void ReadType(JsonValue const& value, MarkSpec& mark) {
 
 /// What the mark that an object names may say.
 std::vector<std::string> ListProperties(JsonValue const& value) {
-  std::vector<std::string> names = {"type", "color", "opacity", "clip", "tooltip"};
   for (auto const& [name, property] : value.ReadObject()) {
     if (*name != "type") continue;
     MarkSpec mark;
     ReadType(property, mark);
-    std::ranges::copy(GetDefinition(mark).properties, std::back_inserter(names));
+    std::vector<std::string> names = {"type", "clip", "tooltip"};
+    AddNames(GetDefinition(mark), names);
     return names;
   }
   return {};

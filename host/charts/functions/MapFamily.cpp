@@ -257,12 +257,10 @@ BuiltinFamily MapFamily() {
            .inputs = {"left", "right", "latitudes", "projection", "width", "height"},
            .help =
                "A pane between two longitudes, with the middle of the latitudes in its own where the map "
-               "does "
-               "not end before: \"world\", the pixels of the way around it; \"west\" and \"north\" of the "
-               "pane "
-               "in such ways; its edges \"left\" and \"right\" and the projection's own, \"bottom\" and "
-               "\"top\", in degrees; \"worldHeight\" and \"shift\", the pixels between those and down to the "
-               "pane.",
+               "does not end before: \"world\", the pixels of the way around it; \"west\" and \"north\" of "
+               "the pane in such ways; its edges \"left\" and \"right\" and the projection's own, "
+               "\"bottom\" and \"top\", in degrees; \"worldHeight\" and \"shift\", the pixels between "
+               "those and down to the pane.",
            .example = R"("inputs": [{"Real64": 165}, {"Real64": 195}, {"Tuple": [{"Real64": -5}, )"
                       R"({"Real64": 5}, {"Int32": 0}, {"Int32": 4}, {"Bool": false}]}, {"Int32": 1}, )"
                       R"({"Real64": 200}, {"Real64": 100}])",
@@ -270,8 +268,7 @@ BuiltinFamily MapFamily() {
           {.name = "mapPixels",
            .inputs = {"longitudes", "latitudes", "projection", "view"},
            .help = "Where places lie in a pane with a view as mapView gives it, in pixels \"x\" and \"y\", "
-                   "of all "
-                   "copies of the world in that of the prime meridian.",
+                   "of all copies of the world in that of the prime meridian.",
            .example = R"("inputs": [{"Array": {"type": "Real64", "values": [0, 90]}}, )"
                       R"({"Array": {"type": "Real64", "values": [0, 45]}}, {"Int32": 1}, {"KeyMap": )"
                       R"({"world": {"Real64": 360}, "west": {"Real64": -0.5}, "north": {"Real64": 0.25}}}])",
@@ -281,9 +278,8 @@ BuiltinFamily MapFamily() {
            .help =
                "Where parts of a map, as mapSpanBounds takes them, lie on it: the edges \"left\", \"top\", "
                "\"right\" and \"bottom\" in worlds, 0 at the prime meridian and the equator, and \"row\", "
-               "for "
-               "every copy of a part that the shown edges (a tuple of the same four) hold some of from west "
-               "to east.",
+               "for every copy of a part that the shown edges (a tuple of the same four) hold some of from "
+               "west to east.",
            .example =
                R"("inputs": [{"Array": {"type": "Real64", "values": [90]}}, )"
                R"({"Array": {"type": "Real64", "values": [90]}}, )"

@@ -222,13 +222,11 @@ BuiltinFamily TextBoxFamily(std::shared_ptr<services::TextMeasurer const> const&
            .inputs = {"texts", "widths", "heights", "isRound", "styles", "mostLines", "share"},
            .help =
                "The box in which each text is set within a rectangle, or the ellipse in it: "
-               "\"text_style_id\", "
-               "\"width\" and \"height\". It is that of the first style and the fewest lines in which the "
-               "whole "
-               "text has room with no word broken; else, in the last style, of the most lines in which all "
-               "words "
-               "have room, or of one; special where not even a line has room. A style but the last is passed "
-               "over where its font is larger than a share of the height.",
+               "\"text_style_id\", \"width\" and \"height\". It is that of the first style and the fewest "
+               "lines in which the whole text has room with no word broken; else, in the last style, of "
+               "the most lines in which all words have room, or of one; special where not even a line has "
+               "room. A style but the last is passed over where its font is larger than a share of the "
+               "height.",
            .example =
                R"("inputs": [{"Array": {"type": "String", "values": ["far"]}}, {"Array": {"type": )"
                R"("Real64", "values": [40]}}, {"Array": {"type": "Real64", "values": [40]}}, )"

@@ -265,8 +265,7 @@ BuiltinFamily TextFamily() {
           {.name = "readNumber",
            .inputs = {"texts"},
            .help = "The number that each whole text is, blanks apart, 0 for nothing else; a special row of "
-                   "kind 1 for "
-                   "a text that is no number.",
+                   "kind 1 for a text that is no number.",
            .example = R"("inputs": [{"String": " 12.5 "}])",
            .registrations = {Multinary<ReadTextNumbers<ReadWholeNumber>>({any}, any)}},
           {.name = "readLeadingNumber",
