@@ -8,7 +8,7 @@ namespace ort::core::engine {
 
 using Value = factory::Value;
 
-/// Calls visit.operator()<T>() with the element type of a storage class.
+/// Calls `visit.operator()<T>()` with the element type of a storage class.
 template <class Visit>
 decltype(auto) VisitStorage(StorageClass storage, Visit&& visit) {
   switch (storage) {
