@@ -53,6 +53,9 @@ TEST(Guides, ShowTheValuesThatTheirScaleOrTheDocumentNames) {
     std::string const document = MakeDocument("\"point\"", kRows, c.encoding);
     EXPECT_EQ(ReadTexts(drawing.Draw(document).scene, c.group), c.expected) << document;
   }
+  // Bins of the data tell their step.
+  std::string const binned = R"("x":{"field":"f0","bin":{"binned":true,"step":5}},"x2":{"field":"f0"})";
+  EXPECT_EQ(ReadTexts(drawing.Draw(MakeDocument("\"bar\"", kRows, binned)).scene, "axis x"), "0|5|10|f0");
 }
 
 TEST(Guides, TakeFromTheConfigurationWhatTheyLeaveOpen) {

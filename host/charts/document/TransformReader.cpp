@@ -256,6 +256,7 @@ std::optional<BinSpec> ReadBin(JsonValue const& value) {
     value.ReadBool();
     return bin;
   }
+  std::optional<bool> isDone;
   JsonObjectReader(value)
       .Number("maxbins", bin.maxBins, kBinCount)
       .Number("step", bin.step, kPositive)
@@ -266,8 +267,12 @@ std::optional<BinSpec> ReadBin(JsonValue const& value) {
       .Refuse("divide", "is not supported; use step")
       .Refuse("steps", "is not supported; use step")
       .Refuse("anchor", "is not supported; use extent")
-      .Refuse("binned", "is not supported; use \"bin\": \"binned\"")
+      .Bool("binned", isDone)
       .Read();
+  bin.isDone = isDone.value_or(false);
+  if (bin.isDone && (bin.maxBins || bin.minStep || bin.extentStart || bin.extentEnd))
+    value.FailAt("binned",
+                 "takes the intervals as the data have them; only step, that of the ticks, goes with it");
   return bin;
 }
 

@@ -120,7 +120,8 @@ NodeId FindBinStep(Compilation& compilation, ScaleSource const& source) {
   GraphBuilder& graph = compilation.graph;
   FieldUse const& use = source.uses.front();
   Encoding const& encoding = *use.encoding;
-  if (!encoding.bin || encoding.bin->isDone || encoding.endField.empty()) return -1;
+  if (!encoding.bin || encoding.endField.empty()) return -1;
+  if (encoding.bin->isDone) return encoding.bin->step ? graph.Real(*encoding.bin->step) : -1;
   if (IsMoved(compilation.document, source.encoding)) return -1;
   std::string const& start = encoding.startField.empty() ? encoding.field : encoding.startField;
   NodeId const widths =

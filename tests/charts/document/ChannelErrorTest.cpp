@@ -20,8 +20,7 @@ TEST(ChannelErrors, Channels) {
       {R"("y": {"aggregate": "sum"})", "$.encoding.y: expects a field or a value"},
       {R"("y": {"aggregate": "mode", "field": "a"})",
        "$.encoding.y.aggregate: \"mode\" is not supported; use one of count, valid, missing, sum, mean, "
-       "average, "
-       "median, min, max, q1, q3, stdev"},
+       "average, median, min, max, q1, q3, stdev"},
       {R"("y": {"aggregate": "sum", "bin": true, "field": "a"})",
        "$.encoding.y: expects one of aggregate, bin and timeUnit"},
       {R"("x": {"field": "a", "bin": true, "type": "ordinal"})", ""},
@@ -29,6 +28,10 @@ TEST(ChannelErrors, Channels) {
        "$.encoding.x.type: bins are intervals of numbers; use \"quantitative\""},
       {R"("x": {"field": "a", "bin": {"maxbins": 0}})",
        "$.encoding.x.bin.maxbins: expects a number from 1 to 10000, not 0"},
+      {R"("x": {"field": "a", "bin": {"binned": true, "maxbins": 9}})",
+       "$.encoding.x.bin.binned: takes the intervals as the data have them; only step, that of the ticks, "
+       "goes "
+       "with it"},
       {R"("x": {"field": "a", "bin": {"extent": [2, 1]}})",
        "$.encoding.x.bin.extent: expects the smaller number first"},
       {R"("y": {"field": "a", "stack": "zero"})", ""},
