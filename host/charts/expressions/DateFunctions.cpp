@@ -10,7 +10,7 @@ using Call = CallCompiler;
 
 // Null is the beginning of 1970.
 Operand GetInstant(Call& call) {
-  Operand const date = call.GetDate(0);
+  Operand date = call.GetDate(0);
   if (!date.mayBeMissing) return date;
   Operand instant =
       call.compiler.Call(StoreType::DateTime, "dateOfMilliseconds", {call.compiler.ToReal(date)});

@@ -194,7 +194,7 @@ Operand OperandCompiler::Equal(Operand const& first, Operand const& second, bool
 
 // Beside a missing one, the other text counts as a number.
 Operand OperandCompiler::CompareTexts(char const* function, Operand const& first, Operand const& second) {
-  Operand const texts = WithoutMissing(Zip(StoreType::Bool, function, first, second), false);
+  Operand texts = WithoutMissing(Zip(StoreType::Bool, function, first, second), false);
   if (!first.mayBeMissing && !second.mayBeMissing) return texts;
   Operand const numbers = Zip(StoreType::Bool, function, ToReal(first), ToReal(second));
   Operand const isMissing = Zip(StoreType::Bool, "or", IsMissing(first), IsMissing(second));

@@ -73,7 +73,7 @@ Operand Format(Call& call) {
 Operand Convert(Call& call, StoreType store, Operand (OperandCompiler::*convert)(Operand const&)) {
   OperandCompiler& compiler = call.compiler;
   Operand const value = call.Get(0);
-  Operand const converted = (compiler.*convert)(value);
+  Operand converted = (compiler.*convert)(value);
   if (value.type != ValueType::Text) return converted;
   Operand const isEmpty = compiler.Equal(value, compiler.Text(""), true);
   return compiler.Choose(isEmpty, compiler.Null(store), converted);

@@ -198,11 +198,12 @@ StyleScale PlanNumericScale(Compilation& compilation, ScaleSource const& source,
   ScaledField const field = ScaleField(compilation, source, {.includesZero = includesZero});
   if (IsReversed(encoding, field)) std::swap(extent.low, extent.high);
   StyleScale scale{.channel = encoding.channel, .encoding = encoding};
+  std::string const ofRows = name + " of rows";
   for (std::size_t i = 0; i < source.uses.size(); ++i) {
     std::string const& label = source.uses[i].label;
     NodeId const fraction =
         ToFraction(graph, field, name + label, field.rows[i].scaled, encoding.scale.clamp.value_or(true));
-    scale.rows.push_back(ToRange(graph, name + " of rows" + label, fraction, extent.low, extent.high));
+    scale.rows.push_back(ToRange(graph, ofRows + label, fraction, extent.low, extent.high));
   }
   NodeId const places = HasBins(encoding) ? PlanBinEntries(compilation, source, field, scale)
                                           : PlanEntries(compilation, encoding, field, scale);

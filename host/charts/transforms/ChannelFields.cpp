@@ -404,7 +404,7 @@ class ChannelDeriver {
     bool const isListed = encoding.channel == Channel::Color && encoding.type == FieldType::Nominal &&
                           !encoding.scale.domain.empty();
     if (!isListed) return encoding.field;
-    std::string const place = NewName("place_" + encoding.field);
+    std::string place = NewName("place_" + encoding.field);
     RowStep step(graph_, *drawn_.rows, encoding.path);
     NodeId const list =
         graph_.Constant(place + " list", MakeTextColumn(encoding.scale.domain, encoding.timeUnit));
